@@ -36,9 +36,9 @@
  *      searchers share through their database must be immutable or locked by the plug-in. GetArfDb of a searcher and
  *      GetPath, GetCountry and GetOpenMode of a database may be called at any time, also while a query runs.
  *  P7  Strings that GetPath and GetCountry return stay valid and unchanged until the database object is released.
- *  P8  Do not call a function of the library that opens or closes instances from inside GetDb, Open, Close, Release of a
- *      database, CanUnloadNow or GetOtherProperties: the library may hold its database lock, which is not recursive.
- *  P9  CanUnloadNow answers non-zero only when no object of the plug-in is alive and no thread of its own runs.
+ *  P8  Do not call a function of the library that opens or closes instances from inside GetDb, Open, Close, Release of
+ * a database, CanUnloadNow or GetOtherProperties: the library may hold its database lock, which is not recursive. P9
+ * CanUnloadNow answers non-zero only when no object of the plug-in is alive and no thread of its own runs.
  *
  *  L1  Objects are destroyed only through Release; the virtual destructors are never called by the library.
  *  L2  Every searcher of a database is released before the database is closed. The exceptions are
@@ -110,9 +110,9 @@ class IArfDb
  * One client's search object over an open database, with its own settings and its own enumerations. Created by
  * GetSearcher, entered by one thread at a time (P6), destroyed by Release.
  *
- * Unless said otherwise `out` is a buffer of `outSize` bytes (P3) and the result is a status (P4). The sizes in brackets
- * are those of the library's own buffers; where none is given, the caller's pointer and size come through unchanged, so
- * outSize may be any value: write nothing when it is below 1.
+ * Unless said otherwise `out` is a buffer of `outSize` bytes (P3) and the result is a status (P4). The sizes in
+ * brackets are those of the library's own buffers; where none is given, the caller's pointer and size come through
+ * unchanged, so outSize may be any value: write nothing when it is below 1.
  */
 class IArfSearcher
 {
@@ -126,7 +126,8 @@ class IArfSearcher
   /** The database that this searcher reads; the same object that GetSearcher was given. */
   virtual IArfDb* GetArfDb() = 0;
 
-  /** Finds the delivery point identifier of an address [out 2048]. amas 1: by the strict addressing rules; 0: lenient. */
+  /** Finds the delivery point identifier of an address [out 2048]. amas 1: by the strict addressing rules; 0: lenient.
+   */
   virtual int LookupAddress(const char* address, char* out, int outSize, int amas) = 0;
 
   /** Corrects a last line (locality, state, postcode) [out 512]. */

@@ -1,0 +1,62 @@
+/** The table that maps Ids to instances, and the busy flag that lets one call at a time use an instance. */
+#ifndef QXPAF_SRC_API_INSTANCE_TABLE_H
+#define QXPAF_SRC_API_INSTANCE_TABLE_H
+
+#include <atomic>
+#include <string>
+
+#include "plugins/arf_library.h"
+#include "qxpaf/platform/thread.h"
+
+class IArfSearcher;
+
+namespace qxpaf {
+
+/** One client's instance. All fields but usageCount belong to the call that has the instance. */
+struct PafInfo
+{
+  IArfSearcher* searcher = nullptr;  ///< null for a remote instance and before the open completes
+  std::string arfName;               ///< the local database's name, exactly as the caller gave it
+  int serverId = 0;                  ///< Id on the socket server; 0 for a local instance
+  std::atomic<int> usageCount = 0;   ///< 0 idle, 1 a call is in progress
+};
+
+/** Takes the lowest free Id for a new, busy instance. @return 0 or 6404 */
+int NewInstance(int* id, PafInfo*& info);
+
+/** Finds an instance and marks it busy. @return 0, 6405 (no such Id) or 6412 (busy; nothing waits) */
+int AcquireInstance(int id, PafInfo*& info);
+
+/** Deletes an instance that the caller has just used and frees its Id. @return 0, 6405 or 6410 (it has a searcher) */
+int FreeInstance(int id);
+
+/** Live instances of every kind. */
+int CountOpenInstances();
+
+/** Attaches a searcher of an open database. @return 0, 6404 or 6414 */
+int CreateSearcher(PafInfo& info, const ArfInfo& arfInfo);
+
+/** Releases every searcher, leaving the Ids. Takes no lock: no other call may run. */
+void ReleaseAllSearchers();
+
+/** Deletes the idle instances without calling any plug-in; for the library's shut-down. */
+void ForgetInstances();
+
+/** Marks the instance that `info` names, if any, idle again when a call leaves. Declared before the instance is had. */
+class DecrementUsageCountWhenFinished : QXNonCopyable
+{
+ public:
+  explicit DecrementUsageCountWhenFinished(PafInfo*& info) : info_(info) {}
+  ~DecrementUsageCountWhenFinished()
+  {
+    // Release order: what this call wrote to the instance is seen by the call that finds it idle.
+    if (info_ != nullptr) info_->usageCount.fetch_sub(1, std::memory_order_release);
+  }
+
+ private:
+  PafInfo*& info_;
+};
+
+}  // namespace qxpaf
+
+#endif

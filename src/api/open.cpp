@@ -1,0 +1,155 @@
+/** Opening and closing instances. */
+#include <utility>
+
+#include "api/instance_table.h"
+#include "api/query_frame.h"
+#include "errors/boundary.h"
+#include "errors/thread_data.h"
+#include "plugins/library_wrapper.h"
+#include "plugins/open_databases.h"
+#include "qxpaf/arf_plugin.h"
+#include "qxpaf/paf.h"
+#include "remote/remote_mode.h"
+
+namespace qxpaf {
+namespace {
+
+/** Drops the reference of a database that turned out not to be used. */
+class DatabaseReference : QXNonCopyable
+{
+ public:
+  explicit DatabaseReference(IArfDb* db) : db_(db) {}
+  ~DatabaseReference()
+  {
+    if (db_ != nullptr) AtBoundary([this] { return CloseArfDb(db_, false, false); });
+  }
+  void Keep() { db_ = nullptr; }
+
+ private:
+  IArfDb* db_;
+};
+
+int OpenRemote(const PafInfo& info)
+{
+  const int status = ReconnectIfBroken(info);
+  return status != 0 ? status : kUnavailable;
+}
+
+int OpenLocal(PafInfo& info, int memoryMode, const char* arfName)
+{
+  ArfInfo arfInfo;
+  char errText[kLoadErrorSize];
+  if (const int status = OpenArfDb(arfName, memoryMode, arfInfo, errText, sizeof errText); status != 0) {
+    return errText[0] != '\0' ? SetErrorDescription(status, errText) : status;
+  }
+  DatabaseReference reference(arfInfo.db);
+  info.arfName = arfName;
+  if (const int status = CreateSearcher(info, arfInfo); status != 0) return status;
+  reference.Keep();
+  return PAF_OK;
+}
+
+int OpenInstance(PafInfo& info, int memoryMode, const char* arfName)
+{
+  return AtBoundary([&] { return IsRemoteMode() ? OpenRemote(info) : OpenLocal(info, memoryMode, arfName); });
+}
+
+/** Lets go of a local instance's searcher and of its reference to the database. */
+int CloseLocal(PafInfo& info)
+{
+  IArfSearcher* const searcher = std::exchange(info.searcher, nullptr);
+  IArfDb* const db = searcher->GetArfDb();
+  DatabaseReference reference(db);
+  searcher->Release();
+  reference.Keep();
+  return CloseArfDb(db, false, false);
+}
+
+int CloseInstance(PafInfo& info)
+{
+  if (info.serverId != 0) {
+    info.serverId = 0;
+    return kUnavailable;
+  }
+  return AtBoundary([&] { return CloseLocal(info); });
+}
+
+/** The Id, or the negated status, of an open function's result. */
+int FoldOpenResult(int status, int id)
+{
+  if (status != 0) return -status;
+  return id < 0 ? -PAF_ERR_INVALID_ID : id;
+}
+
+}  // namespace
+}  // namespace qxpaf
+
+using namespace qxpaf;
+
+int pafOpenArfId(int* id, int memoryMode, const char* arfName)
+{
+  if (id == nullptr) return PAF_ERR_INVALID_ID;
+  bool haveInstance = false;
+  const auto open = [&] {
+    PafInfo* info = nullptr;
+    const DecrementUsageCountWhenFinished guard(info);
+    if (const int status = NewInstance(id, info); status != 0) return status;
+    haveInstance = true;
+    return OpenInstance(*info, memoryMode, arfName != nullptr ? arfName : "");
+  };
+  const int status = AtBoundary(open);
+  if (status != 0 && haveInstance) FreeInstance(*id);
+  return status;
+}
+
+int pafOpenArfId2(int memoryMode, const char* arfName)
+{
+  int id = 0;
+  const int status = pafOpenArfId(&id, memoryMode, arfName);
+  return FoldOpenResult(status, id);
+}
+
+int pafOpenPafMemId(int* id, int memoryMode)
+{
+  return pafOpenArfId(id, memoryMode, "");
+}
+
+int pafOpenPafId(int* id)
+{
+  return pafOpenPafMemId(id, 0);
+}
+
+int pafOpenPafId2(void)
+{
+  int id = 0;
+  const int status = pafOpenPafId(&id);
+  return FoldOpenResult(status, id);
+}
+
+int pafClosePafId(int id)
+{
+  bool closed = false;
+  const auto close = [&] {
+    PafInfo* info = nullptr;
+    const DecrementUsageCountWhenFinished guard(info);
+    if (const int status = AcquireInstance(id, info); status != 0) return status;
+    closed = info->serverId != 0 || info->searcher != nullptr;
+    return closed ? CloseInstance(*info) : PAF_ERR_NO_SEARCHER;
+  };
+  const int status = AtBoundary(close);
+  const int freed = closed ? FreeInstance(id) : PAF_OK;
+  return status != 0 ? status : freed;
+}
+
+int pafForceCloseAll(void)
+{
+  ReleaseAllSearchers();
+  CloseArfDb(nullptr, true, true);
+  return PAF_OK;
+}
+
+int pafUnloadPlugins(void)
+{
+  UnloadPlugins_();
+  return PAF_OK;
+}
