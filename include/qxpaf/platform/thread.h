@@ -1,9 +1,9 @@
 /**
  * Mutexes and scoped locks over POSIX threads.
  *
- * Every fault of the lock layer is an exception: initialising a mutex throws QX_Thread_mutex_init_exception; locking and
- * unlocking write one line to standard error and throw QX_Thread_lock_exception. Each carries the error number that the
- * pthread call returned, or 0 for misuse of a QXScopedLock. Layouts and virtual tables are part of the interface.
+ * Every fault of the lock layer is an exception: initialising a mutex throws QX_Thread_mutex_init_exception; locking
+ * and unlocking write one line to standard error and throw QX_Thread_lock_exception. Each carries the error number that
+ * the pthread call returned, or 0 for misuse of a QXScopedLock. Layouts and virtual tables are part of the interface.
  */
 #ifndef QXPAF_PLATFORM_THREAD_H
 #define QXPAF_PLATFORM_THREAD_H

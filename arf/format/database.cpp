@@ -1,0 +1,466 @@
+#include "arf/format/database.h"
+
+#include <algorithm>
+#include <array>
+#include <new>
+
+#include "arf/format/file_bytes.h"
+#include "arf/format/file_view.h"
+#include "arf/format/fold.h"
+
+namespace arf {
+
+using layout::SectionId;
+
+struct Database::Impl
+{
+  FileBytes bytes;
+  FileView view;
+};
+
+namespace {
+
+/** The bytes of record `index` of a section of equal records; empty when there is none. */
+ByteReader Record(const ByteReader& section, std::uint64_t index, std::uint64_t size)
+{
+  return section.Part(index * size, size);
+}
+
+/** A field of the record behind `index`, or `total` behind the last one: where the range of `index` ends. */
+std::uint32_t EndOf(const ByteReader& section, std::uint64_t index, std::uint64_t size, std::size_t field,
+                    std::size_t total)
+{
+  const ByteReader next = Record(section, index + 1, size);
+  return next.Data() ? next.U32At(field) : static_cast<std::uint32_t>(total);
+}
+
+/** The range [first, end), cut to `total`. */
+IndexRange RangeOf(std::uint32_t first, std::uint32_t end, std::uint32_t total)
+{
+  end = std::min(end, total);
+  return first < end ? IndexRange{first, end - first} : IndexRange{};
+}
+
+/** The first index in [first, first + count) for which `isBefore` is false. */
+template <class IsBefore>
+std::uint32_t PartitionPoint(std::uint32_t first, std::uint32_t count, IsBefore isBefore)
+{
+  while (count > 0) {
+    const std::uint32_t half = count / 2;
+    if (isBefore(first + half)) {
+      first += half + 1;
+      count -= half + 1;
+    } else {
+      count = half;
+    }
+  }
+  return first;
+}
+
+/** A sorted dictionary of texts, each with the indexes of what bears it. */
+class Dictionary
+{
+ public:
+  Dictionary(const FileView& view, SectionId texts, SectionId postings)
+      : view_(view), entries_(view.Section(texts)), postings_(view.Section(postings).Words())
+  {
+  }
+
+  std::uint32_t Count() const { return static_cast<std::uint32_t>(entries_.Size() / layout::name::kSize); }
+
+  std::string_view Text(std::uint32_t n) const
+  {
+    return view_.String(entries_.U32At(std::uint64_t{n} * layout::name::kSize + layout::name::kText));
+  }
+
+  std::span<const std::uint32_t> Postings(std::uint32_t n) const
+  {
+    const ByteReader entry = Record(entries_, n, layout::name::kSize);
+    if (!entry.Data()) return {};
+    const auto total = static_cast<std::uint32_t>(postings_.size());
+    const std::uint32_t end = EndOf(entries_, n, layout::name::kSize, layout::name::kFirstPosting, total);
+    const IndexRange range = RangeOf(entry.U32At(layout::name::kFirstPosting), end, total);
+    return postings_.subspan(range.first, range.count);
+  }
+
+  std::optional<std::uint32_t> Find(std::string_view text) const
+  {
+    const std::uint32_t n = PartitionPoint(0, Count(), [&](std::uint32_t i) { return Text(i) < text; });
+    if (n == Count() || Text(n) != text) return std::nullopt;
+    return n;
+  }
+
+  std::optional<std::uint32_t> FindFolded(std::string_view name) const
+  {
+    std::array<char, kMaxNameLength> key;
+    return Find({key.data(), MatchKey(name, key)});
+  }
+
+ private:
+  const FileView& view_;
+  const ByteReader& entries_;
+  std::span<const std::uint32_t> postings_;
+};
+
+Dictionary LocalityNames(const FileView& view)
+{
+  return {view, SectionId::LocalityNames, SectionId::LocalityPostings};
+}
+
+Dictionary StreetNames(const FileView& view)
+{
+  return {view, SectionId::StreetNames, SectionId::StreetPostings};
+}
+
+Dictionary Postcodes(const FileView& view)
+{
+  return {view, SectionId::Postcodes, SectionId::PostcodePostings};
+}
+
+std::uint32_t FirstPointOf(const FileView& view, std::uint32_t street)
+{
+  const std::uint64_t at = std::uint64_t{street} * layout::street::kSize;
+  return view.Section(SectionId::Streets).U32At(at + layout::street::kFirstPoint);
+}
+
+std::uint32_t NameIndexOf(const FileView& view, std::uint32_t street)
+{
+  const std::uint64_t at = std::uint64_t{street} * layout::street::kSize;
+  return view.Section(SectionId::Streets).U32At(at + layout::street::kNameIndex);
+}
+
+/** The street that holds a point: the last whose first point is not behind it, between two samples. */
+std::uint32_t StreetOfPoint(const FileView& view, std::uint32_t ordinal)
+{
+  const std::span<const std::uint32_t> samples = view.Section(SectionId::PointStreets).Words();
+  const std::uint32_t sample = ordinal / layout::kStreetSampling;
+  const std::uint32_t low = std::min(samples[sample], view.streetCount);
+  const std::uint32_t last = sample + 1 < samples.size() ? samples[sample + 1] : view.streetCount;
+  const std::uint32_t high = std::clamp(last, low, view.streetCount);
+  const auto isBefore = [&](std::uint32_t street) { return FirstPointOf(view, street) <= ordinal; };
+  // The next sample's street may itself begin before the ordinal, so it is in the running.
+  const std::uint32_t end = high < view.streetCount ? high + 1 : high;
+  const std::uint32_t behind = PartitionPoint(low, end - low, isBefore);
+  return behind == 0 ? 0 : behind - 1;
+}
+
+/** One attribute column of the file. */
+class AttributeColumn
+{
+ public:
+  AttributeColumn(const FileView& view, std::uint32_t column)
+      : record_(Record(view.Section(SectionId::AttributeColumns), column, layout::attribute::kSize)),
+        data_(view.Section(SectionId::AttributeData))
+  {
+  }
+
+  std::uint32_t Name() const { return record_.U32At(layout::attribute::kName); }
+
+  std::string_view Value(std::uint32_t ordinal) const
+  {
+    const std::uint32_t count = record_.U32At(layout::attribute::kValueCount);
+    const ByteReader texts =
+        data_.Part(record_.U64At(layout::attribute::kTextOffset), record_.U64At(layout::attribute::kTextLength));
+    const std::uint64_t offsets = (std::uint64_t{count} + 1) * sizeof(std::uint32_t);
+    return TextTable{texts.Part(0, offsets), texts.From(offsets), count}.At(CodeOf(ordinal));
+  }
+
+ private:
+  std::uint32_t CodeOf(std::uint32_t ordinal) const
+  {
+    const std::uint32_t bits = record_.U32At(layout::attribute::kBits);
+    if (bits == layout::attribute::kDirect) return ordinal;
+    if (bits > 32) return 0;
+    const std::uint64_t firstBit = std::uint64_t{ordinal} * bits;
+    const std::uint64_t word = data_.From(record_.U64At(layout::attribute::kCodesOffset)).U64At(firstBit / 8);
+    return static_cast<std::uint32_t>((word >> (firstBit % 8)) & ((std::uint64_t{1} << bits) - 1));
+  }
+
+  ByteReader record_;
+  const ByteReader& data_;
+};
+
+Defect Check(ByteReader file, FileView& view)
+{
+  if (Defect defect = ReadHeader(file, view)) return defect;
+  if (Defect defect = VerifySections(view)) return defect;
+  return CheckStructure(view);
+}
+
+}  // namespace
+
+Database::Database(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
+
+Database::~Database() = default;
+
+std::unique_ptr<Database> Database::Open(const std::string& directory, OpenMode mode, OpenResult& result)
+{
+  result = {};
+  const bool divided = directory.empty() || directory.back() == '/';
+  const std::string path = directory + (divided ? "" : "/") + kDatabaseFileName;
+  try {
+    auto impl = std::make_unique<Impl>();
+    impl->bytes = FileBytes::Acquire(path, mode, result);
+    if (result.failure != OpenFailure::None) return nullptr;
+    if (const Defect defect = Check(impl->bytes.Bytes(), impl->view)) {
+      Refuse(result, defect.failure, path, defect.what);
+      return nullptr;
+    }
+    impl->bytes.SettleInto(mode);
+    return std::unique_ptr<Database>(new Database(std::move(impl)));
+  } catch (const std::bad_alloc&) {
+    Refuse(result, OpenFailure::OutOfMemory, path, "not enough memory");
+    return nullptr;
+  }
+}
+
+std::uint32_t Database::LocalityCount() const
+{
+  return impl_->view.localityCount;
+}
+
+std::uint32_t Database::StreetCount() const
+{
+  return impl_->view.streetCount;
+}
+
+std::uint32_t Database::PointCount() const
+{
+  return impl_->view.pointCount;
+}
+
+Locality Database::LocalityAt(std::uint32_t index) const
+{
+  namespace field = layout::locality;
+  const FileView& view = impl_->view;
+  const ByteReader& section = view.Section(SectionId::Localities);
+  const ByteReader record = Record(section, index, field::kSize);
+  if (!record.Data()) return {};
+  const std::uint32_t end = EndOf(section, index, field::kSize, field::kFirstStreet, view.streetCount);
+  return {view.String(record.U32At(field::kName)), view.String(record.U32At(field::kState)),
+          view.String(record.U32At(field::kPostcode)),
+          RangeOf(record.U32At(field::kFirstStreet), end, view.streetCount), record.U32At(field::kNameIndex)};
+}
+
+Street Database::StreetAt(std::uint32_t index) const
+{
+  namespace field = layout::street;
+  const FileView& view = impl_->view;
+  const ByteReader& section = view.Section(SectionId::Streets);
+  const ByteReader record = Record(section, index, field::kSize);
+  if (!record.Data()) return {};
+  const ByteReader kind =
+      Record(view.Section(SectionId::StreetClasses), record.U32At(field::kClass), layout::street_class::kSize);
+  const std::uint32_t end = EndOf(section, index, field::kSize, field::kFirstPoint, view.pointCount);
+  Street street;
+  street.index = index;
+  street.locality = record.U32At(field::kLocality);
+  street.name = view.String(record.U32At(field::kName));
+  street.type = view.String(kind.U32At(layout::street_class::kType));
+  street.suffix = view.String(kind.U32At(layout::street_class::kSuffix));
+  street.isPostal = kind.U32At(layout::street_class::kIsPostal) != 0;
+  street.points = RangeOf(record.U32At(field::kFirstPoint), end, view.pointCount);
+  street.nameIndex = record.U32At(field::kNameIndex);
+  street.dataOffset = record.U32At(field::kDataOffset);
+  return street;
+}
+
+Point Database::PointAt(std::uint32_t ordinal) const
+{
+  Point point;
+  if (ordinal >= PointCount()) return point;
+  const Street street = StreetAt(StreetOfPoint(impl_->view, ordinal));
+  PointCursor cursor = Points(street);
+  if (cursor.Seek(ordinal - street.points.first)) cursor.Fill(point);
+  return point;
+}
+
+std::uint32_t Database::DpidOf(std::uint32_t ordinal) const
+{
+  return impl_->view.Section(SectionId::Dpids).U32At(std::uint64_t{ordinal} * sizeof(std::uint32_t));
+}
+
+PointCursor Database::Points(const Street& street) const
+{
+  const FileView& view = impl_->view;
+  const std::uint64_t end = std::uint64_t{street.points.first} + street.points.count;
+  if (end > view.pointCount) return {};
+  return {view, view.Section(SectionId::Points).From(street.dataOffset), street.index, street.points};
+}
+
+PointCursor Database::PointsNumbered(const Street& street, std::uint32_t number) const
+{
+  PointCursor cursor = Points(street);
+  cursor.wanted_ = number;
+  return cursor;
+}
+
+std::optional<std::uint32_t> Database::FindDpid(std::uint32_t dpid) const
+{
+  namespace field = layout::dpid_index;
+  const ByteReader& section = impl_->view.Section(SectionId::DpidIndex);
+  const std::uint32_t lowBits = section.U32At(field::kLowBits);
+  const std::uint32_t ordinalBits = 32 - lowBits;
+  const std::uint32_t bucket = dpid >> lowBits;
+  if (dpid > field::kMaxDpid) return std::nullopt;
+  const std::span<const std::uint32_t> starts = section.Words().subspan(field::kBuckets / sizeof(std::uint32_t));
+  const std::span<const std::uint32_t> entries = starts.subspan(section.U32At(field::kBucketCount) + std::size_t{1});
+  const IndexRange range = RangeOf(starts[bucket], starts[bucket + 1], static_cast<std::uint32_t>(entries.size()));
+  const std::uint64_t low = dpid & ((std::uint64_t{1} << lowBits) - 1);
+  const std::uint32_t at = PartitionPoint(
+      range.first, range.count, [&](std::uint32_t i) { return std::uint64_t{entries[i]} >> ordinalBits < low; });
+  if (at == range.first + range.count || std::uint64_t{entries[at]} >> ordinalBits != low) return std::nullopt;
+  const auto ordinal = static_cast<std::uint32_t>(entries[at] & ((std::uint64_t{1} << ordinalBits) - 1));
+  return ordinal < PointCount() ? std::optional(ordinal) : std::nullopt;
+}
+
+std::uint32_t Database::LocalityNameCount() const
+{
+  return LocalityNames(impl_->view).Count();
+}
+
+std::string_view Database::LocalityName(std::uint32_t n) const
+{
+  return LocalityNames(impl_->view).Text(n);
+}
+
+std::span<const std::uint32_t> Database::LocalitiesNamed(std::uint32_t n) const
+{
+  return LocalityNames(impl_->view).Postings(n);
+}
+
+std::optional<std::uint32_t> Database::FindLocalityName(std::string_view name) const
+{
+  return LocalityNames(impl_->view).FindFolded(name);
+}
+
+std::uint32_t Database::PostcodeCount() const
+{
+  return Postcodes(impl_->view).Count();
+}
+
+std::string_view Database::Postcode(std::uint32_t n) const
+{
+  return Postcodes(impl_->view).Text(n);
+}
+
+std::span<const std::uint32_t> Database::LocalitiesOfPostcode(std::string_view postcode) const
+{
+  const Dictionary postcodes = Postcodes(impl_->view);
+  const std::optional<std::uint32_t> n = postcodes.Find(postcode);
+  return n ? postcodes.Postings(*n) : std::span<const std::uint32_t>();
+}
+
+std::uint32_t Database::StreetNameCount() const
+{
+  return StreetNames(impl_->view).Count();
+}
+
+std::string_view Database::StreetName(std::uint32_t n) const
+{
+  return StreetNames(impl_->view).Text(n);
+}
+
+std::span<const std::uint32_t> Database::StreetsNamed(std::uint32_t n) const
+{
+  return StreetNames(impl_->view).Postings(n);
+}
+
+std::optional<std::uint32_t> Database::FindStreetName(std::string_view name) const
+{
+  return StreetNames(impl_->view).FindFolded(name);
+}
+
+IndexRange Database::StreetsOf(const Locality& locality, std::string_view name) const
+{
+  const std::optional<std::uint32_t> n = FindStreetName(name);
+  return n ? StreetsOf(locality, *n) : IndexRange{};
+}
+
+IndexRange Database::StreetsOf(const Locality& locality, std::uint32_t nameIndex) const
+{
+  const FileView& view = impl_->view;
+  if (nameIndex == kNoIndex) return {};
+  // One added, kNoIndex comes before every name, which is how a locality's streets are sorted.
+  const auto rank = [&](std::uint32_t street) { return NameIndexOf(view, street) + 1; };
+  const IndexRange all =
+      RangeOf(locality.streets.first, locality.streets.first + locality.streets.count, view.streetCount);
+  const std::uint32_t first =
+      PartitionPoint(all.first, all.count, [&](std::uint32_t street) { return rank(street) < nameIndex + 1; });
+  const std::uint32_t end = PartitionPoint(first, all.first + all.count - first,
+                                           [&](std::uint32_t street) { return rank(street) <= nameIndex + 1; });
+  return RangeOf(first, end, view.streetCount);
+}
+
+IndexRange Database::PostalStreetsOf(const Locality& locality) const
+{
+  const IndexRange all =
+      RangeOf(locality.streets.first, locality.streets.first + locality.streets.count, impl_->view.streetCount);
+  const std::uint32_t end =
+      PartitionPoint(all.first, all.count, [&](std::uint32_t street) { return StreetAt(street).isPostal; });
+  return RangeOf(all.first, end, impl_->view.streetCount);
+}
+
+std::uint32_t Database::AttributeCount() const
+{
+  return static_cast<std::uint32_t>(impl_->view.Section(SectionId::AttributeColumns).Size() / layout::attribute::kSize);
+}
+
+std::string_view Database::AttributeName(std::uint32_t column) const
+{
+  return impl_->view.String(AttributeColumn(impl_->view, column).Name());
+}
+
+std::optional<std::uint32_t> Database::FindAttribute(std::string_view name) const
+{
+  for (std::uint32_t column = 0; column < AttributeCount(); ++column) {
+    if (AttributeName(column) == name) return column;
+  }
+  return std::nullopt;
+}
+
+std::string_view Database::AttributeOf(std::uint32_t ordinal, std::uint32_t column) const
+{
+  if (ordinal >= PointCount() || column >= AttributeCount()) return {};
+  return AttributeColumn(impl_->view, column).Value(ordinal);
+}
+
+std::string_view Database::Info(std::string_view key) const
+{
+  for (std::uint32_t i = 0; i < InfoCount(); ++i) {
+    const InfoEntry entry = InfoAt(i);
+    if (entry.key == key) return entry.value;
+  }
+  return {};
+}
+
+std::uint32_t Database::InfoCount() const
+{
+  return static_cast<std::uint32_t>(impl_->view.Section(SectionId::Info).Size() / layout::kInfoEntrySize);
+}
+
+InfoEntry Database::InfoAt(std::uint32_t index) const
+{
+  const ByteReader record = Record(impl_->view.Section(SectionId::Info), index, layout::kInfoEntrySize);
+  return {impl_->view.String(record.U32At(0)), impl_->view.String(record.U32At(sizeof(std::uint32_t)))};
+}
+
+std::uint64_t Database::FileSize() const
+{
+  return impl_->view.file.Size();
+}
+
+std::uint32_t Database::SectionCount() const
+{
+  return static_cast<std::uint32_t>(impl_->view.entries.size());
+}
+
+SectionInfo Database::SectionAt(std::uint32_t index) const
+{
+  if (index >= SectionCount()) return {};
+  const SectionEntry& entry = impl_->view.entries[index];
+  const bool known = entry.id > 0 && entry.id <= layout::kSectionIds;
+  return {entry.id, known ? layout::kSectionNames[entry.id - 1] : std::string_view(), entry.offset, entry.length};
+}
+
+}  // namespace arf

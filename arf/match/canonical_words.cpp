@@ -1,0 +1,103 @@
+#include "arf/match/canonical_words.h"
+
+#include <algorithm>
+
+namespace arf {
+namespace {
+
+constexpr CanonicalRow kRows[] = {
+    {"BCH", "BEACH"},
+    {"CK", "CREEK"},
+    {"CRK", "CREEK"},
+    {"E", "EAST"},
+    {"EIGHTEENTH", "18TH"},
+    {"EIGHTH", "8TH"},
+    {"ELEVENTH", "11TH"},
+    {"FIFTEENTH", "15TH"},
+    {"FIFTH", "5TH"},
+    {"FIRST", "1ST"},
+    {"FOURTEENTH", "14TH"},
+    {"FOURTH", "4TH"},
+    {"FT", "FORT"},
+    {"GDNS", "GARDENS"},
+    {"GT", "GREAT"},
+    {"HARBOR", "HARBOUR"},
+    {"HBR", "HARBOUR"},
+    {"HDS", "HEADS"},
+    {"HGTS", "HEIGHTS"},
+    {"HTS", "HEIGHTS"},
+    {"IS", "ISLAND"},
+    {"ISL", "ISLAND"},
+    {"JCT", "JUNCTION"},
+    {"JN", "JUNCTION"},
+    {"LT", "LITTLE"},
+    {"LTL", "LITTLE"},
+    {"LWR", "LOWER"},
+    {"MT", "MOUNT"},
+    {"N", "NORTH"},
+    {"NINETEENTH", "19TH"},
+    {"NINTH", "9TH"},
+    {"NTH", "NORTH"},
+    {"PK", "PARK"},
+    {"PT", "POINT"},
+    {"S", "SOUTH"},
+    {"SAINT", "ST"},
+    {"SECOND", "2ND"},
+    {"SEVENTEENTH", "17TH"},
+    {"SEVENTH", "7TH"},
+    {"SIXTEENTH", "16TH"},
+    {"SIXTH", "6TH"},
+    {"SPGS", "SPRINGS"},
+    {"SPRS", "SPRINGS"},
+    {"STH", "SOUTH"},
+    {"TENTH", "10TH"},
+    {"THIRD", "3RD"},
+    {"THIRTEENTH", "13TH"},
+    {"TWELFTH", "12TH"},
+    {"TWENTIETH", "20TH"},
+    {"UPR", "UPPER"},
+    {"VLLY", "VALLEY"},
+    {"VLY", "VALLEY"},
+    {"W", "WEST"},
+};
+static_assert(std::is_sorted(std::begin(kRows), std::end(kRows),
+                             [](const CanonicalRow& a, const CanonicalRow& b) { return a.written < b.written; }));
+
+constexpr std::size_t kLongestWritten = 11;  // of the column above
+constexpr std::string_view kArticle = "THE";
+
+}  // namespace
+
+std::span<const CanonicalRow> CanonicalRows() {
+  return kRows;
+}
+
+std::string_view CanonicalWord(std::string_view word) {
+  if (word.size() > kLongestWritten) return word;
+  const auto row = std::lower_bound(std::begin(kRows), std::end(kRows), word,
+                                    [](const CanonicalRow& r, std::string_view w) { return r.written < w; });
+  return row != std::end(kRows) && row->written == word ? row->canonical : word;
+}
+
+CanonicalName::CanonicalName(std::string_view key) {
+  while (!key.empty()) {
+    const std::size_t space = key.find(' ');
+    const std::string_view word = key.substr(0, space);
+    key.remove_prefix(space == std::string_view::npos ? key.size() : space + 1);
+    if (length_ == 0 && !hasArticle_ && word == kArticle && !key.empty()) {
+      hasArticle_ = true;
+      continue;
+    }
+    const std::string_view canonical = CanonicalWord(word).substr(0, text_.size() - 1 - length_);
+    std::copy(canonical.begin(), canonical.end(), text_.begin() + static_cast<std::ptrdiff_t>(length_));
+    length_ += canonical.size();
+  }
+}
+
+std::uint32_t CanonicalName::Hash() const {
+  std::uint32_t hash = 2166136261U;  // FNV-1a
+  for (const char c : View()) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+  return hash;
+}
+
+}  // namespace arf

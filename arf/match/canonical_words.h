@@ -1,0 +1,51 @@
+/**
+ * Words of names that are written in more than one way ("MOUNT" and "MT", "FIRST" and "1ST"). Names are compared in a
+ * canonical form, so that every way finds the name whichever way the data has it; which of them was exact is told apart
+ * afterwards.
+ */
+#ifndef QXPAF_ARF_MATCH_CANONICAL_WORDS_H
+#define QXPAF_ARF_MATCH_CANONICAL_WORDS_H
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+namespace arf {
+
+struct CanonicalRow
+{
+  std::string_view written;
+  std::string_view canonical;
+};
+
+/** All rows, sorted by written form; no canonical form is a written form of another row. */
+std::span<const CanonicalRow> CanonicalRows();
+
+/** The canonical form of a word of a match key; the word itself when it has no other. */
+std::string_view CanonicalWord(std::string_view word);
+
+/**
+ * The canonical form of a name: its words' canonical forms without spaces, so that "MC DONALD" equals "MCDONALD". An
+ * article in front of other words is left out and remembered, so that "GAP" finds "THE GAP".
+ */
+class CanonicalName
+{
+ public:
+  /** @param key  upper case, single-spaced; what is beyond 255 bytes is cut off. */
+  explicit CanonicalName(std::string_view key);
+
+  std::string_view View() const { return {text_.data(), length_}; }
+  bool HasArticle() const { return hasArticle_; }
+  std::uint32_t Hash() const;
+
+ private:
+  std::array<char, 256> text_;
+  std::size_t length_ = 0;
+  bool hasArticle_ = false;
+};
+
+}  // namespace arf
+
+#endif

@@ -1,0 +1,227 @@
+#include "arf/match/premise.h"
+
+#include <algorithm>
+
+#include "arf/match/occupancy_words.h"
+
+namespace arf {
+namespace {
+
+constexpr std::size_t kMaxNumberDigits = 9;
+constexpr std::size_t kMaxSuffixLetters = 2;
+constexpr std::uint8_t kDetachedSuffixPenalty = 1;  // "12 A"
+constexpr std::uint8_t kBarePairPenalty = 4;        // "3 12" for "3/12"
+constexpr std::uint8_t kDashPairPenalty = 6;        // "3-12" for "3/12"
+
+bool IsOrdinalEnding(std::string_view letters) {
+  return letters == "ST" || letters == "ND" || letters == "RD" || letters == "TH";
+}
+
+bool IsSingleLetter(const Word& word) {
+  return word.text.size() == 1 && IsUpperLetter(word.text.front());
+}
+
+bool IsNumberSign(std::string_view word) {
+  return word == "NO" || word == "NUMBER" || word == "NR" || word == "NUM";
+}
+
+bool IsLot(std::string_view word) {
+  return word == "LOT";
+}
+
+}  // namespace
+
+bool ReadHouseNumber(std::string_view word, HouseNumber& number) {
+  const auto letters = std::find_if_not(word.begin(), word.end(), IsDigit);
+  const auto digits = static_cast<std::size_t>(letters - word.begin());
+  if (digits == 0 || digits > kMaxNumberDigits || word.size() - digits > kMaxSuffixLetters) return false;
+  number.suffix = word.substr(digits);
+  if (!std::all_of(letters, word.end(), IsUpperLetter) || IsOrdinalEnding(number.suffix)) return false;
+  number.number = 0;
+  for (auto digit = word.begin(); digit != letters; ++digit)
+    number.number = number.number * 10 + static_cast<std::uint32_t>(*digit - '0');
+  return number.number != 0;
+}
+
+/** Reads from the street backwards: number, then unit, level and lot in any order, then the rest. */
+class PremiseParser
+{
+ public:
+  PremiseParser(const InputText& input, std::size_t first, Premises& result)
+      : input_(input), first_(first), result_(result) {}
+
+  void Run(std::size_t end) {
+    ReadRange(end);
+    ReadDetachedSuffix(end);
+    ReadSingleNumber(end);
+    ReadLotOnly(end);
+    if (result_.Empty()) ReadWithoutNumber(end);
+  }
+
+ private:
+  bool Has(std::size_t position) const { return position > first_; }
+  const Word& Before(std::size_t position) const { return input_[position - 1]; }
+  bool Joined(std::size_t position, Joint joint) const {
+    return position > first_ && position < input_.Count() && input_[position].before == joint;
+  }
+
+  /** "12-14", "12A-14B"; "3-12" may also stand for "3/12". */
+  void ReadRange(std::size_t end) {
+    if (!Has(end) || !Has(end - 1) || !Joined(end - 1, Joint::Dash)) return;
+    HouseNumber first, last;
+    if (!ReadHouseNumber(Before(end), last)) return;
+    if (ReadHouseNumber(Before(end - 1), first) && first.number < last.number) {
+      Premise premise;
+      SetNumber(premise, first);
+      premise.numberLast = last.number;
+      premise.numberLastSuffix = last.suffix;
+      ReadLeftOfNumber(premise, end - 2);
+    }
+    Premise premise;
+    SetNumber(premise, last);
+    premise.lenientOnly = true;
+    premise.penalty = kDashPairPenalty;
+    if (!premise.unit.number.Append(Before(end - 1).text) || !Before(end - 1).hasDigit) return;
+    ReadElements(premise, ReadUnitDesignator(premise, end - 2));
+  }
+
+  bool ReadHouseNumber(const Word& word, HouseNumber& number) const { return arf::ReadHouseNumber(word.text, number); }
+
+  /** "12 A" */
+  void ReadDetachedSuffix(std::size_t end) {
+    if (!Has(end) || !Has(end - 1) || !IsSingleLetter(Before(end))) return;
+    if (input_[end - 1].before != Joint::Space || !Before(end - 1).isNumber) return;
+    HouseNumber number;
+    if (!ReadHouseNumber(Before(end - 1), number)) return;
+    Premise premise;
+    SetNumber(premise, number);
+    premise.numberFirstSuffix = Before(end).text;
+    premise.penalty = kDetachedSuffixPenalty;
+    ReadLeftOfNumber(premise, end - 2);
+  }
+
+  void ReadSingleNumber(std::size_t end) {
+    HouseNumber number;
+    if (!Has(end) || Joined(end - 1, Joint::Dash) || !ReadHouseNumber(Before(end), number)) return;
+    if (Has(end - 1) && IsLot(Before(end - 1).text)) return;
+    Premise premise;
+    SetNumber(premise, number);
+    ReadLeftOfNumber(premise, end - 1);
+  }
+
+  /** "Lot 5 Smith Street" */
+  void ReadLotOnly(std::size_t end) {
+    if (!Has(end) || !Has(end - 1) || !IsLot(Before(end - 1).text)) return;
+    Premise premise;
+    if (premise.lot.Append(Before(end).text)) ReadElements(premise, end - 2);
+  }
+
+  void ReadWithoutNumber(std::size_t end) { ReadElements(Premise{}, end); }
+
+  static void SetNumber(Premise& premise, const HouseNumber& number) {
+    premise.numberFirst = number.number;
+    premise.numberFirstSuffix = number.suffix;
+  }
+
+  /** @param start  the position of the number */
+  void ReadLeftOfNumber(Premise premise, std::size_t start) {
+    if (Joined(start, Joint::Slash)) return ReadSlashed(premise, start);
+    std::size_t position = start;
+    if (Has(position) && IsNumberSign(Before(position).text)) --position;
+    ReadElements(premise, position);
+    ReadBarePair(premise, position);
+  }
+
+  /** "3/12", "U3/12", "Level 2/12", "4-6/35D", "Unit 3 / 12" */
+  void ReadSlashed(const Premise& number, std::size_t start) {
+    const Word& word = Before(start);
+    if (OccupancyWords combined = ReadCombined(word.text); combined.count > 0) {
+      Premise premise = number;
+      if (Take(premise, combined)) ReadElements(premise, start - 1);
+    }
+    Premise premise = number;
+    Identifier& identifier = premise.unit.number;
+    std::size_t position = start - 1;
+    const bool isPair = Joined(position, Joint::Dash) && Before(position).hasDigit && word.hasDigit;
+    const bool fits = isPair ? identifier.Append(Before(position).text) && identifier.Append("-") : true;
+    if (!fits || !identifier.Append(word.text)) return;
+    if (!word.hasDigit && !IsSingleLetter(word)) return;
+    if (isPair) --position;
+    ReadElements(premise, ReadUnitDesignator(premise, position));
+  }
+
+  /** The designator before an identifier that is set already; it may turn the unit into a level. */
+  std::size_t ReadUnitDesignator(Premise& premise, std::size_t position) {
+    const OccupancyWords words = ReadDesignator(input_, first_, position);
+    if (words.count == 0) return position;
+    premise.unit.type = words.type;
+    if (words.isLevel) {
+      premise.level = premise.unit;
+      premise.unit = {};
+    }
+    return position - words.count;
+  }
+
+  /** "3 12 Smith St", where nothing says that 3 is a unit. */
+  void ReadBarePair(Premise premise, std::size_t position) {
+    if (premise.numberLast != 0 || !Has(position) || !Before(position).hasDigit) return;
+    if (ReadOccupancyBefore(input_, first_, position).count > 0) return;
+    HouseNumber unit;
+    if (!ReadHouseNumber(Before(position), unit) || !premise.unit.number.Append(Before(position).text)) return;
+    premise.lenientOnly = true;
+    premise.penalty = static_cast<std::uint8_t>(premise.penalty + kBarePairPenalty);
+    ReadElements(premise, position - 1);
+  }
+
+  /** Units, levels and lots before `position`, then the rest. */
+  void ReadElements(Premise premise, std::size_t position) {
+    position = TakeElements(premise, position);
+    const std::size_t restEnd = position;
+    // A building's name may stand between the unit and the number.
+    std::size_t behindDigits = position;
+    while (behindDigits > first_ && !Before(behindDigits).hasDigit) --behindDigits;
+    if (behindDigits > first_ && behindDigits < position) {
+      Premise withUnit = premise;
+      const std::size_t left = TakeElements(withUnit, behindDigits);
+      if (left == first_) {
+        withUnit.building = {behindDigits, restEnd};
+        result_.Add(withUnit);
+        return;
+      }
+    }
+    premise.building = {first_, restEnd};
+    premise.buildingIsBinding = behindDigits > first_;
+    result_.Add(premise);
+  }
+
+  std::size_t TakeElements(Premise& premise, std::size_t position) {
+    for (;;) {
+      if (Has(position) && Has(position - 1) && IsLot(Before(position - 1).text) && premise.lot.Empty() &&
+          premise.lot.Append(Before(position).text)) {
+        position -= 2;
+        continue;
+      }
+      const OccupancyWords words = ReadOccupancyBefore(input_, first_, position);
+      if (words.count == 0 || !Take(premise, words)) return position;
+      position -= words.count;
+    }
+  }
+
+  /** False when the premise has such a part already. */
+  static bool Take(Premise& premise, const OccupancyWords& words) {
+    Occupancy& part = words.isLevel ? premise.level : premise.unit;
+    if (part.Written()) return false;
+    part.type = words.type;
+    return part.number.Append(words.number);
+  }
+
+  const InputText& input_;
+  std::size_t first_;
+  Premises& result_;
+};
+
+Premises::Premises(const InputText& input, WordRange words) {
+  PremiseParser(input, words.first, *this).Run(words.last);
+}
+
+}  // namespace arf

@@ -1,0 +1,185 @@
+// Between wide text and Windows-1252, and the overloads that convert whatever text they are given.
+#include <cstring>
+#include <cwchar>
+#include <string_view>
+
+#include "qxpaf/text/encoding.h"
+#include "text/ascii_run.h"
+#include "text/piecewise.h"
+#include "text/windows1252.h"
+
+namespace qxpaf {
+namespace {
+
+// Converts up to stop or to the first character without a byte, and leaves p there.
+char* NarrowConvertible(const wchar_t*& p, const wchar_t* stop, char* to)
+{
+  while (p < stop) {
+    const std::size_t run = AsciiRuns::Convert(to, p, static_cast<std::size_t>(stop - p));
+    p += run;
+    to += run;
+    for (; p < stop && static_cast<std::uint32_t>(*p) >= 0x80; ++p, ++to)
+      if (!CodePointToAnsi(*p, *to)) return to;
+  }
+  return to;
+}
+
+std::string Narrow(std::wstring_view wide, char replacement)
+{
+  const auto convert = [replacement](const wchar_t*& p, const wchar_t* stop, char* to) {
+    while (true) {
+      to = NarrowConvertible(p, stop, to);
+      if (p == stop) return to;
+      *to++ = replacement;
+      ++p;
+    }
+  };
+  std::string out;
+  ConvertToCapacity(out, wide.data(), wide.data() + wide.size(), wide.size(), convert);
+  return out;
+}
+
+wchar_t* Widen(const char*& p, const char* stop, wchar_t* to)
+{
+  while (p < stop) {
+    const std::size_t run = AsciiRuns::Convert(to, p, static_cast<std::size_t>(stop - p));
+    p += run;
+    to += run;
+    while (p < stop && !IsAsciiByte(*p)) *to++ = CharAnsiToWide(static_cast<unsigned char>(*p++));
+  }
+  return to;
+}
+
+// Compared as signed, so negative values are accepted too.
+bool CharWideToLatin1(char& out, wchar_t c)
+{
+  if (c > 0xFF) return false;
+  out = static_cast<char>(c);
+  return true;
+}
+
+}  // namespace
+}  // namespace qxpaf
+
+bool CharWideToAnsi(char& out, wchar_t c) { return qxpaf::CodePointToAnsi(c, out); }
+
+bool CharToAnsi(char& out, wchar_t c) { return CharWideToAnsi(out, c); }
+
+bool CharToAnsi(char& out, char c)
+{
+  out = c;
+  return true;
+}
+
+wchar_t CharAnsiToWide(unsigned char b) { return static_cast<wchar_t>(qxpaf::AnsiToCodePoint(b)); }
+
+void AnsiToChar(char& out, char b) { out = b; }
+
+void AnsiToChar(wchar_t& out, char b) { out = CharAnsiToWide(static_cast<unsigned char>(b)); }
+
+std::string WideToAnsi(const wchar_t* s, char replacement) { return qxpaf::Narrow(s, replacement); }
+
+std::string WideToAnsi(const std::wstring& s, char replacement) { return WideToAnsi(s.c_str(), replacement); }
+
+bool CanWideToAnsi(const wchar_t* s)
+{
+  char byte;
+  while (*s != L'\0' && CharWideToAnsi(byte, *s)) ++s;
+  return *s == L'\0';
+}
+
+bool WideToAnsi(char* dst, const wchar_t* src)
+{
+  const wchar_t* const end = src + std::wcslen(src);
+  dst = qxpaf::NarrowConvertible(src, end, dst);
+  if (src < end) return false;
+  *dst = '\0';
+  return true;
+}
+
+bool WideToAnsi(std::string& dst, const std::wstring& src)
+{
+  dst.clear();
+  dst.resize(src.length());
+  const wchar_t* from = src.c_str();
+  const wchar_t* const end = from + std::wcslen(from);
+  qxpaf::NarrowConvertible(from, end, dst.data());
+  return from == end;
+}
+
+std::string StringToAnsi(const wchar_t* s, char replacement) { return WideToAnsi(s, replacement); }
+
+std::string StringToAnsi(const std::wstring& s, char replacement) { return WideToAnsi(s, replacement); }
+
+std::string StringToAnsi(const char* s, char) { return s; }
+
+std::string StringToAnsi(const std::string& s, char) { return s; }
+
+bool StringToAnsi(char* dst, const wchar_t* src) { return WideToAnsi(dst, src); }
+
+bool StringToAnsi(char* dst, const char* src)
+{
+  std::strcpy(dst, src);
+  return true;
+}
+
+bool StringToAnsi(std::string& dst, const std::wstring& src) { return WideToAnsi(dst, src); }
+
+bool StringToAnsi(std::string& dst, const std::string& src)
+{
+  dst = src;
+  return true;
+}
+
+std::wstring AnsiToWide(const char* s, unsigned long n)
+{
+  std::wstring out;
+  qxpaf::ConvertToCapacity(out, s, s + n, n + 1, qxpaf::Widen);
+  return out;
+}
+
+std::wstring AnsiToWide(const char* s) { return AnsiToWide(s, std::strlen(s)); }
+
+std::wstring AnsiToWide(const std::string& s) { return AnsiToWide(s.data(), s.length()); }
+
+std::wstring StringToWide(const std::wstring& s) { return s; }
+
+std::wstring StringToWide(const std::string& s) { return AnsiToWide(s); }
+
+void AnsiToString(std::wstring& dst, const char* s, unsigned long n) { dst = AnsiToWide(s, n); }
+
+void AnsiToString(std::wstring& dst, const char* s) { dst = AnsiToWide(s); }
+
+void AnsiToString(std::string& dst, const char* s) { dst = s; }
+
+void AnsiToString(std::string& dst, const char* s, unsigned long n) { dst.assign(s, n); }
+
+void AnsiToStringC(wchar_t* dst, const char* s)
+{
+  const char* const end = s + std::strlen(s);
+  *qxpaf::Widen(s, end, dst) = L'\0';
+}
+
+void AnsiToStringC(char* dst, const char* s) { std::strcpy(dst, s); }
+
+std::string ConvertFromWide(const std::wstring& s, bool (*convert)(char&, wchar_t), char replacement)
+{
+  const std::wstring_view text = s.c_str();
+  std::string out(text.size(), replacement);
+  for (std::size_t i = 0; i < text.size(); ++i)
+    if (!convert(out[i], text[i])) out[i] = replacement;
+  return out;
+}
+
+std::string CharsetConvert(const std::wstring& s, CharsetEnum target, char replacement)
+{
+  switch (target) {
+    case CharsetUtf8:
+      return WideToUtf8(s);
+    case CharsetWindows1252:
+      return WideToAnsi(s, replacement);
+    case CharsetLatin1:
+      return ConvertFromWide(s, qxpaf::CharWideToLatin1, replacement);
+  }
+  return {};
+}

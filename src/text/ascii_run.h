@@ -1,0 +1,208 @@
+// ASCII stretches, many elements at a time. Every function takes the ASCII elements at the start of its input, reads
+// nothing behind from + n, writes exactly the elements it counts, and returns how many they are.
+#ifndef QXPAF_SRC_TEXT_ASCII_RUN_H
+#define QXPAF_SRC_TEXT_ASCII_RUN_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+#include "text/utf8_codec.h"
+
+namespace qxpaf {
+
+// A kind of block converts kLength elements in one step, false without writing when one of them is not ASCII. Convert
+// reads a whole block before it writes, so that narrowing may work in place.
+struct WordBlocks
+{
+  static constexpr std::size_t kLength = 8;
+
+  static bool IsAscii(const char* from) { return (Load(from) & kTopBits) == 0; }
+
+  static bool Convert(char* to, const char* from)
+  {
+    const std::uint64_t word = Load(from);
+    if ((word & kTopBits) != 0) return false;
+    std::memcpy(to, &word, sizeof word);
+    return true;
+  }
+
+  static bool Convert(wchar_t* to, const char* from)
+  {
+    if (!IsAscii(from)) return false;
+    for (std::size_t i = 0; i < kLength; ++i) to[i] = static_cast<unsigned char>(from[i]);
+    return true;
+  }
+
+  static bool Convert(char* to, const wchar_t* from)
+  {
+    std::uint32_t bits = 0;
+    char narrow[kLength];
+    for (std::size_t i = 0; i < kLength; ++i) {
+      bits |= static_cast<std::uint32_t>(from[i]);
+      narrow[i] = static_cast<char>(from[i]);
+    }
+    if (bits >= 0x80) return false;
+    std::memcpy(to, narrow, kLength);
+    return true;
+  }
+
+  static std::size_t CountContinuations(const char* from)
+  {
+    const std::uint64_t word = Load(from);
+    return static_cast<std::size_t>((((word >> 7) & (~word >> 6) & kLowBits) * kLowBits) >> 56);
+  }
+
+ private:
+  static constexpr std::uint64_t kTopBits = 0x8080808080808080;
+  static constexpr std::uint64_t kLowBits = 0x0101010101010101;
+
+  static std::uint64_t Load(const char* from)
+  {
+    std::uint64_t word;
+    std::memcpy(&word, from, sizeof word);
+    return word;
+  }
+};
+
+#ifdef __SSE2__
+struct Sse2Blocks
+{
+  static constexpr std::size_t kLength = 16;
+
+  static bool IsAscii(const char* from) { return IsAscii(Load(from)); }
+
+  static bool Convert(char* to, const char* from)
+  {
+    const __m128i bytes = Load(from);
+    if (!IsAscii(bytes)) return false;
+    Store(to, bytes);
+    return true;
+  }
+
+  static bool Convert(wchar_t* to, const char* from)
+  {
+    const __m128i bytes = Load(from);
+    if (!IsAscii(bytes)) return false;
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i low = _mm_unpacklo_epi8(bytes, zero);
+    const __m128i high = _mm_unpackhi_epi8(bytes, zero);
+    Store(to, _mm_unpacklo_epi16(low, zero));
+    Store(to + 4, _mm_unpackhi_epi16(low, zero));
+    Store(to + 8, _mm_unpacklo_epi16(high, zero));
+    Store(to + 12, _mm_unpackhi_epi16(high, zero));
+    return true;
+  }
+
+  static bool Convert(char* to, const wchar_t* from)
+  {
+    const __m128i a = Load(from);
+    const __m128i b = Load(from + 4);
+    const __m128i c = Load(from + 8);
+    const __m128i d = Load(from + 12);
+    const __m128i aboveAscii = _mm_andnot_si128(_mm_set1_epi32(0x7F), Or(Or(a, b), Or(c, d)));
+    if (_mm_movemask_epi8(_mm_cmpeq_epi32(aboveAscii, _mm_setzero_si128())) != 0xFFFF) return false;
+    Store(to, _mm_packus_epi16(_mm_packs_epi32(a, b), _mm_packs_epi32(c, d)));
+    return true;
+  }
+
+  static std::size_t CountContinuations(const char* from)
+  {
+    // As signed bytes, continuations are the values below -64.
+    const __m128i marks = _mm_cmplt_epi8(Load(from), _mm_set1_epi8(-64));
+    const __m128i ones = _mm_and_si128(marks, _mm_set1_epi8(1));
+    const __m128i sums = _mm_sad_epu8(ones, _mm_setzero_si128());
+    return static_cast<std::size_t>(_mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4));
+  }
+
+ private:
+  template <class Element>
+  static __m128i Load(const Element* from)
+  {
+    return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  }
+
+  template <class Element>
+  static void Store(Element* to, __m128i value)
+  {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), value);
+  }
+
+  static bool IsAscii(__m128i bytes) { return _mm_movemask_epi8(bytes) == 0; }
+
+  static __m128i Or(__m128i a, __m128i b) { return _mm_or_si128(a, b); }
+};
+#endif
+
+// The functions on whole stretches: blocks of the given kinds, longest first, then single elements.
+template <class... Kinds>
+class AsciiRunsOf
+{
+ public:
+  static std::size_t Length(const char* from, std::size_t n)
+  {
+    std::size_t done = 0;
+    (SkipBlocks<Kinds>(from, n, done), ...);
+    while (done < n && IsAscii(from[done])) ++done;
+    return done;
+  }
+
+  // char to char, char to wchar_t or wchar_t to char.
+  template <class Out, class In>
+  static std::size_t Convert(Out* to, const In* from, std::size_t n)
+  {
+    std::size_t done = 0;
+    (ConvertBlocks<Kinds>(to, from, n, done), ...);
+    for (; done < n && IsAscii(from[done]); ++done) to[done] = static_cast<Out>(from[done]);
+    return done;
+  }
+
+  // UTF-8 characters in any n bytes: those that are no continuation bytes.
+  static std::size_t CountCharacters(const char* from, std::size_t n)
+  {
+    std::size_t done = 0;
+    std::size_t continuations = 0;
+    ((continuations += CountInBlocks<Kinds>(from, n, done)), ...);
+    for (; done < n; ++done) continuations += IsUtf8Continuation(from[done]);
+    return n - continuations;
+  }
+
+ private:
+  static bool IsAscii(char element) { return IsAsciiByte(element); }
+  static bool IsAscii(wchar_t element) { return static_cast<std::uint32_t>(element) < 0x80; }
+
+  template <class Blocks>
+  static void SkipBlocks(const char* from, std::size_t n, std::size_t& done)
+  {
+    while (n - done >= Blocks::kLength && Blocks::IsAscii(from + done)) done += Blocks::kLength;
+  }
+
+  template <class Blocks, class Out, class In>
+  static void ConvertBlocks(Out* to, const In* from, std::size_t n, std::size_t& done)
+  {
+    while (n - done >= Blocks::kLength && Blocks::Convert(to + done, from + done)) done += Blocks::kLength;
+  }
+
+  template <class Blocks>
+  static std::size_t CountInBlocks(const char* from, std::size_t n, std::size_t& done)
+  {
+    std::size_t continuations = 0;
+    for (; n - done >= Blocks::kLength; done += Blocks::kLength) continuations += Blocks::CountContinuations(from + done);
+    return continuations;
+  }
+};
+
+using PortableAsciiRuns = AsciiRunsOf<WordBlocks>;
+#ifdef __SSE2__
+using AsciiRuns = AsciiRunsOf<Sse2Blocks, WordBlocks>;
+#else
+using AsciiRuns = PortableAsciiRuns;
+#endif
+
+}  // namespace qxpaf
+
+#endif

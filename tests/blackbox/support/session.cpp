@@ -1,0 +1,40 @@
+#include "blackbox/support/session.h"
+
+#include "blackbox/support/guarded_buffer.h"
+
+namespace blackbox {
+
+std::string Describe(int code, int size)
+{
+  GuardedBuffer buffer(static_cast<size_t>(size));
+  EXPECT_EQ(pafGetErrorDescription(buffer.data(), code, size), 0);
+  EXPECT_TRUE(buffer.IsTerminated());
+  return buffer.Text();
+}
+
+int Open(const std::string& name, int memoryMode)
+{
+  int id = 0;
+  const int status = pafOpenArfId(&id, memoryMode, name.c_str());
+  EXPECT_EQ(status, 0) << "opening " << name << ": " << Describe(status);
+  EXPECT_GT(id, 0);
+  return status == 0 ? id : 0;
+}
+
+BusyInstance::BusyInstance(Fake& fake, int id) : fake_(fake)
+{
+  fake_->block(kFakeLookupAddress);
+  thread_ = std::thread([this, id] { status_ = pafLookupAddress(id, text_, sizeof text_, 0); });
+  EXPECT_GT(fake_->waitUntilBlocked(kFakeLookupAddress, 10000), 0) << "the call did not reach the plug-in";
+}
+
+BusyInstance::~BusyInstance() { Finish(); }
+
+int BusyInstance::Finish()
+{
+  fake_->unblock(kFakeLookupAddress);
+  if (thread_.joinable()) thread_.join();
+  return status_;
+}
+
+}  // namespace blackbox

@@ -1,0 +1,2 @@
+# Without a configuration file: the places, and how to make one.
+paf lookup "1 High St"

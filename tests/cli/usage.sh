@@ -1,0 +1,16 @@
+# Wrong usage ends with status 2 and a message on standard error, help and version with 0.
+check() { paf "$@" >out 2>err; echo "$? $([ -s out ] && echo out)$([ -s err ] && echo err): paf $*"; }
+check
+check --help
+check --version
+check lookup --help
+check frobnicate
+check lookup --frobnicate
+check list
+check list a b
+check list --limit x "A B"
+check list --limit -1 "A B"
+check build
+check build one
+check address 12x
+paf --version

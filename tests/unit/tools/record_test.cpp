@@ -1,0 +1,89 @@
+#include "paf/record.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace tool {
+namespace {
+
+/** A record with some fields filled; all others are empty. */
+std::string MakeRecord(const std::map<std::size_t, std::string>& fields)
+{
+  std::string text;
+  for (std::size_t number = 1; number <= 48; ++number) {
+    const auto found = fields.find(number);
+    text += (number == 1 ? "" : "\t") + (found == fields.end() ? "" : found->second);
+  }
+  return text;
+}
+
+struct LineRow
+{
+  std::map<std::size_t, std::string> fields;
+  std::string line;
+};
+
+TEST(Record, JoinsAddressLinesAndLastLine)
+{
+  const std::vector<LineRow> rows = {
+      {{}, ""},
+      {{{1, "1 HIGH ST"}}, "1 HIGH ST"},
+      {{{1, "1 HIGH ST"}, {4, "CARLTON"}, {5, "VIC"}, {6, "3053"}}, "1 HIGH ST, CARLTON VIC 3053"},
+      {{{1, "TOWER A"}, {2, "UNIT 3"}, {3, "1 HIGH ST"}, {4, "CARLTON"}}, "TOWER A, UNIT 3, 1 HIGH ST, CARLTON"},
+      {{{1, "TOWER A"}, {3, "1 HIGH ST"}, {6, "3053"}}, "TOWER A, 1 HIGH ST, 3053"},
+      {{{5, "VIC"}}, "VIC"},
+      {{{7, "AU"}, {8, "30000001"}, {48, "X"}}, ""}};
+  for (const LineRow& row : rows) {
+    EXPECT_EQ(Record(MakeRecord(row.fields)).OneLine(), row.line);
+  }
+}
+
+TEST(Record, GivesFieldsByNumberAndEmptyBeyondItsEnds)
+{
+  const Record record("a\tb\t\td");
+  EXPECT_EQ(record.Size(), 4U);
+  EXPECT_EQ(record.Field(0), "");
+  EXPECT_EQ(record.Field(1), "a");
+  EXPECT_EQ(record.Field(3), "");
+  EXPECT_EQ(record.Field(4), "d");
+  EXPECT_EQ(record.Field(5), "");
+}
+
+TEST(Record, KeepsTrailingEmptyFields)
+{
+  EXPECT_EQ(Record("a\t").Size(), 2U);
+  EXPECT_EQ(Record("").Size(), 1U);
+}
+
+TEST(Record, IsEmptyWhenItHoldsDelimitersAlone)
+{
+  EXPECT_TRUE(Record("").IsEmpty());
+  EXPECT_TRUE(Record(MakeRecord({})).IsEmpty());
+  EXPECT_FALSE(Record(MakeRecord({{48, "x"}})).IsEmpty());
+  EXPECT_FALSE(Record(" ").IsEmpty());
+}
+
+TEST(Record, FindsTheDpidInTheEighthField)
+{
+  EXPECT_EQ(Record(MakeRecord({{8, "30000001"}})).Dpid(), "30000001");
+  EXPECT_EQ(Record("too\tshort").Dpid(), "");
+}
+
+TEST(FieldName, NamesEveryFieldButTheReservedOnes)
+{
+  for (std::size_t number = 1; number <= 48; ++number) {
+    const bool reserved = number >= 27 && number <= 39;
+    EXPECT_EQ(FieldName(number).empty(), reserved) << number;
+  }
+  EXPECT_EQ(FieldName(0), "");
+  EXPECT_EQ(FieldName(49), "");
+  EXPECT_EQ(FieldName(1), "line_1");
+  EXPECT_EQ(FieldName(8), "dpid");
+  EXPECT_EQ(FieldName(26), "matched");
+  EXPECT_EQ(FieldName(40), "sort_plan");
+  EXPECT_EQ(FieldName(48), "local_government_area");
+}
+
+}  // namespace
+}  // namespace tool

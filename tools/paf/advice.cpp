@@ -1,0 +1,87 @@
+#include "advice.h"
+
+#include "configuration.h"
+#include "exit_code.h"
+#include "qxpaf/paf.h"
+
+namespace tool {
+namespace {
+
+std::string PlacesText()
+{
+  std::string text = "A configuration file is looked for in this order:";
+  for (const Place& place : ConfigurationPlaces()) {
+    text += "\n  " + place.name + std::string(22 - place.name.size(), ' ') + Describe(place);
+  }
+  return text;
+}
+
+std::string LineAdvice(const std::string& database, const std::string& file)
+{
+  return "Name the database's directory there, for instance:\n  echo '" + ConfigurationLine(database) +
+         "/path/to/database' >> " + file +
+         "\n(paf build makes a database from a CSV file; --database also takes its directory as it is.)";
+}
+
+std::string NoFileAdvice(const std::string& database)
+{
+  return PlacesText() + "\n" + LineAdvice(database, "~/.morvex");
+}
+
+std::string NotConfiguredAdvice(const std::string& database)
+{
+  const auto file = ConfigurationFile();
+  if (!file) {
+    return NoFileAdvice(database);
+  }
+  std::string names;
+  for (const ConfiguredDatabase& known : ConfiguredDatabases()) {
+    names += known.name.empty() ? "" : (names.empty() ? "" : ", ") + known.name;
+  }
+  return "The configuration file " + file->path + " does not name it; it names " + (names.empty() ? "none" : names) +
+         ".\n" + LineAdvice(database, file->path);
+}
+
+std::string StatusAdvice(const std::string& database, int status)
+{
+  switch (status) {
+    case PAF_ERR_CONFIGURATION:
+      return NoFileAdvice(database);
+    case PAF_ERR_NOT_CONFIGURED:
+      return NotConfiguredAdvice(database);
+    case PAF_ERR_UNKNOWN_COUNTRY:
+      return "What stands before the \".\" must be AU, NZ, US, UK or INT.";
+    case PAF_ERR_LIBRARY_NOT_LOADED:
+    case PAF_ERR_ENTRY_POINT_MISSING:
+      return "Plug-ins are looked for beside libqxpaf.so, in the directories of LD_LIBRARY_PATH and in the system's "
+             "own.";
+    case PAF_ERR_OPEN_FILE:
+      return "A database directory holds the files PAF.ver and address.arf; paf build makes one from a CSV file.";
+    default:
+      return "";
+  }
+}
+
+}  // namespace
+
+std::string OpenAdvice(const std::string& database, int status)
+{
+  if (IsRemoteConfigured()) {
+    return "The configuration switches remote mode on (PindleSvr/TcpHost, PindleSvr/TcpPort).";
+  }
+  return StatusAdvice(database, status);
+}
+
+void OpenOrExplain(Session& session, const std::string& database)
+{
+  const Reply reply = session.Open(database);
+  if (reply.status == 0) {
+    return;
+  }
+  const std::string name = database.empty() ? "the default database" : "database \"" + database + "\"";
+  const std::string advice = OpenAdvice(database, reply.status);
+  throw Failure("cannot open " + name + ": " + StatusText(reply) + (advice.empty() ? "" : "\n" + advice) +
+                "\npaf doctor checks the whole set-up.");
+}
+
+}  // namespace tool
