@@ -19,7 +19,7 @@ import pathlib
 import re
 import sys
 
-from address_layout import ADDRESS_COLUMNS, COLUMNS, DPID_FIRST, DPID_LAST, STATES
+from addressgen.layout import ADDRESS_COLUMNS, COLUMNS, DPID_FIRST, DPID_LAST, STATES
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 SAMPLE = ROOT / "data" / "sample" / "addresses.csv"

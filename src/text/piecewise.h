@@ -1,5 +1,4 @@
-// Whole-text conversion through a block on the stack: the result is allocated once, in its final size, and none of its
-// elements is written twice.
+// Whole-text conversion into a string that is allocated once, in its final size.
 #ifndef QXPAF_SRC_TEXT_PIECEWISE_H
 #define QXPAF_SRC_TEXT_PIECEWISE_H
 
@@ -7,66 +6,70 @@
 #include <cstddef>
 #include <string>
 
+#include "text/ascii_run.h"
+
 namespace qxpaf {
 
-inline constexpr std::ptrdiff_t kPieceLength = 256;
+inline constexpr std::size_t kPieceLength = 256;
 
 // What a piece can become: up to four bytes for each of its elements; or one wide element for each, and one more when a
 // surrogate pair comes from a sequence that straddles the end of the piece.
 template <class Out>
 inline constexpr std::size_t kBlockLength = sizeof(Out) == 1 ? 4 * kPieceLength : kPieceLength + 1;
 
-struct Piece
+// A conversion has, beside what it inherits from here,
+//
+//     Out* Convert(const In*& position, const In* stop, Out* to) const
+//
+// which converts elements from position on, moving it, until it is at stop or behind it, and returns the end of what it
+// wrote at `to`; it refuses to go on by leaving position before stop. ASCII must convert to itself. And
+//
+//     std::size_t Measure(const In* text, std::size_t n) const
+//
+// the length of the converted text, exact for text that is well-formed. Malformed text may become longer, but not by more
+// than one element for each of its own.
+struct Conversion
 {
-  std::size_t length;  // elements written to the block
-  bool complete;       // false: the conversion refused to go on
+  // What the result is to hold whatever its length.
+  static std::size_t LeastCapacity(std::size_t) { return 0; }
 };
 
-// `convert(position, stop, to)` converts elements from position on, moving it, until it is at stop or behind it, and
-// returns the end of what it wrote at `to`. It stops the whole conversion by leaving position before stop.
-template <class Out, class In, class Convert>
-Piece ConvertPiece(Out* block, const In*& position, const In* end, Convert convert)
+// A short text that is all ASCII; false, with nothing done, for any other.
+template <class Out, class In>
+bool ConvertShortAscii(std::basic_string<Out>& out, const In* text, std::size_t n, std::size_t leastCapacity)
 {
-  const In* const stop = end - position > kPieceLength ? position + kPieceLength : end;
-  const Out* const used = convert(position, stop, block);
-  return {static_cast<std::size_t>(used - block), position >= stop};
+  if (n > kPieceLength || AsciiRuns::Length(text, n) != n) return false;
+  out.clear();
+  if (leastCapacity > n) out.reserve(leastCapacity);
+  out.resize(n);
+  AsciiRuns::Convert(out.data(), text, n);
+  return true;
 }
 
-// Sets out to the converted text, with at least `capacity` elements reserved. False when `convert` stopped.
-template <class Out, class In, class Convert>
-bool ConvertToCapacity(std::basic_string<Out>& out, const In* text, const In* end, std::size_t capacity,
-                       Convert convert)
+// Any text, through a block on the stack, so that no element of a long result is written twice.
+template <class Out, class In, class AConversion>
+bool ConvertPieces(std::basic_string<Out>& out, const In* text, const In* end, const AConversion& conversion)
 {
   Out block[kBlockLength<Out>];
-  out.clear();
   while (text < end) {
-    const Piece piece = ConvertPiece(block, text, end, convert);
-    if (out.empty()) out.reserve(std::max(capacity, piece.length));
-    out.append(block, piece.length);
-    if (!piece.complete) return false;
+    const In* const stop = text + std::min(kPieceLength, static_cast<std::size_t>(end - text));
+    const auto length = static_cast<std::size_t>(conversion.Convert(text, stop, block) - block);
+    if (length > out.capacity() - out.size()) out.reserve(out.size() + length + static_cast<std::size_t>(end - text));
+    out.append(block, length);
+    if (text < stop) return false;
   }
   return true;
 }
 
-template <class Out, class In, class Convert>
-std::size_t MeasureConverted(const In* text, const In* end, Convert convert)
+// Sets out to the converted text; false when the conversion refused to go on, out then holding what precedes.
+template <class Out, class In, class AConversion>
+bool ConvertText(std::basic_string<Out>& out, const In* text, std::size_t n, const AConversion& conversion)
 {
-  Out block[kBlockLength<Out>];
-  std::size_t length = 0;
-  for (bool complete = true; complete && text < end;) {
-    const Piece piece = ConvertPiece(block, text, end, convert);
-    length += piece.length;
-    complete = piece.complete;
-  }
-  return length;
-}
-
-// The same for conversions that change the length: text of more than one piece is measured by a trial run.
-template <class Out, class In, class Convert>
-bool ConvertText(std::basic_string<Out>& out, const In* text, const In* end, std::size_t capacity, Convert convert)
-{
-  if (end - text > kPieceLength) capacity = std::max(capacity, MeasureConverted<Out>(text, end, convert));
-  return ConvertToCapacity(out, text, end, capacity, convert);
+  const std::size_t leastCapacity = conversion.LeastCapacity(n);
+  if (ConvertShortAscii(out, text, n, leastCapacity)) return true;
+  out.clear();
+  out.reserve(std::max(leastCapacity, conversion.Measure(text, n)));
+  return ConvertPieces(out, text, text + n, conversion);
 }
 
 }  // namespace qxpaf

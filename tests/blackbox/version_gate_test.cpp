@@ -62,7 +62,7 @@ const Row kRows[] = {
     {"AU", "5.7.270a", false, false},
     {"AU", "5.7.270a1", true, false},
     {"AU", "5-7-271", true, false},
-    {"AU", "5.8.278 (2)", true, false},
+    {"AU", "5.8.278 (2)", true, true},
     {"AU", "5..271", false, false},
     {"AU", "05.008.0279", true, true},
     {"AU", "6beta", true, true},

@@ -6,7 +6,8 @@
     NAME.exit  the exit status; 0 without the file
 
 The script runs under "bash -u" in an empty directory of its own, with that directory's "home" as HOME, no configuration
-of its caller's, and paf in the PATH. In what it prints the directory reads WORK. CASE_DATA names the tests' data.
+of its caller's, and paf in the PATH. CASE_DATA names the tests' data, CASE_FAKES the folders with fake plug-ins. In what
+it prints, its directory reads WORK, the fakes' FAKES, and the library's LIB.
 """
 import argparse
 import difflib
@@ -35,32 +36,43 @@ def compare(name, expected, actual):
     return list(difflib.unified_diff(expected, actual, f"{name} expected", f"{name} actual", lineterm=""))
 
 
-def environment(work, paf, data):
-    drop = ("MORVEX_CONFIG_FILE", "PAF_DATABASE")
+def environment(work, script, arguments):
+    drop = ("MORVEX_CONFIG_FILE", "PAF_DATABASE", "LD_LIBRARY_PATH")
     result = {name: value for name, value in os.environ.items() if name not in drop}
     (work / "home").mkdir()
-    result.update(HOME=str(work / "home"), PATH=f"{paf.parent}:{os.environ['PATH']}", CASE_DATA=str(data), LC_ALL="C",
-                  COLUMNS="80")
+    result.update(HOME=str(work / "home"), PATH=f"{arguments.paf.parent}:{os.environ['PATH']}", LC_ALL="C",
+                  CASE_DATA=str(script.parent / "data"), CASE_FAKES=str(arguments.fakes))
     return result
 
 
-def run(script, paf, work):
-    data = script.parent / "data"
-    result = subprocess.run(["bash", "-u", str(script)], cwd=work, env=environment(work, paf, data), timeout=120,
-                            stdin=subprocess.DEVNULL, capture_output=True, check=False)
-    texts = [stream.decode("utf-8", "surrogateescape").replace(str(work), "WORK")
-             for stream in (result.stdout, result.stderr)]
-    return result.returncode, texts[0].splitlines(), texts[1].splitlines()
+def neutral_lines(stream, places):
+    text = stream.decode("utf-8", "surrogateescape")
+    for name, place in places.items():
+        text = text.replace(str(place), name)
+    return text.splitlines()
+
+
+def run(script, arguments, work):
+    result = subprocess.run(["bash", "-u", str(script)], cwd=work, env=environment(work, script, arguments),
+                            timeout=120, stdin=subprocess.DEVNULL, capture_output=True, check=False)
+    places = {"WORK": work, "FAKES": arguments.fakes, "LIB": arguments.library}
+    return result.returncode, neutral_lines(result.stdout, places), neutral_lines(result.stderr, places)
+
+
+def resolved(path):
+    return pathlib.Path(path).resolve()
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
-    parser.add_argument("--paf", type=pathlib.Path, required=True)
-    parser.add_argument("script", type=pathlib.Path)
+    parser.add_argument("--paf", type=resolved, required=True, help="the program")
+    parser.add_argument("--library", type=resolved, required=True, help="the folder that holds libqxpaf.so")
+    parser.add_argument("--fakes", type=resolved, required=True, help="the folder that holds the folders of fakes")
+    parser.add_argument("script", type=resolved)
     arguments = parser.parse_args()
-    script = arguments.script.resolve()
+    script = arguments.script
     with tempfile.TemporaryDirectory(prefix="paf-cli-") as directory:
-        status, out, err = run(script, arguments.paf.resolve(), pathlib.Path(directory).resolve())
+        status, out, err = run(script, arguments, resolved(directory))
     wanted = int("".join(expected_lines(script.with_suffix(".exit"))) or "0")
     faults = compare("stdout", expected_lines(script.with_suffix(".out")), out)
     faults += compare("stderr", expected_lines(script.with_suffix(".err")), err)

@@ -43,11 +43,11 @@ Answer AddressOf(Session& session, const std::string& dpid)
 
 int Run(const AddressOptions& options)
 {
-  Session session;
-  OpenOrExplain(session, options.query.database);
   for (const std::string& dpid : options.dpids) {
     ParseDpid(dpid);  // all arguments are judged before the first answer is printed
   }
+  Session session;
+  OpenOrExplain(session, options.query.database);
   AnswerWriter writer(std::cout, options.query.json);
   ForEachInput(options.dpids, [&](const std::string& dpid) { writer.Write(AddressOf(session, dpid)); });
   return writer.ExitStatus();

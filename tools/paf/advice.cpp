@@ -1,5 +1,8 @@
 #include "advice.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "configuration.h"
 #include "exit_code.h"
 #include "qxpaf/paf.h"
@@ -16,11 +19,23 @@ std::string PlacesText()
   return text;
 }
 
+/** A bare word is a name of the configuration; people also mean the directory beside them. */
+std::string DirectoryAdvice(const std::string& database)
+{
+  std::error_code ignored;
+  if (database.empty() || database.find('/') != std::string::npos ||
+      !std::filesystem::is_directory(database, ignored)) {
+    return "";
+  }
+  return "\nTo open the directory " + database + " here, write ./" + database;
+}
+
 std::string LineAdvice(const std::string& database, const std::string& file)
 {
   return "Name the database's directory there, for instance:\n  echo '" + ConfigurationLine(database) +
          "/path/to/database' >> " + file +
-         "\n(paf build makes a database from a CSV file; --database also takes its directory as it is.)";
+         "\n(paf build makes a database from a CSV file; --database also takes its directory as it is.)" +
+         DirectoryAdvice(database);
 }
 
 std::string NoFileAdvice(const std::string& database)

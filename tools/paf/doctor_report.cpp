@@ -139,8 +139,25 @@ void CollectProblems(DoctorReport& report)
   }
 }
 
+void NoteLongLines(DoctorReport& report, const std::string& path)
+{
+  constexpr std::size_t longest = 254;
+  std::ifstream file(path);
+  std::string line;
+  for (int number = 1; std::getline(file, line); ++number) {
+    if (line.size() > longest) {
+      report.notes.push_back("Line " + std::to_string(number) + " of " + path + " has more than " +
+                             std::to_string(longest) +
+                             " characters: this report, and programs that use the registry functions, see it cut.");
+    }
+  }
+}
+
 void CollectNotes(DoctorReport& report)
 {
+  if (const auto file = ConfigurationFile()) {
+    NoteLongLines(report, file->path);
+  }
   const std::string asked = DefaultDatabase();
   bool named = report.databases.empty();
   for (const DatabaseReport& database : report.databases) {

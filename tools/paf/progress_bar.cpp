@@ -41,7 +41,12 @@ std::string BarText(double fraction, const std::string& label)
   std::string bar(kWidth, '.');
   std::fill_n(bar.begin(), std::lround(bounded * kWidth), '#');
   const std::string percent = std::to_string(std::lround(bounded * 100));
-  return std::string("[").append(bar).append("] ").append(3 - percent.size(), ' ').append(percent).append(" % " + label);
+  return std::string("[")
+      .append(bar)
+      .append("] ")
+      .append(3 - percent.size(), ' ')
+      .append(percent)
+      .append(" % " + label);
 }
 
 }  // namespace tool

@@ -19,13 +19,22 @@ DPID_LAST = 99_999_999
 BOX_POSTCODE_RANGES = (
     (200, 299), (900, 999), (1000, 1999), (5800, 5999), (6800, 6999), (7800, 7999), (8000, 9999),
 )
-GPO_POSTCODES = {
-    "SYDNEY": "2001", "MELBOURNE": "3001", "BRISBANE": "4001", "ADELAIDE": "5001", "PERTH": "6001", "HOBART": "7001",
-    "DARWIN": "0801",
+
+# The boxes of a capital's general post office have a locality line of their own.
+GPO_LINES = {
+    ("SYDNEY", "NSW", "2000"): ("SYDNEY", "2001"),
+    ("MELBOURNE", "VIC", "3000"): ("MELBOURNE", "3001"),
+    ("BRISBANE CITY", "QLD", "4000"): ("BRISBANE", "4001"),
+    ("ADELAIDE", "SA", "5000"): ("ADELAIDE", "5001"),
+    ("PERTH", "WA", "6000"): ("PERTH", "6001"),
+    ("HOBART", "TAS", "7000"): ("HOBART", "7001"),
+    ("DARWIN", "NT", "0800"): ("DARWIN", "0801"),
+    ("CITY", "ACT", "2601"): ("CANBERRA", "2601"),
 }
+GPO_POSTCODES = ("2001", "3001", "4001", "5001", "6001", "7001", "0801")
 
 
 def is_box_postcode(postcode):
     """True for a postcode without street addresses."""
     number = int(postcode)
-    return postcode in GPO_POSTCODES.values() or any(low <= number <= high for low, high in BOX_POSTCODE_RANGES)
+    return postcode in GPO_POSTCODES or any(low <= number <= high for low, high in BOX_POSTCODE_RANGES)

@@ -1,0 +1,1 @@
+"""Parts of the synthetic address generator and of the sample's check."""
