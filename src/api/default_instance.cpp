@@ -12,16 +12,21 @@ namespace qxpaf {
 namespace {
 
 /** Releases the searcher. The database stays open: it is the global one, which is closed for all threads together. */
-int ReleaseDefaultSearcher(int id)
+int ReleaseSearcher(PafInfo& info)
+{
+  info.serverId = 0;
+  if (IArfSearcher* const searcher = std::exchange(info.searcher, nullptr)) searcher->Release();
+  return PAF_OK;
+}
+
+/** Closes the instance unless it is busy in another thread, or gone. */
+int CloseInstance(int id)
 {
   PafInfo* info = nullptr;
   const DecrementUsageCountWhenFinished guard(info);
-  const int status = AcquireInstance(id, info);
-  if (status == 0) {
-    info->serverId = 0;
-    if (IArfSearcher* const searcher = std::exchange(info->searcher, nullptr)) searcher->Release();
-  }
-  return status;
+  if (const int status = AcquireInstance(id, info); status != 0) return status;
+  AtBoundary([&] { return ReleaseSearcher(*info); });
+  return FreeInstance(id, info);
 }
 
 }  // namespace
@@ -29,8 +34,7 @@ int ReleaseDefaultSearcher(int id)
 void CloseThreadInstance(ThreadData* record)
 {
   if (record == nullptr) return;
-  const int id = record->defaultId;
-  if (id != 0 && AtBoundary([id] { return ReleaseDefaultSearcher(id); }) != PAF_ERR_ID_IN_USE) FreeInstance(id);
+  if (record->defaultId != 0) AtBoundary([record] { return CloseInstance(record->defaultId); });
   FreeThreadData(record);
 }
 

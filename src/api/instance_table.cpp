@@ -66,7 +66,7 @@ int AcquireInstance(int id, PafInfo*& info)
   return PAF_OK;
 }
 
-int FreeInstance(int id)
+int FreeInstance(int id, PafInfo*& info)
 {
   std::unique_ptr<PafInfo> freed;
   InstanceTable& table = Table();
@@ -75,6 +75,7 @@ int FreeInstance(int id)
   if (slot == nullptr || *slot == nullptr) return PAF_ERR_INVALID_ID;
   if ((*slot)->searcher != nullptr) return PAF_ERR_HAS_SEARCHER;
   freed.reset(std::exchange(*slot, nullptr));
+  info = nullptr;
   --table.openInstanceCount;
   return PAF_OK;
 }

@@ -27,8 +27,13 @@ int NewInstance(int* id, PafInfo*& info);
 /** Finds an instance and marks it busy. @return 0, 6405 (no such Id) or 6412 (busy; nothing waits) */
 int AcquireInstance(int id, PafInfo*& info);
 
-/** Deletes an instance that the caller has just used and frees its Id. @return 0, 6405 or 6410 (it has a searcher) */
-int FreeInstance(int id);
+/**
+ * Deletes an instance that the caller holds busy, and frees its Id; `info` becomes null. It is deleted busy, not after
+ * it was let go: between the two another thread could take it.
+ *
+ * @return 0, 6405 or 6410 (it still has a searcher; nothing is freed)
+ */
+int FreeInstance(int id, PafInfo*& info);
 
 /** Live instances of every kind. */
 int CountOpenInstances();

@@ -89,17 +89,14 @@ using namespace qxpaf;
 int pafOpenArfId(int* id, int memoryMode, const char* arfName)
 {
   if (id == nullptr) return PAF_ERR_INVALID_ID;
-  bool haveInstance = false;
-  const auto open = [&] {
+  return AtBoundary([&] {
     PafInfo* info = nullptr;
     const DecrementUsageCountWhenFinished guard(info);
     if (const int status = NewInstance(id, info); status != 0) return status;
-    haveInstance = true;
-    return OpenInstance(*info, memoryMode, arfName != nullptr ? arfName : "");
-  };
-  const int status = AtBoundary(open);
-  if (status != 0 && haveInstance) FreeInstance(*id);
-  return status;
+    const int status = OpenInstance(*info, memoryMode, arfName != nullptr ? arfName : "");
+    if (status != 0) FreeInstance(*id, info);
+    return status;
+  });
 }
 
 int pafOpenArfId2(int memoryMode, const char* arfName)
@@ -128,17 +125,15 @@ int pafOpenPafId2(void)
 
 int pafClosePafId(int id)
 {
-  bool closed = false;
-  const auto close = [&] {
+  return AtBoundary([&] {
     PafInfo* info = nullptr;
     const DecrementUsageCountWhenFinished guard(info);
     if (const int status = AcquireInstance(id, info); status != 0) return status;
-    closed = info->serverId != 0 || info->searcher != nullptr;
-    return closed ? CloseInstance(*info) : PAF_ERR_NO_SEARCHER;
-  };
-  const int status = AtBoundary(close);
-  const int freed = closed ? FreeInstance(id) : PAF_OK;
-  return status != 0 ? status : freed;
+    if (info->serverId == 0 && info->searcher == nullptr) return static_cast<int>(PAF_ERR_NO_SEARCHER);
+    const int status = CloseInstance(*info);
+    const int freed = FreeInstance(id, info);
+    return status != 0 ? status : freed;
+  });
 }
 
 int pafForceCloseAll(void)

@@ -39,6 +39,7 @@ bool QXDLL::Unload(void* handle)
 
 void QXDLL::GetError(char* out, unsigned long outSize)
 {
+  if (outSize == 0) return;  // the pending message stays pending
   const char* message = dlerror();
   qxpaf::CopyCut(out, outSize, message != nullptr ? message : "");
 }

@@ -174,7 +174,9 @@ QX_Path operator+(const QX_Path& a, const QX_Path& b)
 char* IncludeTrailingPathDelimiter(char* text)
 {
   const std::size_t length = std::strlen(text);
-  if (length != 0 && text[length - 1] != '\\' && text[length - 1] != kSeparator) std::strcpy(text + length, "/");
+  if (length == 0 || text[length - 1] == '\\' || text[length - 1] == kSeparator) return text;
+  text[length] = kSeparator;
+  text[length + 1] = '\0';
   return text;
 }
 

@@ -48,14 +48,15 @@ TEST(DefaultInstance, ThatIsBusyElsewhereSurvivesItsThread)
   EXPECT_FALSE(searcher.released);
   EXPECT_EQ(&searcher, info->searcher);
   info->searcher = nullptr;
-  EXPECT_EQ(0, FreeInstance(id));
+  EXPECT_EQ(0, FreeInstance(id, info));
 }
 
 TEST(DefaultInstance, ThatIsGoneDoesNotDisturbTheThreadsEnd)
 {
   std::thread([] {
-    const int id = MakeDefault(nullptr);
-    EXPECT_EQ(0, FreeInstance(id));
+    PafInfo* info = nullptr;
+    const int id = MakeDefault(nullptr, &info);
+    EXPECT_EQ(0, FreeInstance(id, info));
   }).join();
   CloseThreadInstance(nullptr);
 }

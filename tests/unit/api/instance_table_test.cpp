@@ -22,6 +22,15 @@ int NewIdle()
   return id;
 }
 
+/** Takes an idle instance and frees it. */
+int Free(int id)
+{
+  PafInfo* info = nullptr;
+  const DecrementUsageCountWhenFinished guard(info);
+  const int status = AcquireInstance(id, info);
+  return status != 0 ? status : FreeInstance(id, info);
+}
+
 TEST(InstanceTable, GivesTheLowestFreeIdAndCounts)
 {
   const int before = CountOpenInstances();
@@ -31,10 +40,10 @@ TEST(InstanceTable, GivesTheLowestFreeIdAndCounts)
   EXPECT_EQ(first + 1, second);
   EXPECT_EQ(second + 1, third);
   EXPECT_EQ(before + 3, CountOpenInstances());
-  EXPECT_EQ(0, FreeInstance(second));
+  EXPECT_EQ(0, Free(second));
   EXPECT_EQ(before + 2, CountOpenInstances());
   EXPECT_EQ(second, NewIdle());
-  for (const int id : {first, second, third}) EXPECT_EQ(0, FreeInstance(id));
+  for (const int id : {first, second, third}) EXPECT_EQ(0, Free(id));
   EXPECT_EQ(before, CountOpenInstances());
 }
 
@@ -46,7 +55,8 @@ TEST(InstanceTable, NewInstancesAreBlank)
   EXPECT_EQ(nullptr, info->searcher);
   EXPECT_EQ("", info->arfName);
   EXPECT_EQ(0, info->serverId);
-  EXPECT_EQ(0, FreeInstance(id));
+  EXPECT_EQ(0, FreeInstance(id, info));
+  EXPECT_EQ(nullptr, info);
 }
 
 TEST(InstanceTable, RefusesIdsThatAreNotOpen)
@@ -55,11 +65,11 @@ TEST(InstanceTable, RefusesIdsThatAreNotOpen)
   PafInfo* info = nullptr;
   for (const int wrong : {0, -1, -2147483647 - 1, id + 1, 2147483647}) {
     EXPECT_EQ(PAF_ERR_INVALID_ID, AcquireInstance(wrong, info)) << wrong;
-    EXPECT_EQ(PAF_ERR_INVALID_ID, FreeInstance(wrong)) << wrong;
+    EXPECT_EQ(PAF_ERR_INVALID_ID, FreeInstance(wrong, info)) << wrong;
   }
-  EXPECT_EQ(0, FreeInstance(id));
+  EXPECT_EQ(0, Free(id));
   EXPECT_EQ(PAF_ERR_INVALID_ID, AcquireInstance(id, info));
-  EXPECT_EQ(PAF_ERR_INVALID_ID, FreeInstance(id));
+  EXPECT_EQ(PAF_ERR_INVALID_ID, FreeInstance(id, info));
   EXPECT_EQ(nullptr, info);
 }
 
@@ -75,7 +85,7 @@ TEST(InstanceTable, ABusyInstanceIsRefusedUntilItsGuardLeaves)
     EXPECT_EQ(nullptr, second);
   }
   EXPECT_EQ(0, AcquireInstance(id, second));
-  EXPECT_EQ(0, FreeInstance(id));
+  EXPECT_EQ(0, FreeInstance(id, second));
 }
 
 TEST(InstanceTable, AnInstanceWithASearcherIsNotFreed)
@@ -85,9 +95,11 @@ TEST(InstanceTable, AnInstanceWithASearcherIsNotFreed)
   PafInfo* info = nullptr;
   ASSERT_EQ(0, NewInstance(&id, info));
   info->searcher = &searcher;
-  EXPECT_EQ(PAF_ERR_HAS_SEARCHER, FreeInstance(id));
+  PafInfo* const before = info;
+  EXPECT_EQ(PAF_ERR_HAS_SEARCHER, FreeInstance(id, info));
+  EXPECT_EQ(before, info);
   info->searcher = nullptr;
-  EXPECT_EQ(0, FreeInstance(id));
+  EXPECT_EQ(0, FreeInstance(id, info));
 }
 
 IArfSearcher* GiveSearcher(IArfDb*)
@@ -122,12 +134,12 @@ TEST(ReleaseAllSearchers, LeavesTheIdsAndSkipsEmptySlots)
   info->searcher = &searcher;
   const int without = NewIdle();
   const int freed = NewIdle();
-  EXPECT_EQ(0, FreeInstance(freed));
+  EXPECT_EQ(0, Free(freed));
   ReleaseAllSearchers();
   EXPECT_TRUE(searcher.released);
   EXPECT_EQ(nullptr, info->searcher);
-  EXPECT_EQ(0, FreeInstance(id));
-  EXPECT_EQ(0, FreeInstance(without));
+  EXPECT_EQ(0, FreeInstance(id, info));
+  EXPECT_EQ(0, Free(without));
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ class Instance
   ~Instance()
   {
     info_->searcher = nullptr;
-    EXPECT_EQ(0, FreeInstance(id_));
+    EXPECT_EQ(0, FreeInstance(id_, info_));
   }
   Instance(const Instance&) = delete;
   Instance& operator=(const Instance&) = delete;
