@@ -16,7 +16,13 @@
 
 namespace {
 
-enum Sample { kAddressLine, kLongAscii, kMixedScripts, kLatinAccents };
+enum Sample
+{
+  kAddressLine,
+  kLongAscii,
+  kMixedScripts,
+  kLatinAccents
+};
 
 const std::string& Utf8Sample(int sample)
 {
@@ -95,7 +101,10 @@ std::wstring WidenRange(const std::string& s)
   return {bytes, bytes + s.size()};
 }
 
-std::string NarrowRange(const std::wstring& s) { return {s.begin(), s.end()}; }
+std::string NarrowRange(const std::wstring& s)
+{
+  return {s.begin(), s.end()};
+}
 
 class Iconv
 {
@@ -202,7 +211,8 @@ void RegisterUtf8ToWide()
   Register("Utf8ToWide", OnUtf8([](const std::string& s) { return Utf8ToWide(s); }));
   Register("Utf8ToWide.loop", OnUtf8(WidenLoop));
   Register("Utf8ToWide.range", OnUtf8(WidenRange));
-  Register("Utf8ToWide.twin", OnUtf8([](const std::string& s) { return reference::ReadWide(s, s.size(), true).second; }));
+  Register("Utf8ToWide.twin",
+           OnUtf8([](const std::string& s) { return reference::ReadWide(s, s.size(), true).second; }));
   Register("Utf8ToWide.iconv", OnUtf8(IconvUtf8ToWide));
   Register("ReadUtf8String", OnUtf8([](const std::string& s) {
              std::wstring out;

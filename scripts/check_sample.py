@@ -29,13 +29,14 @@ LOCALITY_COLUMNS = ("postcode", "locality", "state", "latitude", "longitude", "p
 
 MAX_DISTANCE_KM = 15.0
 KM_PER_DEGREE = 111.2
+# The external territories are in: Cocos Islands in the west, Norfolk Island in the east.
 LATITUDES = (-44.0, -9.0)
-LONGITUDES = (112.0, 154.0)
+LONGITUDES = (96.0, 168.1)
 
 # What a field must look like when it is not empty; the whole field must match.
 PATTERNS = {
     "dpid": r"[0-9]{8}",
-    "unit_number": r"[A-Z]{0,2}[0-9]{1,5}[A-Z]{0,2}",
+    "unit_number": r"[A-Z]{0,2}[0-9]{1,5}[A-Z]{0,2}|[A-Z]",
     "level_number": r"[A-Z]?[0-9]{1,3}[A-Z]?",
     "lot": r"[A-Z]?[0-9]{1,5}[A-Z]?",
     "number_first": r"[1-9][0-9]{0,5}",
@@ -53,7 +54,7 @@ PATTERNS = {
     "state": "|".join(STATES),
     "postcode": r"[0-9]{4}",
     "latitude": r"-[0-9]{1,2}\.[0-9]{1,6}",
-    "longitude": r"[0-9]{3}\.[0-9]{1,6}",
+    "longitude": r"[0-9]{2,3}\.[0-9]{1,6}",
     "population": r"[1-9][0-9]*",
 }
 

@@ -1,16 +1,19 @@
 #include "arf/format/checksum.h"
 
+#include <bit>
 #include <cstring>
 
 namespace arf {
 namespace {
 
-constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15;  // 2^64 divided by the golden ratio: odd, bits well spread
+// Odd, with their bits well spread: 2^64 divided by the golden ratio, and by the square root of 2.
+constexpr std::uint64_t kFirst = 0x9E3779B97F4A7C15;
+constexpr std::uint64_t kSecond = 0xB504F333F9DE6485;
+constexpr int kTurn = 31;
 
 std::uint64_t Mix(std::uint64_t state, std::uint64_t word)
 {
-  state = (state ^ word) * kOdd;
-  return state ^ (state >> 32);
+  return std::rotl(state + word * kFirst, kTurn) * kSecond;
 }
 
 }  // namespace
@@ -29,9 +32,9 @@ void Checksum::Add(const std::uint8_t* data, std::size_t size)
 
 std::uint64_t Checksum::Value() const
 {
-  std::uint64_t value = Mix(kOdd, size_);
+  std::uint64_t value = Mix(0, size_);
   for (const std::uint64_t lane : lanes_) value = Mix(value, lane);
-  return Mix(value, kOdd);
+  return value ^ (value >> 32);
 }
 
 }  // namespace arf

@@ -1,12 +1,12 @@
 /**
  * The 64-bit checksum of the database file.
  *
- * The idea is the xor-then-multiply step of the FNV-1a hash (G. Fowler, L. C. Noll, K.-P. Vo), taken over 64-bit words
- * instead of bytes and in eight independent lanes, so that the multiplications overlap and the speed is that of memory;
- * a shift follows each product, as in the finishing mixers of MurmurHash3 (A. Appleby), because a product alone never
- * carries its top bit downwards. Each step is a one-to-one mapping of the lane's state, and so is the way in which the
- * lanes are put together at the end: damage within one 64-bit word always changes the checksum; damage in several words
- * goes unseen with a probability of about 2^-64. It protects against accidents, not against forgery.
+ * The idea is the round of xxHash64 (Y. Collet): a word is multiplied and added to the state, which is rotated and
+ * multiplied again. It is taken over eight independent lanes, so that the multiplications overlap and the speed is that
+ * of memory. Each step is a one-to-one mapping of the word and of the lane's state, and so is the way in which the
+ * lanes are put together at the end: damage within one 64-bit word always changes the checksum. With two
+ * multiplications and the rotation between them no bit has a predictable effect on a later word, so damage in several
+ * words goes unseen with a probability of about 2^-64. It protects against accidents, not against forgery.
  */
 #ifndef QXPAF_ARF_FORMAT_CHECKSUM_H
 #define QXPAF_ARF_FORMAT_CHECKSUM_H

@@ -195,23 +195,31 @@ Database::~Database() = default;
 
 std::unique_ptr<Database> Database::Open(const std::string& directory, OpenMode mode, OpenResult& result)
 {
-  result = {};
   const bool divided = directory.empty() || directory.back() == '/';
   const std::string path = directory + (divided ? "" : "/") + kDatabaseFileName;
+  result = {};
+  FileBytes bytes = FileBytes::Acquire(path, mode, result);
+  if (result.failure != OpenFailure::None) return nullptr;
+  std::unique_ptr<Database> database = OpenBytes({bytes.Bytes().Data(), bytes.Bytes().Size()}, path, result);
+  if (!database) return nullptr;
+  bytes.SettleInto(mode);
+  database->impl_->bytes = std::move(bytes);
+  return database;
+}
+
+std::unique_ptr<Database> Database::OpenBytes(std::span<const std::uint8_t> bytes, const std::string& name,
+                                              OpenResult& result)
+{
+  result = {};
   try {
     auto impl = std::make_unique<Impl>();
-    impl->bytes = FileBytes::Acquire(path, mode, result);
-    if (result.failure != OpenFailure::None) return nullptr;
-    if (const Defect defect = Check(impl->bytes.Bytes(), impl->view)) {
-      Refuse(result, defect.failure, path, defect.what);
-      return nullptr;
-    }
-    impl->bytes.SettleInto(mode);
-    return std::unique_ptr<Database>(new Database(std::move(impl)));
+    const Defect defect = Check({bytes.data(), bytes.size()}, impl->view);
+    if (!defect) return std::unique_ptr<Database>(new Database(std::move(impl)));
+    Refuse(result, defect.failure, name, defect.what);
   } catch (const std::bad_alloc&) {
-    Refuse(result, OpenFailure::OutOfMemory, path, "not enough memory");
-    return nullptr;
+    Refuse(result, OpenFailure::OutOfMemory, name, "not enough memory");
   }
+  return nullptr;
 }
 
 std::uint32_t Database::LocalityCount() const

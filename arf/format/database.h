@@ -106,6 +106,12 @@ class Database
  public:
   /** Opens directory/address.arf, verifies magic, version, sizes and the checksum of every section. */
   static std::unique_ptr<Database> Open(const std::string& directory, OpenMode mode, OpenResult& result);
+  /**
+   * Opens a database whose file the caller has in memory, at an address that is a multiple of eight; the bytes must
+   * stay there unchanged as long as the Database. `name` stands for the file in messages.
+   */
+  static std::unique_ptr<Database> OpenBytes(std::span<const std::uint8_t> bytes, const std::string& name,
+                                             OpenResult& result);
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;

@@ -9,24 +9,10 @@
 #include <system_error>
 #include <utility>
 
+#include "arf/format/descriptor.h"
+
 namespace arf {
 namespace {
-
-class Descriptor
-{
- public:
-  explicit Descriptor(int value) : value_(value) {}
-  ~Descriptor()
-  {
-    if (value_ >= 0) close(value_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  int Value() const { return value_; }
-
- private:
-  int value_;
-};
 
 void Fail(OpenResult& result, int error)
 {
@@ -69,7 +55,7 @@ FileBytes FileBytes::Acquire(const std::string& path, OpenMode mode, OpenResult&
 {
   const Descriptor file(OpenForReading(path));
   struct stat status;
-  if (file.Value() < 0 || fstat(file.Value(), &status) != 0) {
+  if (!file.IsOpen() || fstat(file.Value(), &status) != 0) {
     Fail(result, errno);
   } else if (!S_ISREG(status.st_mode)) {
     result.failure = OpenFailure::CannotOpen;

@@ -183,10 +183,15 @@ std::string MatchKey(std::string_view text)
   return key;
 }
 
+std::size_t DisplayForm(std::string_view text, std::span<char> out)
+{
+  return FoldInto(text, out, UpperOf);
+}
+
 std::string DisplayForm(std::string_view text)
 {
   std::string display(text.size(), '\0');
-  display.resize(FoldInto(text, display, UpperOf));
+  display.resize(DisplayForm(text, display));
   return display;
 }
 

@@ -28,7 +28,13 @@ std::size_t MatchKey(std::string_view text, std::span<char> out);
 /** The same as a string. */
 std::string MatchKey(std::string_view text);
 
-/** Upper case, white space and control characters as single spaces, none at the ends; punctuation and accents stay. */
+/**
+ * Display form: upper case, white space and control characters as single spaces, none at the ends; punctuation and
+ * accents stay. Never longer than its text; `out` and result as with MatchKey.
+ */
+std::size_t DisplayForm(std::string_view text, std::span<char> out);
+
+/** The same as a string. */
 std::string DisplayForm(std::string_view text);
 
 }  // namespace arf

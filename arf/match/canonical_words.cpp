@@ -66,6 +66,15 @@ static_assert(std::is_sorted(std::begin(kRows), std::end(kRows),
 constexpr std::size_t kLongestWritten = 11;  // of the column above
 constexpr std::string_view kArticle = "THE";
 
+/** Where the rows of each first letter start; the rows of letter i end where those of letter i + 1 start. */
+constexpr auto kLetterStarts = [] {
+  std::array<std::uint8_t, 27> starts{};
+  for (std::size_t letter = 0; letter < starts.size(); ++letter)
+    for (const CanonicalRow& row : kRows)
+      if (row.written.front() < static_cast<char>('A' + letter)) ++starts[letter];
+  return starts;
+}();
+
 }  // namespace
 
 std::span<const CanonicalRow> CanonicalRows() {
@@ -73,10 +82,15 @@ std::span<const CanonicalRow> CanonicalRows() {
 }
 
 std::string_view CanonicalWord(std::string_view word) {
-  if (word.size() > kLongestWritten) return word;
-  const auto row = std::lower_bound(std::begin(kRows), std::end(kRows), word,
-                                    [](const CanonicalRow& r, std::string_view w) { return r.written < w; });
-  return row != std::end(kRows) && row->written == word ? row->canonical : word;
+  if (word.empty() || word.size() > kLongestWritten || word.front() < 'A' || word.front() > 'Z') return word;
+  const auto letter = static_cast<std::size_t>(word.front() - 'A');
+  for (std::size_t i = kLetterStarts[letter]; i < kLetterStarts[letter + 1]; ++i)
+    if (kRows[i].written == word) return kRows[i].canonical;
+  return word;
+}
+
+bool IsArticle(std::string_view word) {
+  return word == kArticle;
 }
 
 CanonicalName::CanonicalName(std::string_view key) {
@@ -84,7 +98,7 @@ CanonicalName::CanonicalName(std::string_view key) {
     const std::size_t space = key.find(' ');
     const std::string_view word = key.substr(0, space);
     key.remove_prefix(space == std::string_view::npos ? key.size() : space + 1);
-    if (length_ == 0 && !hasArticle_ && word == kArticle && !key.empty()) {
+    if (length_ == 0 && !hasArticle_ && IsArticle(word) && !key.empty()) {
       hasArticle_ = true;
       continue;
     }
@@ -95,9 +109,7 @@ CanonicalName::CanonicalName(std::string_view key) {
 }
 
 std::uint32_t CanonicalName::Hash() const {
-  std::uint32_t hash = 2166136261U;  // FNV-1a
-  for (const char c : View()) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
-  return hash;
+  return HashCanonical(kHashStart, View());
 }
 
 }  // namespace arf

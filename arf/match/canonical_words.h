@@ -26,6 +26,16 @@ std::span<const CanonicalRow> CanonicalRows();
 /** The canonical form of a word of a match key; the word itself when it has no other. */
 std::string_view CanonicalWord(std::string_view word);
 
+/** "THE", which names have or lack in front of other words. */
+bool IsArticle(std::string_view word);
+
+/** Continues the hash of a name with its next word; FNV-1a. */
+inline std::uint32_t HashCanonical(std::uint32_t hash, std::string_view canonicalWord) {
+  for (const char c : canonicalWord) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+  return hash;
+}
+inline constexpr std::uint32_t kHashStart = 2166136261U;
+
 /**
  * The canonical form of a name: its words' canonical forms without spaces, so that "MC DONALD" equals "MCDONALD". An
  * article in front of other words is left out and remembered, so that "GAP" finds "THE GAP".

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "arf/format/fold.h"
+#include "arf/match/canonical_words.h"
 #include "qxpaf/text/encoding.h"
 
 namespace arf {
@@ -176,7 +177,7 @@ class InputReader
     }
     const auto digits = std::count_if(text.begin(), text.end(), IsDigit);
     Word& word = target_.words_[target_.count_++];
-    word = {text, target_.count_ == 1 ? Joint::Break : pending_, digits > 0,
+    word = {text, CanonicalWord(text), target_.count_ == 1 ? Joint::Break : pending_, digits > 0,
             static_cast<std::size_t>(digits) == text.size()};
     pending_ = Joint::Space;
   }
@@ -218,6 +219,12 @@ bool InputText::HasDigit(WordRange range) const {
   for (std::size_t i = range.first; i < range.last; ++i)
     if (words_[i].hasDigit) return true;
   return false;
+}
+
+std::size_t InputText::WordsWithoutDigits(std::size_t first, std::size_t end, std::size_t most) const {
+  std::size_t count = 0;
+  while (count < most && first + count < end && !words_[end - 1 - count].hasDigit) ++count;
+  return count;
 }
 
 KeyBuffer::KeyBuffer(std::string_view text) : length_(MatchKey(text, buffer_)) {}

@@ -29,6 +29,7 @@ enum class Joint : std::uint8_t
 struct Word
 {
   std::string_view text;
+  std::string_view canonical;  ///< the form in which names are compared (canonical_words.h)
   Joint before = Joint::Break;
   bool hasDigit = false;
   bool isNumber = false;  ///< nothing but digits
@@ -64,6 +65,8 @@ class InputText
   /** Whether a break stands between two of these words. */
   bool HasInnerBreak(WordRange range) const;
   bool HasDigit(WordRange range) const;
+  /** How many words directly before `end` are free of digits, up to `most` of them and not before `first`. */
+  std::size_t WordsWithoutDigits(std::size_t first, std::size_t end, std::size_t most) const;
 
  private:
   friend class InputReader;

@@ -24,8 +24,18 @@ constexpr TerritoryPostcode kTerritoryPostcodes[] = {
     {"2540", "ACT"}, {"2540", "NSW"}, {"2899", "NSW"}, {"6798", "WA"}, {"6799", "WA"}, {"7151", "TAS"},
 };
 
-bool IsCountry(std::string_view word) {
-  return std::find(std::begin(kCountryNames), std::end(kCountryNames), word) != std::end(kCountryNames);
+PlaceWords ReadCountry(const Word& word) {
+  PlaceWords found;
+  found.isCountry = std::find(std::begin(kCountryNames), std::end(kCountryNames), word.text) != std::end(kCountryNames);
+  found.count = found.isCountry ? 1 : 0;
+  return found;
+}
+
+PlaceWords ReadState(const InputText& input, std::size_t first, std::size_t end) {
+  PlaceWords found;
+  found.place.state = StateCode(input.Text(first, end));
+  found.count = found.place.state.empty() ? 0 : end - first;
+  return found;
 }
 
 /** Four digits, or three where the leading zero was lost. */
@@ -62,21 +72,33 @@ bool WrittenPlace::StateFits(const Locality& locality) const {
                      [&](const TerritoryPostcode& row) { return row.postcode == locality.postcode && row.state == state; });
 }
 
+void WrittenPlace::Merge(const WrittenPlace& more) {
+  if (!more.state.empty()) state = more.state;
+  if (!more.postcode.Empty()) postcode = more.postcode;
+}
+
+FixedText<24> WrittenPlace::Text() const {
+  FixedText<24> text(state);
+  if (!state.empty() && !postcode.Empty()) text.Append(" ");
+  text.Append(postcode.View());
+  return text;
+}
+
 PlaceWords ReadPlaceBefore(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known) {
-  PlaceWords found;
-  if (end <= first) return found;
-  const Word& last = input[end - 1];
-  if (last.hasDigit) return ReadPostcodeWord(last, known);
-  for (std::size_t count = std::min(kLongestStateName, end - first); count > 0 && known.state.empty(); --count) {
-    found.place.state = StateCode(input.Text(end - count, end));
-    if (!found.place.state.empty()) {
-      found.count = count;
-      return found;
-    }
-  }
-  found.isCountry = IsCountry(last.text);
-  found.count = found.isCountry ? 1 : 0;
-  return found;
+  if (end <= first) return {};
+  if (input[end - 1].hasDigit) return ReadPostcodeWord(input[end - 1], known);
+  if (!known.state.empty()) return ReadCountry(input[end - 1]);
+  for (std::size_t count = input.WordsWithoutDigits(first, end, kLongestStateName); count > 0; --count)
+    if (const PlaceWords found = ReadState(input, end - count, end); found.count > 0) return found;
+  return ReadCountry(input[end - 1]);
+}
+
+PlaceWords ReadPlaceAfter(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known) {
+  if (end <= first) return {};
+  if (input[first].hasDigit) return ReadPostcodeWord(input[first], known);
+  for (std::size_t count = std::min(kLongestStateName, end - first); count > 0 && known.state.empty(); --count)
+    if (const PlaceWords found = ReadState(input, first, first + count); found.count > 0) return found;
+  return ReadCountry(input[first]);
 }
 
 Tails::Tails(const InputText& input) {
@@ -87,8 +109,7 @@ Tails::Tails(const InputText& input) {
     const PlaceWords words = ReadPlaceBefore(input, 0, tail.localityEnd, tail.place);
     if (words.count == 0) break;
     tail.localityEnd -= words.count;
-    if (!words.place.state.empty()) tail.place.state = words.place.state;
-    if (!words.place.postcode.Empty()) tail.place.postcode = words.place.postcode;
+    tail.place.Merge(words.place);
   }
   std::reverse_copy(shortestFirst.begin(), shortestFirst.begin() + static_cast<std::ptrdiff_t>(count_), tails_.begin());
 }

@@ -24,6 +24,10 @@ struct WrittenPlace
   bool PostcodeFits(const Locality& locality) const { return postcode.Empty() || postcode.View() == locality.postcode; }
   bool Fits(const Locality& locality) const { return PostcodeFits(locality) && StateFits(locality); }
   bool Empty() const { return state.empty() && postcode.Empty(); }
+  /** Takes over what `more` says. */
+  void Merge(const WrittenPlace& more);
+  /** "NSW 2000" */
+  FixedText<24> Text() const;
 };
 
 /** A word or words that say state, postcode or country, at one end of a range of words. */
@@ -36,6 +40,9 @@ struct PlaceWords
 
 /** The words directly before `end` but not before `first`, the longest reading; says nothing that `known` has already. */
 PlaceWords ReadPlaceBefore(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known);
+
+/** The same for the words directly behind `first`. */
+PlaceWords ReadPlaceAfter(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known);
 
 /** One way to cut state, postcode and country off the end of an input. */
 struct Tail

@@ -21,24 +21,24 @@ void NameIndex::Insert(std::uint32_t hash, std::uint32_t name) {
   slots_[i] = {hash, name};
 }
 
-NameHits NameIndex::Find(std::string_view key) const {
+NameHits NameIndex::Find(const InputText& input, WordRange words) const {
   NameHits hits;
-  const CanonicalName written(key);
-  const std::uint32_t hash = written.Hash();
+  const bool hasArticle = words.last - words.first > 1 && IsArticle(input[words.first].text);
+  std::uint32_t hash = kHashStart;
+  for (std::size_t i = words.first + hasArticle; i < words.last; ++i) hash = HashCanonical(hash, input[i].canonical);
   const std::size_t mask = slots_.size() - 1;
-  for (std::size_t i = hash & mask; slots_[i].name != UINT32_MAX; i = (i + 1) & mask) {
-    if (slots_[i].hash != hash) continue;
-    const std::string_view stored = (database_.*name_)(slots_[i].name);
-    if (stored == key) {
-      hits.Add({slots_[i].name, NameFit::Exact});
-      continue;
-    }
-    const CanonicalName canonical(stored);
-    if (canonical.View() != written.View()) continue;
-    const bool sameArticle = canonical.HasArticle() == written.HasArticle();
-    hits.Add({slots_[i].name, sameArticle ? NameFit::Variant : NameFit::Article});
-  }
+  for (std::size_t i = hash & mask; slots_[i].name != UINT32_MAX; i = (i + 1) & mask)
+    if (slots_[i].hash == hash) AddIfSame(hits, input.Text(words), slots_[i].name);
   return hits;
+}
+
+void NameIndex::AddIfSame(NameHits& hits, std::string_view written, std::uint32_t name) const {
+  const std::string_view stored = (database_.*name_)(name);
+  if (stored == written) return hits.Add({name, NameFit::Exact});
+  const CanonicalName a(stored);
+  const CanonicalName b(written);
+  if (a.View() == b.View())
+    hits.Add({name, a.HasArticle() == b.HasArticle() ? NameFit::Variant : NameFit::Article});
 }
 
 }  // namespace arf

@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "arf/match/input_text.h"
+
 namespace arf {
 
 /** How well a written name fits a name of the data, best first. */
@@ -56,8 +58,7 @@ class NameIndex
   /** @param database  must outlive the index */
   NameIndex(const Database& database, NameCountMember count, NameMember name);
 
-  /** @param key  a match key: upper case, single-spaced */
-  NameHits Find(std::string_view key) const;
+  NameHits Find(const InputText& input, WordRange words) const;
 
  private:
   struct Slot
@@ -65,6 +66,7 @@ class NameIndex
     std::uint32_t hash = 0;
     std::uint32_t name = UINT32_MAX;  ///< UINT32_MAX: free
   };
+  void AddIfSame(NameHits& hits, std::string_view written, std::uint32_t name) const;
   void Insert(std::uint32_t hash, std::uint32_t name);
 
   const Database& database_;

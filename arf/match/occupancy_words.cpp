@@ -15,9 +15,9 @@ constexpr std::string_view kFloor = "FLOOR";
 
 /** Types that make sense without a number. */
 constexpr std::string_view kNumberless[] = {
-    "BASEMENT",  "GROUND",   "LOBBY",    "LOWER GROUND FLOOR", "LOWER LEVEL",        "MEZZANINE",
-    "PENTHOUSE", "PLATFORM", "PODIUM",   "REAR",               "ROOFTOP",            "SUB-BASEMENT",
-    "FRONT",     "COTTAGE",  "FLAT",     "UPPER GROUND FLOOR", "OBSERVATION DECK",   "UPPER LEVEL",
+    "BASEMENT", "GROUND",   "LOBBY",  "LOWER GROUND FLOOR", "LOWER LEVEL",  "MEZZANINE",          "OBSERVATION DECK",
+    "PENTHOUSE", "PLATFORM", "PODIUM", "REAR",               "ROOFTOP",      "SUB-BASEMENT",       "UPPER GROUND FLOOR",
+    "UPPER LEVEL",
 };
 
 /** Parts of a building that are no place to live or work; "Unit 3" never means one of these. */
@@ -31,13 +31,13 @@ bool IsOneOf(const std::string_view (&list)[Count], std::string_view word) {
   return std::find(std::begin(list), std::end(list), word) != std::end(list);
 }
 
-OccupancyWords FromText(std::string_view text) {
+OccupancyWords FromText(std::string_view text, Preference preference) {
+  const std::string_view unit = ExpandUnitType(text);
+  const std::string_view level = ExpandLevelType(text);
   OccupancyWords words;
-  words.type = ExpandUnitType(text);
-  if (words.type.empty()) {
-    words.type = ExpandLevelType(text);
-    words.isLevel = !words.type.empty();
-  }
+  words.isAmbiguous = !unit.empty() && !level.empty();
+  words.isLevel = !level.empty() && (unit.empty() || preference == Preference::Levels);
+  words.type = words.isLevel ? level : unit;
   return words;
 }
 
@@ -53,23 +53,26 @@ OccupancyWords ReadOrdinalLevel(const InputText& input, std::size_t first, std::
   const std::string_view ordinal = CanonicalWord(input[end - 2].text);
   const std::size_t digits = std::min(ordinal.find_first_not_of("0123456789"), ordinal.size());
   if (digits == 0 || ordinal.size() != digits + 2 || (type != kLevel && type != kFloor)) return words;
-  return {type, ordinal.substr(0, digits), true, 2};
+  words.type = type;
+  words.number = ordinal.substr(0, digits);
+  words.isLevel = true;
+  words.count = 2;
+  return words;
 }
 
 /** A type without number: "REAR", "GROUND FLOOR". One letter alone is never enough. */
-OccupancyWords ReadNumberless(const InputText& input, std::size_t first, std::size_t end) {
-  OccupancyWords words = ReadDesignator(input, first, end);
+OccupancyWords ReadNumberless(const InputText& input, std::size_t first, std::size_t end, Preference preference) {
+  OccupancyWords words = ReadDesignator(input, first, end, preference);
   const bool isLetter = words.count == 1 && input[end - 1].text.size() == 1;
-  if (words.count > 0 && (isLetter || !IsOneOf(kNumberless, words.type))) words.count = 0;
+  if (words.count > 0 && (isLetter || !StandsAlone(words.type))) words.count = 0;
   return words;
 }
 
 }  // namespace
 
-OccupancyWords ReadDesignator(const InputText& input, std::size_t first, std::size_t end) {
-  if (end <= first) return {};
-  for (std::size_t count = std::min(kLongestType, end - first); count > 0; --count) {
-    OccupancyWords words = FromText(input.Text(end - count, end));
+OccupancyWords ReadDesignator(const InputText& input, std::size_t first, std::size_t end, Preference preference) {
+  for (std::size_t count = input.WordsWithoutDigits(first, end, kLongestType); count > 0; --count) {
+    OccupancyWords words = FromText(input.Text(end - count, end), preference);
     if (words.type.empty()) continue;
     words.count = count;
     return words;
@@ -77,30 +80,34 @@ OccupancyWords ReadDesignator(const InputText& input, std::size_t first, std::si
   return {};
 }
 
-OccupancyWords ReadCombined(std::string_view word) {
+OccupancyWords ReadCombined(std::string_view word, Preference preference) {
   const std::size_t letters = word.find_first_of("0123456789");
   if (letters == 0 || letters == std::string_view::npos) return {};
-  OccupancyWords words = FromText(word.substr(0, letters));
+  OccupancyWords words = FromText(word.substr(0, letters), preference);
   if (words.type.empty()) return {};
   words.number = word.substr(letters);
   words.count = 1;
   return words;
 }
 
-OccupancyWords ReadOccupancyBefore(const InputText& input, std::size_t first, std::size_t end) {
+OccupancyWords ReadOccupancyBefore(const InputText& input, std::size_t first, std::size_t end, Preference preference) {
   if (end <= first) return {};
   const Word& last = input[end - 1];
   if (IsIdentifier(last)) {
-    OccupancyWords words = ReadDesignator(input, first, end - 1);
+    OccupancyWords words = ReadDesignator(input, first, end - 1, preference);
     if (words.count > 0) {
       words.number = last.text;
       ++words.count;
       return words;
     }
-    if (words = ReadCombined(last.text); words.count > 0) return words;
+    if (words = ReadCombined(last.text, preference); words.count > 0) return words;
   }
   if (const OccupancyWords words = ReadOrdinalLevel(input, first, end); words.count > 0) return words;
-  return ReadNumberless(input, first, end);
+  return ReadNumberless(input, first, end, preference);
+}
+
+bool StandsAlone(std::string_view type) {
+  return IsOneOf(kNumberless, type);
 }
 
 bool Interchangeable(std::string_view unitType, std::string_view otherUnitType) {

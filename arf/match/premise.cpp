@@ -3,15 +3,13 @@
 #include <algorithm>
 
 #include "arf/match/occupancy_words.h"
+#include "arf/match/penalties.h"
 
 namespace arf {
 namespace {
 
 constexpr std::size_t kMaxNumberDigits = 9;
 constexpr std::size_t kMaxSuffixLetters = 2;
-constexpr std::uint8_t kDetachedSuffixPenalty = 1;  // "12 A"
-constexpr std::uint8_t kBarePairPenalty = 4;        // "3 12" for "3/12"
-constexpr std::uint8_t kDashPairPenalty = 6;        // "3-12" for "3/12"
 
 bool IsOrdinalEnding(std::string_view letters) {
   return letters == "ST" || letters == "ND" || letters == "RD" || letters == "TH";
@@ -47,15 +45,17 @@ bool ReadHouseNumber(std::string_view word, HouseNumber& number) {
 class PremiseParser
 {
  public:
-  PremiseParser(const InputText& input, std::size_t first, Premises& result)
-      : input_(input), first_(first), result_(result) {}
+  PremiseParser(const InputText& input, std::size_t first, Preference preference, Premises& result)
+      : input_(input), first_(first), preference_(preference), result_(result) {}
+
+  bool SawAmbiguousType() const { return sawAmbiguous_; }
 
   void Run(std::size_t end) {
     ReadRange(end);
     ReadDetachedSuffix(end);
     ReadSingleNumber(end);
     ReadLotOnly(end);
-    if (result_.Empty()) ReadWithoutNumber(end);
+    if (!foundNumber_) ReadElements(Premise{}, end);
   }
 
  private:
@@ -65,12 +65,18 @@ class PremiseParser
     return position > first_ && position < input_.Count() && input_[position].before == joint;
   }
 
+  /** Whether the word before `position` is a lot's number. */
+  bool FollowsLot(std::size_t position) const {
+    return Has(position) && Has(position - 1) && IsLot(Before(position - 1).text);
+  }
+
   /** "12-14", "12A-14B"; "3-12" may also stand for "3/12". */
   void ReadRange(std::size_t end) {
     if (!Has(end) || !Has(end - 1) || !Joined(end - 1, Joint::Dash)) return;
     HouseNumber first, last;
     if (!ReadHouseNumber(Before(end), last)) return;
-    if (ReadHouseNumber(Before(end - 1), first) && first.number < last.number) {
+    const bool isRange = ReadHouseNumber(Before(end - 1), first) && first.number < last.number;
+    if (isRange && !FollowsDesignator(end - 2)) {
       Premise premise;
       SetNumber(premise, first);
       premise.numberLast = last.number;
@@ -103,22 +109,35 @@ class PremiseParser
   void ReadSingleNumber(std::size_t end) {
     HouseNumber number;
     if (!Has(end) || Joined(end - 1, Joint::Dash) || !ReadHouseNumber(Before(end), number)) return;
-    if (Has(end - 1) && IsLot(Before(end - 1).text)) return;
+    if (FollowsLot(end) || FollowsDesignator(end - 1)) return;
     Premise premise;
     SetNumber(premise, number);
     ReadLeftOfNumber(premise, end - 1);
   }
 
-  /** "Lot 5 Smith Street" */
-  void ReadLotOnly(std::size_t end) {
-    if (!Has(end) || !Has(end - 1) || !IsLot(Before(end - 1).text)) return;
-    Premise premise;
-    if (premise.lot.Append(Before(end).text)) ReadElements(premise, end - 2);
+  /**
+   * "Unit 12 Smith St" has a unit but no number. A type that ends a longer text is part of a name ("Town Hall 483"),
+   * and so is one that a comma separates from the number.
+   */
+  bool FollowsDesignator(std::size_t number) {
+    if (!Has(number) || input_[number].before != Joint::Space) return false;
+    const OccupancyWords words = Designator(number);
+    if (words.count == 0 || StandsAlone(words.type)) return false;
+    const std::size_t start = number - words.count;
+    return start == first_ || input_[start].before == Joint::Break || Before(start).hasDigit;
   }
 
-  void ReadWithoutNumber(std::size_t end) { ReadElements(Premise{}, end); }
+  /** "Lot 5 Smith Street" */
+  void ReadLotOnly(std::size_t end) {
+    if (!FollowsLot(end)) return;
+    Premise premise;
+    if (!Before(end).hasDigit || !premise.lot.Append(Before(end).text)) return;
+    foundNumber_ = true;
+    ReadElements(premise, end - 2);
+  }
 
-  static void SetNumber(Premise& premise, const HouseNumber& number) {
+  void SetNumber(Premise& premise, const HouseNumber& number) {
+    foundNumber_ = true;
     premise.numberFirst = number.number;
     premise.numberFirstSuffix = number.suffix;
   }
@@ -135,7 +154,7 @@ class PremiseParser
   /** "3/12", "U3/12", "Level 2/12", "4-6/35D", "Unit 3 / 12" */
   void ReadSlashed(const Premise& number, std::size_t start) {
     const Word& word = Before(start);
-    if (OccupancyWords combined = ReadCombined(word.text); combined.count > 0) {
+    if (OccupancyWords combined = Noted(ReadCombined(word.text, preference_)); combined.count > 0) {
       Premise premise = number;
       if (Take(premise, combined)) ReadElements(premise, start - 1);
     }
@@ -152,10 +171,13 @@ class PremiseParser
 
   /** The designator before an identifier that is set already; it may turn the unit into a level. */
   std::size_t ReadUnitDesignator(Premise& premise, std::size_t position) {
-    const OccupancyWords words = ReadDesignator(input_, first_, position);
+    const OccupancyWords words = Designator(position);
     if (words.count == 0) return position;
     premise.unit.type = words.type;
-    if (words.isLevel) {
+    if (IsLot(words.type)) {
+      premise.lot = premise.unit.number;
+      premise.unit = {};
+    } else if (words.isLevel) {
       premise.level = premise.unit;
       premise.unit = {};
     }
@@ -165,9 +187,8 @@ class PremiseParser
   /** "3 12 Smith St", where nothing says that 3 is a unit. */
   void ReadBarePair(Premise premise, std::size_t position) {
     if (premise.numberLast != 0 || !Has(position) || !Before(position).hasDigit) return;
-    if (ReadOccupancyBefore(input_, first_, position).count > 0) return;
-    HouseNumber unit;
-    if (!ReadHouseNumber(Before(position), unit) || !premise.unit.number.Append(Before(position).text)) return;
+    if (FollowsLot(position) || Designator(position - 1).count > 0) return;
+    if (!premise.unit.number.Append(Before(position).text)) return;
     premise.lenientOnly = true;
     premise.penalty = static_cast<std::uint8_t>(premise.penalty + kBarePairPenalty);
     ReadElements(premise, position - 1);
@@ -196,32 +217,43 @@ class PremiseParser
 
   std::size_t TakeElements(Premise& premise, std::size_t position) {
     for (;;) {
-      if (Has(position) && Has(position - 1) && IsLot(Before(position - 1).text) && premise.lot.Empty() &&
-          premise.lot.Append(Before(position).text)) {
+      if (FollowsLot(position) && premise.lot.Empty() && premise.lot.Append(Before(position).text)) {
         position -= 2;
         continue;
       }
-      const OccupancyWords words = ReadOccupancyBefore(input_, first_, position);
+      const OccupancyWords words = Noted(ReadOccupancyBefore(input_, first_, position, preference_));
       if (words.count == 0 || !Take(premise, words)) return position;
       position -= words.count;
     }
   }
 
-  /** False when the premise has such a part already. */
+  /** False, and nothing changed, when the premise has such a part already or the number is too long for one. */
   static bool Take(Premise& premise, const OccupancyWords& words) {
     Occupancy& part = words.isLevel ? premise.level : premise.unit;
-    if (part.Written()) return false;
-    part.type = words.type;
-    return part.number.Append(words.number);
+    Identifier number;
+    if (part.Written() || !number.Append(words.number)) return false;
+    part = {words.type, number};
+    return true;
+  }
+
+  OccupancyWords Designator(std::size_t end) { return Noted(ReadDesignator(input_, first_, end, preference_)); }
+  OccupancyWords Noted(const OccupancyWords& words) {
+    sawAmbiguous_ = sawAmbiguous_ || (words.count > 0 && words.isAmbiguous);
+    return words;
   }
 
   const InputText& input_;
   std::size_t first_;
+  Preference preference_;
+  bool sawAmbiguous_ = false;
+  bool foundNumber_ = false;
   Premises& result_;
 };
 
 Premises::Premises(const InputText& input, WordRange words) {
-  PremiseParser(input, words.first, *this).Run(words.last);
+  PremiseParser units(input, words.first, Preference::Units, *this);
+  units.Run(words.last);
+  if (units.SawAmbiguousType()) PremiseParser(input, words.first, Preference::Levels, *this).Run(words.last);
 }
 
 }  // namespace arf

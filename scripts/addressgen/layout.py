@@ -15,9 +15,10 @@ STATES = ("ACT", "NSW", "NT", "QLD", "SA", "TAS", "VIC", "WA")
 DPID_FIRST = 30_000_000
 DPID_LAST = 99_999_999
 
-# Postcodes that only ever stand on post office boxes and large-volume receivers, never on a street address.
+# Postcodes that only ever stand on post office boxes and large-volume receivers, never on a street address. Adelaide
+# Airport's 5950 lies in such a range and has streets all the same.
 BOX_POSTCODE_RANGES = (
-    (200, 299), (900, 999), (1000, 1999), (5800, 5999), (6800, 6999), (7800, 7999), (8000, 9999),
+    (200, 299), (900, 999), (1000, 1999), (5800, 5949), (5951, 5999), (6800, 6999), (7800, 7999), (8000, 9999),
 )
 
 # The boxes of a capital's general post office have a locality line of their own.

@@ -50,19 +50,19 @@ class NamePlan:
         self.used += 1
         if self.pair and turn < 2:
             return TYPES[self.type_index], self.pair[turn]
-        # A divided street has used two turns for one type, and that type is taken without a suffix too.
+        # Of a divided street, the form without a suffix (turn 0 here) does not exist; turn 1 was its other half.
         turn -= 1 if self.pair else 0
         suffixes = UNPAIRED_SUFFIXES if self.pair else SUFFIXES
         return TYPES[(self.type_index + turn) % len(TYPES)], suffixes[turn // len(TYPES)]
 
 
 def fixed_streets(locality, neighbours, rng):
-    """Returns the (name, type) of streets that have one form only, in random order."""
+    """Returns the (name, type) of streets that have one form only; in the country, roads to other places come last."""
     streets = list(FIXED_STREETS)
     streets.extend((name, "HIGHWAY") for name in HIGHWAYS[locality.state])
+    rng.shuffle(streets)
     if locality.profile == RURAL:
         streets.extend((f"{locality.name}-{other}", "ROAD") for other in neighbours)
-    rng.shuffle(streets)
     return streets
 
 
@@ -71,6 +71,7 @@ class StreetNames:
 
     def __init__(self, locality, neighbours, rng):
         self.rng = rng
+        # Taken from the end.
         self.fixed = fixed_streets(locality, neighbours, rng)
         self.plans = {}
         self.position = int(rng.random() * len(STREET_NAMES))

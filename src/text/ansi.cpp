@@ -15,40 +15,44 @@ namespace {
 char* NarrowConvertible(const wchar_t*& p, const wchar_t* stop, char* to)
 {
   while (p < stop) {
-    const std::size_t run = AsciiRuns::Convert(to, p, static_cast<std::size_t>(stop - p));
-    p += run;
-    to += run;
+    TakeAscii(p, stop, to);
     for (; p < stop && static_cast<std::uint32_t>(*p) >= 0x80; ++p, ++to)
       if (!CodePointToAnsi(*p, *to)) return to;
   }
   return to;
 }
 
-std::string Narrow(std::wstring_view wide, char replacement)
+struct Narrowing : Conversion
 {
-  const auto convert = [replacement](const wchar_t*& p, const wchar_t* stop, char* to) {
-    while (true) {
-      to = NarrowConvertible(p, stop, to);
-      if (p == stop) return to;
+  char replacement;
+
+  static std::size_t Measure(const wchar_t*, std::size_t n) { return n; }
+
+  char* Convert(const wchar_t*& p, const wchar_t* stop, char* to) const
+  {
+    for (to = NarrowConvertible(p, stop, to); p < stop; to = NarrowConvertible(p, stop, to)) {
       *to++ = replacement;
       ++p;
     }
-  };
-  std::string out;
-  ConvertToCapacity(out, wide.data(), wide.data() + wide.size(), wide.size(), convert);
-  return out;
-}
-
-wchar_t* Widen(const char*& p, const char* stop, wchar_t* to)
-{
-  while (p < stop) {
-    const std::size_t run = AsciiRuns::Convert(to, p, static_cast<std::size_t>(stop - p));
-    p += run;
-    to += run;
-    while (p < stop && !IsAsciiByte(*p)) *to++ = CharAnsiToWide(static_cast<unsigned char>(*p++));
+    return to;
   }
-  return to;
-}
+};
+
+struct Widening : Conversion
+{
+  static std::size_t LeastCapacity(std::size_t n) { return n + 1; }
+
+  static std::size_t Measure(const char*, std::size_t n) { return n; }
+
+  static wchar_t* Convert(const char*& p, const char* stop, wchar_t* to)
+  {
+    while (p < stop) {
+      TakeAscii(p, stop, to);
+      while (p < stop && !IsAsciiByte(*p)) *to++ = CharAnsiToWide(static_cast<unsigned char>(*p++));
+    }
+    return to;
+  }
+};
 
 // Compared as signed, so negative values are accepted too.
 bool CharWideToLatin1(char& out, wchar_t c)
@@ -61,9 +65,15 @@ bool CharWideToLatin1(char& out, wchar_t c)
 }  // namespace
 }  // namespace qxpaf
 
-bool CharWideToAnsi(char& out, wchar_t c) { return qxpaf::CodePointToAnsi(c, out); }
+bool CharWideToAnsi(char& out, wchar_t c)
+{
+  return qxpaf::CodePointToAnsi(c, out);
+}
 
-bool CharToAnsi(char& out, wchar_t c) { return CharWideToAnsi(out, c); }
+bool CharToAnsi(char& out, wchar_t c)
+{
+  return CharWideToAnsi(out, c);
+}
 
 bool CharToAnsi(char& out, char c)
 {
@@ -71,15 +81,32 @@ bool CharToAnsi(char& out, char c)
   return true;
 }
 
-wchar_t CharAnsiToWide(unsigned char b) { return static_cast<wchar_t>(qxpaf::AnsiToCodePoint(b)); }
+wchar_t CharAnsiToWide(unsigned char b)
+{
+  return static_cast<wchar_t>(qxpaf::AnsiToCodePoint(b));
+}
 
-void AnsiToChar(char& out, char b) { out = b; }
+void AnsiToChar(char& out, char b)
+{
+  out = b;
+}
 
-void AnsiToChar(wchar_t& out, char b) { out = CharAnsiToWide(static_cast<unsigned char>(b)); }
+void AnsiToChar(wchar_t& out, char b)
+{
+  out = CharAnsiToWide(static_cast<unsigned char>(b));
+}
 
-std::string WideToAnsi(const wchar_t* s, char replacement) { return qxpaf::Narrow(s, replacement); }
+std::string WideToAnsi(const wchar_t* s, char replacement)
+{
+  std::string out;
+  qxpaf::ConvertText(out, s, std::wcslen(s), qxpaf::Narrowing{{}, replacement});
+  return out;
+}
 
-std::string WideToAnsi(const std::wstring& s, char replacement) { return WideToAnsi(s.c_str(), replacement); }
+std::string WideToAnsi(const std::wstring& s, char replacement)
+{
+  return WideToAnsi(s.c_str(), replacement);
+}
 
 bool CanWideToAnsi(const wchar_t* s)
 {
@@ -107,15 +134,30 @@ bool WideToAnsi(std::string& dst, const std::wstring& src)
   return from == end;
 }
 
-std::string StringToAnsi(const wchar_t* s, char replacement) { return WideToAnsi(s, replacement); }
+std::string StringToAnsi(const wchar_t* s, char replacement)
+{
+  return WideToAnsi(s, replacement);
+}
 
-std::string StringToAnsi(const std::wstring& s, char replacement) { return WideToAnsi(s, replacement); }
+std::string StringToAnsi(const std::wstring& s, char replacement)
+{
+  return WideToAnsi(s, replacement);
+}
 
-std::string StringToAnsi(const char* s, char) { return s; }
+std::string StringToAnsi(const char* s, char)
+{
+  return s;
+}
 
-std::string StringToAnsi(const std::string& s, char) { return s; }
+std::string StringToAnsi(const std::string& s, char)
+{
+  return s;
+}
 
-bool StringToAnsi(char* dst, const wchar_t* src) { return WideToAnsi(dst, src); }
+bool StringToAnsi(char* dst, const wchar_t* src)
+{
+  return WideToAnsi(dst, src);
+}
 
 bool StringToAnsi(char* dst, const char* src)
 {
@@ -123,7 +165,10 @@ bool StringToAnsi(char* dst, const char* src)
   return true;
 }
 
-bool StringToAnsi(std::string& dst, const std::wstring& src) { return WideToAnsi(dst, src); }
+bool StringToAnsi(std::string& dst, const std::wstring& src)
+{
+  return WideToAnsi(dst, src);
+}
 
 bool StringToAnsi(std::string& dst, const std::string& src)
 {
@@ -134,33 +179,60 @@ bool StringToAnsi(std::string& dst, const std::string& src)
 std::wstring AnsiToWide(const char* s, unsigned long n)
 {
   std::wstring out;
-  qxpaf::ConvertToCapacity(out, s, s + n, n + 1, qxpaf::Widen);
+  qxpaf::ConvertText(out, s, n, qxpaf::Widening{});
   return out;
 }
 
-std::wstring AnsiToWide(const char* s) { return AnsiToWide(s, std::strlen(s)); }
+std::wstring AnsiToWide(const char* s)
+{
+  return AnsiToWide(s, std::strlen(s));
+}
 
-std::wstring AnsiToWide(const std::string& s) { return AnsiToWide(s.data(), s.length()); }
+std::wstring AnsiToWide(const std::string& s)
+{
+  return AnsiToWide(s.data(), s.length());
+}
 
-std::wstring StringToWide(const std::wstring& s) { return s; }
+std::wstring StringToWide(const std::wstring& s)
+{
+  return s;
+}
 
-std::wstring StringToWide(const std::string& s) { return AnsiToWide(s); }
+std::wstring StringToWide(const std::string& s)
+{
+  return AnsiToWide(s);
+}
 
-void AnsiToString(std::wstring& dst, const char* s, unsigned long n) { dst = AnsiToWide(s, n); }
+void AnsiToString(std::wstring& dst, const char* s, unsigned long n)
+{
+  dst = AnsiToWide(s, n);
+}
 
-void AnsiToString(std::wstring& dst, const char* s) { dst = AnsiToWide(s); }
+void AnsiToString(std::wstring& dst, const char* s)
+{
+  dst = AnsiToWide(s);
+}
 
-void AnsiToString(std::string& dst, const char* s) { dst = s; }
+void AnsiToString(std::string& dst, const char* s)
+{
+  dst = s;
+}
 
-void AnsiToString(std::string& dst, const char* s, unsigned long n) { dst.assign(s, n); }
+void AnsiToString(std::string& dst, const char* s, unsigned long n)
+{
+  dst.assign(s, n);
+}
 
 void AnsiToStringC(wchar_t* dst, const char* s)
 {
   const char* const end = s + std::strlen(s);
-  *qxpaf::Widen(s, end, dst) = L'\0';
+  *qxpaf::Widening::Convert(s, end, dst) = L'\0';
 }
 
-void AnsiToStringC(char* dst, const char* s) { std::strcpy(dst, s); }
+void AnsiToStringC(char* dst, const char* s)
+{
+  std::strcpy(dst, s);
+}
 
 std::string ConvertFromWide(const std::wstring& s, bool (*convert)(char&, wchar_t), char replacement)
 {

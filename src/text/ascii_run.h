@@ -23,6 +23,13 @@ struct WordBlocks
 
   static bool IsAscii(const char* from) { return (Load(from) & kTopBits) == 0; }
 
+  static bool IsAscii(const wchar_t* from)
+  {
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < kLength; ++i) bits |= static_cast<std::uint32_t>(from[i]);
+    return bits < 0x80;
+  }
+
   static bool Convert(char* to, const char* from)
   {
     const std::uint64_t word = Load(from);
@@ -40,13 +47,9 @@ struct WordBlocks
 
   static bool Convert(char* to, const wchar_t* from)
   {
-    std::uint32_t bits = 0;
+    if (!IsAscii(from)) return false;
     char narrow[kLength];
-    for (std::size_t i = 0; i < kLength; ++i) {
-      bits |= static_cast<std::uint32_t>(from[i]);
-      narrow[i] = static_cast<char>(from[i]);
-    }
-    if (bits >= 0x80) return false;
+    for (std::size_t i = 0; i < kLength; ++i) narrow[i] = static_cast<char>(from[i]);
     std::memcpy(to, narrow, kLength);
     return true;
   }
@@ -76,6 +79,11 @@ struct Sse2Blocks
 
   static bool IsAscii(const char* from) { return IsAscii(Load(from)); }
 
+  static bool IsAscii(const wchar_t* from)
+  {
+    return IsAsciiWide(Or(Or(Load(from), Load(from + 4)), Or(Load(from + 8), Load(from + 12))));
+  }
+
   static bool Convert(char* to, const char* from)
   {
     const __m128i bytes = Load(from);
@@ -104,8 +112,7 @@ struct Sse2Blocks
     const __m128i b = Load(from + 4);
     const __m128i c = Load(from + 8);
     const __m128i d = Load(from + 12);
-    const __m128i aboveAscii = _mm_andnot_si128(_mm_set1_epi32(0x7F), Or(Or(a, b), Or(c, d)));
-    if (_mm_movemask_epi8(_mm_cmpeq_epi32(aboveAscii, _mm_setzero_si128())) != 0xFFFF) return false;
+    if (!IsAsciiWide(Or(Or(a, b), Or(c, d)))) return false;
     Store(to, _mm_packus_epi16(_mm_packs_epi32(a, b), _mm_packs_epi32(c, d)));
     return true;
   }
@@ -134,6 +141,12 @@ struct Sse2Blocks
 
   static bool IsAscii(__m128i bytes) { return _mm_movemask_epi8(bytes) == 0; }
 
+  static bool IsAsciiWide(__m128i elements)
+  {
+    const __m128i aboveAscii = _mm_andnot_si128(_mm_set1_epi32(0x7F), elements);
+    return _mm_movemask_epi8(_mm_cmpeq_epi32(aboveAscii, _mm_setzero_si128())) == 0xFFFF;
+  }
+
   static __m128i Or(__m128i a, __m128i b) { return _mm_or_si128(a, b); }
 };
 #endif
@@ -143,7 +156,9 @@ template <class... Kinds>
 class AsciiRunsOf
 {
  public:
-  static std::size_t Length(const char* from, std::size_t n)
+  // char or wchar_t.
+  template <class In>
+  static std::size_t Length(const In* from, std::size_t n)
   {
     std::size_t done = 0;
     (SkipBlocks<Kinds>(from, n, done), ...);
@@ -175,23 +190,35 @@ class AsciiRunsOf
   static bool IsAscii(char element) { return IsAsciiByte(element); }
   static bool IsAscii(wchar_t element) { return static_cast<std::uint32_t>(element) < 0x80; }
 
+  // Where less than a block is left, the last block of the whole stretch takes the rest, some elements a second time.
+  // In place that is safe from two blocks on: its source then lies behind everything that narrowing has written.
   template <class Blocks>
-  static void SkipBlocks(const char* from, std::size_t n, std::size_t& done)
+  static bool EndsInBlock(std::size_t n, std::size_t done)
+  {
+    return n - done < Blocks::kLength && n >= 2 * Blocks::kLength;
+  }
+
+  template <class Blocks, class In>
+  static void SkipBlocks(const In* from, std::size_t n, std::size_t& done)
   {
     while (n - done >= Blocks::kLength && Blocks::IsAscii(from + done)) done += Blocks::kLength;
+    if (EndsInBlock<Blocks>(n, done) && Blocks::IsAscii(from + n - Blocks::kLength)) done = n;
   }
 
   template <class Blocks, class Out, class In>
   static void ConvertBlocks(Out* to, const In* from, std::size_t n, std::size_t& done)
   {
-    while (n - done >= Blocks::kLength && Blocks::Convert(to + done, from + done)) done += Blocks::kLength;
+    constexpr std::size_t kLength = Blocks::kLength;
+    while (n - done >= kLength && Blocks::Convert(to + done, from + done)) done += kLength;
+    if (EndsInBlock<Blocks>(n, done) && Blocks::Convert(to + n - kLength, from + n - kLength)) done = n;
   }
 
   template <class Blocks>
   static std::size_t CountInBlocks(const char* from, std::size_t n, std::size_t& done)
   {
     std::size_t continuations = 0;
-    for (; n - done >= Blocks::kLength; done += Blocks::kLength) continuations += Blocks::CountContinuations(from + done);
+    for (; n - done >= Blocks::kLength; done += Blocks::kLength)
+      continuations += Blocks::CountContinuations(from + done);
     return continuations;
   }
 };
@@ -202,6 +229,15 @@ using AsciiRuns = AsciiRunsOf<Sse2Blocks, WordBlocks>;
 #else
 using AsciiRuns = PortableAsciiRuns;
 #endif
+
+// Converts the ASCII elements at p, if any, and moves both positions behind them.
+template <class Out, class In>
+void TakeAscii(const In*& p, const In* stop, Out*& to)
+{
+  const std::size_t run = AsciiRuns::Convert(to, p, static_cast<std::size_t>(stop - p));
+  p += run;
+  to += run;
+}
 
 }  // namespace qxpaf
 

@@ -6,8 +6,6 @@
 #include <cstddef>
 #include <string>
 
-#include "text/ascii_run.h"
-
 namespace qxpaf {
 
 inline constexpr std::size_t kPieceLength = 256;
@@ -26,50 +24,41 @@ inline constexpr std::size_t kBlockLength = sizeof(Out) == 1 ? 4 * kPieceLength 
 //
 //     std::size_t Measure(const In* text, std::size_t n) const
 //
-// the length of the converted text, exact for text that is well-formed. Malformed text may become longer, but not by more
-// than one element for each of its own.
+// the length of the converted text, exact for text that is well-formed. Malformed text may become longer, but not by
+// more than one element for each of its own.
 struct Conversion
 {
   // What the result is to hold whatever its length.
   static std::size_t LeastCapacity(std::size_t) { return 0; }
 };
 
-// A short text that is all ASCII; false, with nothing done, for any other.
-template <class Out, class In>
-bool ConvertShortAscii(std::basic_string<Out>& out, const In* text, std::size_t n, std::size_t leastCapacity)
+// Elements from position to end, none when the position is behind the end.
+template <class In>
+std::size_t Distance(const In* position, const In* end)
 {
-  if (n > kPieceLength || AsciiRuns::Length(text, n) != n) return false;
-  out.clear();
-  if (leastCapacity > n) out.reserve(leastCapacity);
-  out.resize(n);
-  AsciiRuns::Convert(out.data(), text, n);
-  return true;
+  return position < end ? static_cast<std::size_t>(end - position) : 0;
 }
 
-// Any text, through a block on the stack, so that no element of a long result is written twice.
+// Sets out to the converted text; false when the conversion refused to go on, out then holding what precedes. The text
+// is converted in a block on the stack, so that no element of the result is written twice and a short one needs no
+// measuring.
 template <class Out, class In, class AConversion>
-bool ConvertPieces(std::basic_string<Out>& out, const In* text, const In* end, const AConversion& conversion)
+bool ConvertText(std::basic_string<Out>& out, const In* text, std::size_t n, const AConversion& conversion)
 {
   Out block[kBlockLength<Out>];
+  const In* const end = text + n;
+  std::size_t capacity = conversion.LeastCapacity(n);
+  if (n > kPieceLength) capacity = std::max(capacity, conversion.Measure(text, n));
+  out.clear();
   while (text < end) {
-    const In* const stop = text + std::min(kPieceLength, static_cast<std::size_t>(end - text));
+    const In* const stop = text + std::min(kPieceLength, Distance(text, end));
     const auto length = static_cast<std::size_t>(conversion.Convert(text, stop, block) - block);
-    if (length > out.capacity() - out.size()) out.reserve(out.size() + length + static_cast<std::size_t>(end - text));
+    if (out.size() + length > capacity) capacity = out.size() + length + Distance(text, end);
+    out.reserve(capacity);
     out.append(block, length);
     if (text < stop) return false;
   }
   return true;
-}
-
-// Sets out to the converted text; false when the conversion refused to go on, out then holding what precedes.
-template <class Out, class In, class AConversion>
-bool ConvertText(std::basic_string<Out>& out, const In* text, std::size_t n, const AConversion& conversion)
-{
-  const std::size_t leastCapacity = conversion.LeastCapacity(n);
-  if (ConvertShortAscii(out, text, n, leastCapacity)) return true;
-  out.clear();
-  out.reserve(std::max(leastCapacity, conversion.Measure(text, n)));
-  return ConvertPieces(out, text, text + n, conversion);
 }
 
 }  // namespace qxpaf

@@ -9,11 +9,21 @@
 namespace qxpaf {
 namespace {
 
-enum class ByteOrder { kLittleEndian, kBigEndian };
+enum class ByteOrder
+{
+  kLittleEndian,
+  kBigEndian
+};
 
-std::uint32_t ToCodePoint(wchar_t element) { return static_cast<std::uint32_t>(element); }
+std::uint32_t ToCodePoint(wchar_t element)
+{
+  return static_cast<std::uint32_t>(element);
+}
 
-std::uint32_t ToCodePoint(char element) { return static_cast<unsigned char>(element); }
+std::uint32_t ToCodePoint(char element)
+{
+  return static_cast<unsigned char>(element);
+}
 
 template <ByteOrder order, class In>
 std::string ToUcs2(std::basic_string_view<In> text)
@@ -81,4 +91,7 @@ void Utf32ToUtf16(std::wstring& out, unsigned int cp)
   qxpaf::AppendUtf16(out, cp);
 }
 
-void Utf32ToWide(std::wstring& out, unsigned int cp) { out.assign(1, static_cast<wchar_t>(cp)); }
+void Utf32ToWide(std::wstring& out, unsigned int cp)
+{
+  out.assign(1, static_cast<wchar_t>(cp));
+}

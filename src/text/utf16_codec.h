@@ -8,9 +8,11 @@
 
 namespace qxpaf {
 
-inline constexpr bool IsHighSurrogate(std::uint32_t value) { return (value & ~0x3FFU) == 0xD800; }
-
-inline constexpr bool IsLowSurrogate(std::uint32_t value) { return (value & ~0x3FFU) == 0xDC00; }
+// A high surrogate followed by a low one. Free of branches, for loops over many values.
+inline constexpr bool IsSurrogatePair(std::uint32_t high, std::uint32_t low)
+{
+  return (((high ^ 0xD800) | (low ^ 0xDC00)) & ~0x3FFU) == 0;
+}
 
 inline constexpr std::uint32_t CombineSurrogates(std::uint32_t high, std::uint32_t low)
 {

@@ -2,6 +2,7 @@
 #ifndef QXPAF_SRC_TEXT_UTF8_CODEC_H
 #define QXPAF_SRC_TEXT_UTF8_CODEC_H
 
+#include <cstddef>
 #include <cstdint>
 
 namespace qxpaf {
@@ -10,12 +11,18 @@ inline constexpr std::uint32_t kLastCodePoint = 0x10FFFF;
 inline constexpr std::uint32_t kFirstSupplementary = 0x10000;
 inline constexpr int kMaxUtf8Length = 4;
 
-inline constexpr bool IsUtf8Continuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
+inline constexpr bool IsUtf8Continuation(char byte)
+{
+  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
 
-inline constexpr bool IsAsciiByte(char byte) { return (static_cast<unsigned char>(byte) & 0x80) == 0; }
+inline constexpr bool IsAsciiByte(char byte)
+{
+  return (static_cast<unsigned char>(byte) & 0x80) == 0;
+}
 
-// Decodes the sequence of kLength bytes at p, whose lead byte carries the bits of kLeadMask; false at the first byte that
-// is no continuation. A terminator is none, so nothing behind it is read.
+// Decodes the sequence of kLength bytes at p, whose lead byte carries the bits of kLeadMask; false at the first byte
+// that is no continuation. A terminator is none, so nothing behind it is read.
 template <int kLength, unsigned int kLeadMask>
 inline bool DecodeUtf8Sequence(const char*& p, std::uint32_t& codePoint)
 {
@@ -30,8 +37,8 @@ inline bool DecodeUtf8Sequence(const char*& p, std::uint32_t& codePoint)
 }
 
 // Decodes the sequence at p and moves p behind it. False when there is none, with p and codePoint untouched; but a
-// sequence above U+10FFFF is passed and stored before it is refused, as callers of the strict stepping functions can see.
-// Overlong forms and surrogates are let through.
+// sequence above U+10FFFF is passed and stored before it is refused, as callers of the strict stepping functions can
+// see. Overlong forms and surrogates are let through.
 inline bool DecodeUtf8Char(const char*& p, std::uint32_t& codePoint)
 {
   const auto lead = static_cast<unsigned char>(*p);
@@ -40,6 +47,12 @@ inline bool DecodeUtf8Char(const char*& p, std::uint32_t& codePoint)
   if ((lead & 0xF0) == 0xE0) return DecodeUtf8Sequence<3, 0x0F>(p, codePoint);
   if ((lead & 0xF8) == 0xF0) return DecodeUtf8Sequence<4, 0x07>(p, codePoint) && codePoint <= kLastCodePoint;
   return false;
+}
+
+// Bytes of the UTF-8 form of value, 0 above U+10FFFF. Free of branches, for loops over many values.
+inline constexpr std::uint32_t Utf8Length(std::uint32_t value)
+{
+  return 1U + (value >= 0x80) + (value >= 0x800) + (value >= kFirstSupplementary) - 4U * (value > kLastCodePoint);
 }
 
 template <int kCount>

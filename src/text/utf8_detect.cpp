@@ -24,7 +24,11 @@ std::size_t SequenceLength(unsigned char lead)
 }
 
 // What a bad sequence takes with it.
-enum class BadSequence { kWholeLength, kLeadOnly };
+enum class BadSequence
+{
+  kWholeLength,
+  kLeadOnly
+};
 
 class SequenceCount
 {
@@ -85,4 +89,7 @@ bool IsStringUtf8(const char* s, int ratio)
   return qxpaf::SequenceCount(s, qxpaf::BadSequence::kLeadOnly).LooksLikeUtf8(ratio);
 }
 
-bool IsStringUtf8(const std::string& s, int) { return IsStringUtf8(s.c_str(), qxpaf::kStringRatio); }
+bool IsStringUtf8(const std::string& s, int)
+{
+  return IsStringUtf8(s.c_str(), qxpaf::kStringRatio);
+}

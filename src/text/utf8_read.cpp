@@ -1,4 +1,5 @@
 // From UTF-8: the strict and the tolerant readers.
+#include <algorithm>
 #include <cstring>
 
 #include "qxpaf/text/encoding.h"
@@ -11,9 +12,17 @@
 namespace qxpaf {
 namespace {
 
+std::size_t CountFourByteLeads(const char* s, std::size_t n)
+{
+  const auto isLead = [](char byte) { return static_cast<unsigned char>(byte) >= 0xF0; };
+  return static_cast<std::size_t>(std::count_if(s, s + n, isLead));
+}
+
 // A target says how readers store a code point and a byte that starts no valid sequence; false ends the reading.
 struct TolerantWide
 {
+  static constexpr bool kLowSurrogates = false;
+
   static bool Put(wchar_t*& to, std::uint32_t codePoint)
   {
     *to++ = static_cast<wchar_t>(codePoint);
@@ -29,6 +38,8 @@ struct StrictWide : TolerantWide
 
 struct StrictUtf16
 {
+  static constexpr bool kLowSurrogates = true;
+
   static bool Put(wchar_t*& to, std::uint32_t codePoint)
   {
     to = PutUtf16(to, codePoint);
@@ -48,6 +59,8 @@ struct TolerantUtf16 : StrictUtf16
 
 struct StrictAnsi
 {
+  static constexpr bool kLowSurrogates = false;
+
   static bool Put(char*& to, std::uint32_t codePoint)
   {
     if (!CodePointToAnsi(static_cast<std::int32_t>(codePoint), *to)) return false;
@@ -59,9 +72,13 @@ struct StrictAnsi
 
 struct TolerantAnsi
 {
+  static constexpr bool kLowSurrogates = false;
   static constexpr char kNoByte = 0x7F;
 
-  static bool Put(char*& to, std::uint32_t codePoint) { return StrictAnsi::Put(to, codePoint) || PutInvalid(to, kNoByte); }
+  static bool Put(char*& to, std::uint32_t codePoint)
+  {
+    return StrictAnsi::Put(to, codePoint) || PutInvalid(to, kNoByte);
+  }
   static bool PutInvalid(char*& to, char byte)
   {
     *to++ = byte;
@@ -85,30 +102,38 @@ bool ReadCharacter(const char*& p, Out*& to)
 }
 
 template <class Target, class Out>
-Out* ReadPiece(const char*& p, const char* stop, Out* to)
+struct Reading : Conversion
 {
-  while (p < stop) {
-    if (IsAsciiByte(*p)) {
-      const std::size_t run = AsciiRuns::Convert(to, p, static_cast<std::size_t>(stop - p));
-      p += run;
-      to += run;
-    } else if (!ReadCharacter<Target>(p, to)) {
-      break;
-    }
+  static std::size_t Measure(const char* s, std::size_t n)
+  {
+    return AsciiRuns::CountCharacters(s, n) + (Target::kLowSurrogates ? CountFourByteLeads(s, n) : 0);
   }
-  return to;
-}
+
+  static Out* Convert(const char*& p, const char* stop, Out* to)
+  {
+    while (p < stop) {
+      if (IsAsciiByte(*p))
+        TakeAscii(p, stop, to);
+      else if (!ReadCharacter<Target>(p, to))
+        break;
+    }
+    return to;
+  }
+};
 
 template <class Target, class Out>
 bool Read(std::basic_string<Out>& out, const char* s, std::size_t n)
 {
-  return ConvertText(out, s, s + n, 0, ReadPiece<Target, Out>);
+  return ConvertText(out, s, n, Reading<Target, Out>{});
 }
 
 }  // namespace
 }  // namespace qxpaf
 
-bool ReadUtf8String(std::wstring& out, const char* s) { return qxpaf::Read<qxpaf::StrictWide>(out, s, std::strlen(s)); }
+bool ReadUtf8String(std::wstring& out, const char* s)
+{
+  return qxpaf::Read<qxpaf::StrictWide>(out, s, std::strlen(s));
+}
 
 bool ReadUtf8String(std::wstring& out, const char* s, unsigned long n)
 {
@@ -145,7 +170,10 @@ std::wstring FromUtf8IfWide<std::wstring>(const std::string& s)
   return Utf8ToWide(s);
 }
 
-bool ReadUtf8String(std::string& out, const char* s) { return qxpaf::Read<qxpaf::StrictAnsi>(out, s, std::strlen(s)); }
+bool ReadUtf8String(std::string& out, const char* s)
+{
+  return qxpaf::Read<qxpaf::StrictAnsi>(out, s, std::strlen(s));
+}
 
 bool ReadUtf8String(std::string& out, const char* s, unsigned long n)
 {

@@ -41,13 +41,25 @@ unsigned int NextUtf8Char(const char*& p)
   return static_cast<unsigned char>(*p++);
 }
 
-bool Utf8IsSingle(char b) { return qxpaf::IsAsciiByte(b); }
+bool Utf8IsSingle(char b)
+{
+  return qxpaf::IsAsciiByte(b);
+}
 
-bool Utf8IsLead(unsigned char b) { return b >= 0xC2 && b <= 0xF4; }
+bool Utf8IsLead(unsigned char b)
+{
+  return b >= 0xC2 && b <= 0xF4;
+}
 
-bool Utf8IsContinue(char b) { return qxpaf::IsUtf8Continuation(b); }
+bool Utf8IsContinue(char b)
+{
+  return qxpaf::IsUtf8Continuation(b);
+}
 
-std::size_t Utf8Strlen(const char* s) { return qxpaf::AsciiRuns::CountCharacters(s, std::strlen(s)); }
+std::size_t Utf8Strlen(const char* s)
+{
+  return qxpaf::AsciiRuns::CountCharacters(s, std::strlen(s));
+}
 
 bool Utf8Inc(const char*& p)
 {

@@ -1,4 +1,5 @@
 // To UTF-8, from wide text and from Windows-1252.
+#include <algorithm>
 #include <cstring>
 #include <cwchar>
 #include <string_view>
@@ -14,41 +15,79 @@
 namespace qxpaf {
 namespace {
 
-// One element, or both of a surrogate pair; looks at the element behind a high surrogate, if only the terminator.
-char* WriteCharacter(const wchar_t*& p, char* to)
+// The sum of lengthAt over all elements. ASCII is skipped, the rest taken in stretches without looking for ASCII again.
+template <class In, class LengthAt>
+std::size_t MeasureUtf8(const In* text, std::size_t n, LengthAt lengthAt)
 {
-  auto value = static_cast<std::uint32_t>(*p++);
-  if (IsHighSurrogate(value) && IsLowSurrogate(static_cast<std::uint32_t>(*p)))
-    value = CombineSurrogates(value, static_cast<std::uint32_t>(*p++));
-  return value <= kLastCodePoint ? PutUtf8(to, value) : to;
+  constexpr std::size_t kStretch = 64;
+  std::size_t length = 0;
+  for (std::size_t i = 0; i < n;) {
+    const std::size_t run = AsciiRuns::Length(text + i, n - i);
+    length += run;
+    i += run;
+    for (const std::size_t stop = std::min(n, i + kStretch); i < stop; ++i) length += lengthAt(text + i);
+  }
+  return length;
 }
 
-char* WritePiece(const wchar_t*& p, const wchar_t* stop, char* to)
+struct WideWriting : Conversion
 {
-  while (p < stop) {
-    const std::size_t run = AsciiRuns::Convert(to, p, static_cast<std::size_t>(stop - p));
-    p += run;
-    to += run;
-    while (p < stop && static_cast<std::uint32_t>(*p) >= 0x80) to = WriteCharacter(p, to);
-  }
-  return to;
-}
+  static std::size_t LeastCapacity(std::size_t n) { return n + 1; }
 
-char* WriteAnsiPiece(const char*& p, const char* stop, char* to)
-{
-  while (p < stop) {
-    const std::size_t run = AsciiRuns::Convert(to, p, static_cast<std::size_t>(stop - p));
-    p += run;
-    to += run;
-    while (p < stop && !IsAsciiByte(*p)) to = PutUtf8(to, AnsiToCodePoint(static_cast<unsigned char>(*p++)));
+  static std::size_t Measure(const wchar_t* s, std::size_t n) { return MeasureUtf8(s, n, LengthAt); }
+
+  static char* Convert(const wchar_t*& p, const wchar_t* stop, char* to)
+  {
+    while (p < stop) {
+      TakeAscii(p, stop, to);
+      while (p < stop && static_cast<std::uint32_t>(*p) >= 0x80) to = WriteCharacter(p, to);
+    }
+    return to;
   }
-  return to;
-}
+
+ private:
+  // Both look at the element behind p, if only the terminator.
+  static std::uint32_t LengthAt(const wchar_t* p)
+  {
+    const auto value = static_cast<std::uint32_t>(p[0]);
+    const auto next = static_cast<std::uint32_t>(p[1]);
+    // A pair takes four bytes where its halves would take three each.
+    return Utf8Length(value) - 2U * IsSurrogatePair(value, next);
+  }
+
+  static char* WriteCharacter(const wchar_t*& p, char* to)
+  {
+    auto value = static_cast<std::uint32_t>(*p++);
+    const auto next = static_cast<std::uint32_t>(*p);
+    if (IsSurrogatePair(value, next)) {
+      value = CombineSurrogates(value, next);
+      ++p;
+    }
+    return value <= kLastCodePoint ? PutUtf8(to, value) : to;
+  }
+};
+
+struct AnsiWriting : Conversion
+{
+  static std::size_t Measure(const char* s, std::size_t n)
+  {
+    return MeasureUtf8(s, n, [](const char* p) { return Utf8Length(AnsiToCodePoint(static_cast<unsigned char>(*p))); });
+  }
+
+  static char* Convert(const char*& p, const char* stop, char* to)
+  {
+    while (p < stop) {
+      TakeAscii(p, stop, to);
+      while (p < stop && !IsAsciiByte(*p)) to = PutUtf8(to, AnsiToCodePoint(static_cast<unsigned char>(*p++)));
+    }
+    return to;
+  }
+};
 
 std::string AnsiToUtf8(std::string_view ansi)
 {
   std::string out;
-  ConvertText(out, ansi.data(), ansi.data() + ansi.size(), 0, WriteAnsiPiece);
+  ConvertText(out, ansi.data(), ansi.size(), AnsiWriting{});
   return out;
 }
 
@@ -79,19 +118,34 @@ std::string WideToUtf8(const wchar_t* s)
 {
   const std::size_t n = std::wcslen(s);
   std::string out;
-  qxpaf::ConvertText(out, s, s + n, n + 1, qxpaf::WritePiece);
+  qxpaf::ConvertText(out, s, n, qxpaf::WideWriting{});
   return out;
 }
 
-std::string WideToUtf8(const std::wstring& s) { return WideToUtf8(s.c_str()); }
+std::string WideToUtf8(const std::wstring& s)
+{
+  return WideToUtf8(s.c_str());
+}
 
-std::string StringToUtf8(const wchar_t* s) { return WideToUtf8(s); }
+std::string StringToUtf8(const wchar_t* s)
+{
+  return WideToUtf8(s);
+}
 
-std::string StringToUtf8(const std::wstring& s) { return WideToUtf8(s); }
+std::string StringToUtf8(const std::wstring& s)
+{
+  return WideToUtf8(s);
+}
 
-std::string StringToUtf8(const char* s) { return qxpaf::AnsiToUtf8(s); }
+std::string StringToUtf8(const char* s)
+{
+  return qxpaf::AnsiToUtf8(s);
+}
 
-std::string StringToUtf8(const std::string& s) { return qxpaf::AnsiToUtf8(s); }
+std::string StringToUtf8(const std::string& s)
+{
+  return qxpaf::AnsiToUtf8(s);
+}
 
 std::string Windows1252ToUtf8(std::string s)
 {
@@ -109,14 +163,32 @@ bool Windows1252ToUtf8(char* s, unsigned long size)
   return true;
 }
 
-std::string ToUtf8IfWide(const wchar_t* s) { return WideToUtf8(s); }
+std::string ToUtf8IfWide(const wchar_t* s)
+{
+  return WideToUtf8(s);
+}
 
-std::string ToUtf8IfWide(const std::wstring& s) { return WideToUtf8(s); }
+std::string ToUtf8IfWide(const std::wstring& s)
+{
+  return WideToUtf8(s);
+}
 
-std::string ToUtf8IfWide(const char* s) { return s; }
+std::string ToUtf8IfWide(const char* s)
+{
+  return s;
+}
 
-std::string ToUtf8IfWide(const std::string& s) { return s; }
+std::string ToUtf8IfWide(const std::string& s)
+{
+  return s;
+}
 
-void ToUtf8IfDestNotWide(std::wstring& dst, const std::wstring& src) { dst = src; }
+void ToUtf8IfDestNotWide(std::wstring& dst, const std::wstring& src)
+{
+  dst = src;
+}
 
-void ToUtf8IfDestNotWide(std::string& dst, const std::wstring& src) { dst = WideToUtf8(src); }
+void ToUtf8IfDestNotWide(std::string& dst, const std::wstring& src)
+{
+  dst = WideToUtf8(src);
+}

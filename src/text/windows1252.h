@@ -39,12 +39,23 @@ inline constexpr auto kAnsiSpecialsByCodePoint = [] {
   return rows;
 }();
 
+inline constexpr std::int32_t kLastAnsiSpecial = kAnsiSpecialsByCodePoint.back().codePoint;
+
+// Bit i: some special lies in U+ii00-U+iiFF. Spares most characters of other scripts the search.
+inline constexpr std::uint64_t kAnsiSpecialPages = [] {
+  static_assert(kLastAnsiSpecial >> 8 < 64);
+  std::uint64_t pages = 0;
+  for (const char16_t codePoint : kAnsiSpecials) pages |= std::uint64_t{1} << (codePoint >> 8);
+  return pages;
+}();
+
 // The byte of a character above 0xFF, false when it has none.
 inline constexpr bool SpecialToAnsi(std::int32_t character, char& byte)
 {
+  if (character > kLastAnsiSpecial || (kAnsiSpecialPages >> (character >> 8) & 1) == 0) return false;
   const auto row = std::lower_bound(kAnsiSpecialsByCodePoint.begin(), kAnsiSpecialsByCodePoint.end(), character,
                                     [](AnsiSpecial special, std::int32_t value) { return special.codePoint < value; });
-  if (row == kAnsiSpecialsByCodePoint.end() || row->codePoint != character) return false;
+  if (row->codePoint != character) return false;
   byte = static_cast<char>(row->byte);
   return true;
 }

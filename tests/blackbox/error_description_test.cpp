@@ -82,7 +82,7 @@ class CodeTest : public testing::TestWithParam<Row>
 };
 
 INSTANTIATE_TEST_SUITE_P(Every, CodeTest, testing::ValuesIn(kRows),
-                         [](const testing::TestParamInfo<Row>& info) { return std::to_string(info.param.code); });
+                         [](const auto& row) { return std::to_string(row.param.code); });
 
 TEST_P(CodeTest, HasItsTextCutToTheBuffer)
 {

@@ -77,6 +77,7 @@ TEST_F(InstancesTest, OpenArfId2AnswersTheIdOrTheNegatedStatus)
     fake.Answer(kFakeDbOpen, status);
     EXPECT_EQ(pafOpenArfId2(0, "DLL:FakeTwo;/other"), -status);
   }
+  fake->clearAnswer(kFakeDbOpen);
   EXPECT_EQ(Open(kName), 2);
 }
 
@@ -159,12 +160,13 @@ TEST_F(InstancesTest, ForceCloseAllMayBeCalledAtAnyTime)
 TEST_F(InstancesTest, ManyInstances)
 {
   constexpr int kMany = 2000;
-  for (int i = 1; i <= kMany; ++i) ASSERT_EQ(Open(kName), i);
-  EXPECT_EQ(fake->refCount("/ids"), kMany);
-  EXPECT_EQ(fake->counter(kFakeOpens), 1);
+  Fake au("libqxarfau.so");
+  for (int i = 1; i <= kMany; ++i) ASSERT_EQ(Open("AU./many"), i);
+  EXPECT_EQ(au->refCount("/many"), kMany);
+  EXPECT_EQ(au->counter(kFakeOpens), 1);
   for (int i = kMany; i >= 1; --i) ASSERT_EQ(pafClosePafId(i), 0);
-  EXPECT_EQ(fake->counter(kFakeLiveDbs), 0);
-  EXPECT_EQ(fake->counter(kFakeLiveSearchers), 0);
+  EXPECT_EQ(au->counter(kFakeLiveDbs), 0);
+  EXPECT_EQ(au->counter(kFakeLiveSearchers), 0);
 }
 
 }  // namespace

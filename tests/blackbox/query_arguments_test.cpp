@@ -23,8 +23,15 @@ std::string AllBytes()
 /** Texts that a careless forwarder would change. */
 const std::vector<std::string>& Texts()
 {
-  static const std::vector<std::string> kTexts = {
-      "", " ", "1 Macquarie St", "\t\r\n", "%s%n%d", "a\tb\nc", "\xc3\xa9t\xc3\xa9", AllBytes(), std::string(5000, 'L')};
+  static const std::vector<std::string> kTexts = {"",
+                                                  " ",
+                                                  "1 Macquarie St",
+                                                  "\t\r\n",
+                                                  "%s%n%d",
+                                                  "a\tb\nc",
+                                                  "\xc3\xa9t\xc3\xa9",
+                                                  AllBytes(),
+                                                  std::string(5000, 'L')};
   return kTexts;
 }
 
@@ -255,10 +262,15 @@ TEST_F(QueryArgumentsTest, DpidToAddressAsksWithSevenDelimitersAndTheDecimalNumb
     int status;             // with which status
     std::string seven;
   };
-  const std::vector<Row> rows = {
-      {"", 0, std::string(7, '\t')},    {"|", 0, "|||||||"},    {",;", 0, ",,,,,,,"},
-      {"|", 12, "|||||||"},             {"", 12, std::string(7, '\t')}, {nullptr, 12, std::string(7, '\t')},
-      {"\xff", 0, std::string(7, '\xff')}, {"%", 0, "%%%%%%%"}, {"7", 0, "7777777"}};
+  const std::vector<Row> rows = {{"", 0, std::string(7, '\t')},
+                                 {"|", 0, "|||||||"},
+                                 {",;", 0, ",,,,,,,"},
+                                 {"|", 12, "|||||||"},
+                                 {"", 12, std::string(7, '\t')},
+                                 {nullptr, 12, std::string(7, '\t')},
+                                 {"\xff", 0, std::string(7, '\xff')},
+                                 {"%", 0, "%%%%%%%"},
+                                 {"7", 0, "7777777"}};
   for (const Row& row : rows) {
     fake->setProperty("Delimiter", row.delimiter, row.status);
     for (long dpid : {12345L, 0L, 1L, -5L, LONG_MAX, LONG_MIN}) {

@@ -6,6 +6,7 @@
 
 #include "blackbox/support/fake.h"
 #include "blackbox/support/guarded_buffer.h"
+#include "blackbox/support/row_name.h"
 #include "blackbox/support/session.h"
 #include "qxpaf/paf.h"
 
@@ -34,8 +35,7 @@ class CopyBackTest : public SessionTest, public testing::WithParamInterface<Copy
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(Every, CopyBackTest, testing::ValuesIn(kCopyBacks),
-                         [](const testing::TestParamInfo<CopyBack>& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Every, CopyBackTest, testing::ValuesIn(kCopyBacks), RowName());
 
 TEST_P(CopyBackTest, CutsTheResultToTheCallersSize)
 {
@@ -155,8 +155,7 @@ class DirectTest : public SessionTest, public testing::WithParamInterface<Direct
 {
 };
 
-INSTANTIATE_TEST_SUITE_P(Every, DirectTest, testing::ValuesIn(kDirects),
-                         [](const testing::TestParamInfo<Direct>& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Every, DirectTest, testing::ValuesIn(kDirects), RowName());
 
 TEST_P(DirectTest, PassesPointerAndSizeUnchanged)
 {

@@ -7,6 +7,7 @@
 
 #include "blackbox/support/fake.h"
 #include "blackbox/support/id_functions.h"
+#include "blackbox/support/row_name.h"
 #include "blackbox/support/session.h"
 #include "qxpaf/paf.h"
 
@@ -24,7 +25,7 @@ class QueryFrameTest : public SessionTest, public testing::WithParamInterface<Id
   int Call() const { return Call(id); }
 };
 
-INSTANTIATE_TEST_SUITE_P(Every, QueryFrameTest, testing::ValuesIn(IdFunctions()), RowName);
+INSTANTIATE_TEST_SUITE_P(Every, QueryFrameTest, testing::ValuesIn(IdFunctions()), RowName());
 
 TEST_P(QueryFrameTest, SucceedsOnAnOpenInstanceWithOneCallOfItsOperation)
 {
@@ -164,10 +165,12 @@ class WorklessTest : public SessionTest, public testing::WithParamInterface<Work
 };
 
 const Workless kWorkless[] = {
-    {"pafGetBorderPostcodesId", 6408, [](int id, char* out, long*) { return pafGetBorderPostcodesId(id, 2000, out, 8); }},
+    {"pafGetBorderPostcodesId", 6408,
+     [](int id, char* out, long*) { return pafGetBorderPostcodesId(id, 2000, out, 8); }},
     {"pafReadLocalityRecordId", 6408,
      [](int id, char* out, long* n) { return pafReadLocalityRecordId(id, 1L, out, n, n + 1); }},
-    {"pafReadGroupRecordId", 6408, [](int id, char* out, long* n) { return pafReadGroupRecordId(id, 1L, out, n, n + 1); }},
+    {"pafReadGroupRecordId", 6408,
+     [](int id, char* out, long* n) { return pafReadGroupRecordId(id, 1L, out, n, n + 1); }},
     {"pafReadPointRecordId", 6408, [](int id, char* out, long*) { return pafReadPointRecordId(id, 1L, out, 8); }},
     {"pafReadSynonymRecordId", 6408, [](int id, char* out, long* n) { return pafReadSynonymRecordId(id, 1L, out, n); }},
     {"pafReadBorderRecordId", 6408,
@@ -183,8 +186,7 @@ const Workless kWorkless[] = {
     {"pafGetSynonymRecordCountId", 0, [](int id, char*, long*) { return pafGetSynonymRecordCountId(id); }},
 };
 
-INSTANTIATE_TEST_SUITE_P(Every, WorklessTest, testing::ValuesIn(kWorkless),
-                         [](const testing::TestParamInfo<Workless>& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Every, WorklessTest, testing::ValuesIn(kWorkless), RowName());
 
 TEST_P(WorklessTest, AnswersTheSameForAnyIdAndTouchesNothing)
 {

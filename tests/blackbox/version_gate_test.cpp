@@ -28,7 +28,10 @@ class VersionGateTest : public SessionTest, public testing::WithParamInterface<R
   char text2[16] = "";
 };
 
-void PrintTo(const Row& row, std::ostream* out) { *out << row.country << " '" << row.version << "'"; }
+void PrintTo(const Row& row, std::ostream* out)
+{
+  *out << row.country << " '" << row.version << "'";
+}
 
 const Row kRows[] = {
     // Australia and New Zealand: 5.7.270 and 5.8.278, both strictly.

@@ -30,11 +30,12 @@ void FakeDb::Release()
   CheckAlive(kFakeDbRelease);
   Log("DbRelease " + path_);
   if (openCalled_ && !closeCalled_) State::Get().Violation("database released without Close");
+  if (!dead_.exchange(true)) {
+    State::Get().Count(kFakeLiveDbs, -1);
+    State::Get().Count(kFakeDbReleases, 1);
+  }
   CallRecord record(kFakeDbRelease, this);
-  State::Get().Perform(record);
-  dead_ = true;
-  State::Get().Count(kFakeLiveDbs, -1);
-  State::Get().Count(kFakeDbReleases, 1);
+  State::Get().Perform(record);  // last, because it may throw: a database that throws in Release is gone all the same
 }
 
 const char* FakeDb::GetPath()
@@ -153,13 +154,14 @@ int FakeSearcher::DoNext(FakeOperation operation, char* out, int outSize)
 void FakeSearcher::Release()
 {
   Log("Release");
-  CallRecord record = Record(kFakeRelease);
-  Do(record, kFakeRelease);
+  Inside inside(*this, kFakeRelease);
   if (!dead_.exchange(true)) {
     db_.SearcherReleased();
     State::Get().Count(kFakeLiveSearchers, -1);
     State::Get().Count(kFakeSearcherReleases, 1);
   }
+  CallRecord record = Record(kFakeRelease);
+  State::Get().Perform(record);  // last, as in FakeDb::Release
 }
 
 IArfDb* FakeSearcher::GetArfDb()

@@ -1,5 +1,5 @@
-// A second, slow transcription of the encoding rules, one character at a time, to compare the library with. It shares no
-// code with the library; where both agree on random text, either both are right or both misread the same rule.
+// A second, slow transcription of the encoding rules, one character at a time, to compare the library with. It shares
+// no code with the library; where both agree on random text, either both are right or both misread the same rule.
 #ifndef QXPAF_TESTS_REFERENCE_ENCODING_REFERENCE_H
 #define QXPAF_TESTS_REFERENCE_ENCODING_REFERENCE_H
 
@@ -42,7 +42,10 @@ inline int WideToAnsiChar(long character)
   return -1;
 }
 
-inline int Byte(const std::string& s, std::size_t i) { return i < s.size() ? static_cast<unsigned char>(s[i]) : 0; }
+inline int Byte(const std::string& s, std::size_t i)
+{
+  return i < s.size() ? static_cast<unsigned char>(s[i]) : 0;
+}
 
 // s as far as a C function sees it.
 template <class String>
@@ -144,7 +147,10 @@ inline std::wstring Utf32ToUtf16(const std::vector<unsigned int>& codePoints)
   return out;
 }
 
-inline void AppendByte(std::string& out, unsigned long byte) { out += static_cast<char>(byte & 0xFF); }
+inline void AppendByte(std::string& out, unsigned long byte)
+{
+  out += static_cast<char>(byte & 0xFF);
+}
 
 inline void AppendUtf8(std::string& out, unsigned long v)
 {
@@ -199,8 +205,8 @@ inline std::string Windows1252ToUtf8(const std::string& s)
   return out;
 }
 
-// The buffer after the in-place conversion with the given size, which may be less than the text's. Steps that would write
-// behind the size or move a negative length are left out.
+// The buffer after the in-place conversion with the given size, which may be less than the text's. Steps that would
+// write behind the size or move a negative length are left out.
 inline std::vector<char> Windows1252ToUtf8InPlace(std::vector<char> buffer, std::size_t size)
 {
   const std::size_t length = std::strlen(buffer.data());

@@ -44,11 +44,13 @@ class TempDir
   /** The path of a file or directory in it. */
   std::string Path(const std::string& name) const { return path_ + "/" + name; }
 
-  /** Writes a file, byte for byte, creating the directories it lies in. @return its path */
+  /** Writes a file anew, byte for byte, creating the directories it lies in. @return its path */
   std::string Write(const std::string& name, const std::string& content) const
   {
     const std::filesystem::path path = Path(name);
     std::filesystem::create_directories(path.parent_path());
+    // Some file systems wait for the disk when a file is cut and written again; a new file never waits.
+    std::filesystem::remove(path);
     std::ofstream file(path, std::ios::binary | std::ios::trunc);
     file << content << std::flush;
     if (!file) throw std::runtime_error("cannot write " + path.string());

@@ -82,7 +82,8 @@ std::string StatusAdvice(const std::string& database, int status)
 std::string OpenAdvice(const std::string& database, int status)
 {
   if (IsRemoteConfigured()) {
-    return "The configuration switches remote mode on (PindleSvr/TcpHost, PindleSvr/TcpPort).";
+    return "The configuration switches remote mode on. Without its lines PindleSvr/TcpHost= and PindleSvr/TcpPort=\n"
+           "databases are opened on this machine.";
   }
   return StatusAdvice(database, status);
 }

@@ -1,11 +1,146 @@
+#include <signal.h>
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+
+#include "arf/build/builder.h"
 #include "command.h"
+#include "country.h"
+#include "exit_code.h"
+#include "progress_bar.h"
 
 namespace tool {
+namespace {
+
+std::atomic<bool> cancelled = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may only touch lock-free atomics");
+
+/** From here on SIGINT and SIGTERM ask the build to stop, so that it can clean up; ignored ones stay ignored. */
+void CancelOnSignals()
+{
+  struct sigaction cancel = {};
+  cancel.sa_handler = [](int) { cancelled = true; };
+  for (const int signal : {SIGINT, SIGTERM}) {
+    struct sigaction before = {};
+    sigaction(signal, nullptr, &before);
+    if (before.sa_handler != SIG_IGN) {
+      sigaction(signal, &cancel, nullptr);
+    }
+  }
+}
+
+const char* PhaseName(arf::BuildPhase phase)
+{
+  switch (phase) {
+    case arf::BuildPhase::Reading:
+      return "reading";
+    case arf::BuildPhase::Sorting:
+      return "sorting";
+    case arf::BuildPhase::Writing:
+      break;
+  }
+  return "writing";
+}
+
+double Fraction(const arf::BuildProgress& progress)
+{
+  return progress.total == 0 ? 0 : static_cast<double>(progress.done) / static_cast<double>(progress.total);
+}
+
+arf::BuildReport BuildWithBar(const arf::BuildOptions& options)
+{
+  ProgressBar bar;
+  const auto show = [&bar](const arf::BuildProgress& progress) {
+    bar.Show(Fraction(progress), PhaseName(progress.phase));
+  };
+  return arf::BuildDatabase(options, show, &cancelled);
+}
+
+void PrintMessages(const arf::BuildReport& report)
+{
+  for (const std::string& error : report.errors) {
+    std::cerr << error << '\n';
+  }
+  if (report.errorCount > report.errors.size()) {
+    std::cerr << "... and " << report.errorCount - report.errors.size() << " more\n";
+  }
+  for (const std::string& warning : report.warnings) {
+    std::cerr << "warning: " << warning << '\n';
+  }
+}
+
+std::string Count(std::uint64_t count, const std::string& one, const std::string& many)
+{
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+void PrintSummary(const arf::BuildOptions& options, const arf::BuildReport& report, double seconds)
+{
+  const double each = report.addresses == 0 ? 0 : static_cast<double>(report.fileSize) / report.addresses;
+  std::cout << options.outputDirectory << ": " << Count(report.addresses, "address", "addresses") << " in "
+            << Count(report.streets, "street", "streets") << " of "
+            << Count(report.localities, "locality", "localities") << '\n'
+            << Count(report.rowsRead, "row", "rows") << " read, " << report.rowsSkipped << " skipped; "
+            << report.fileSize << " bytes, " << std::fixed << std::setprecision(1) << each << " an address; "
+            << std::setprecision(2) << seconds << " s\n";
+}
+
+/** True when rows are what is wrong, so that leaving them out would help. */
+bool HasBadRows(const arf::BuildOptions& options, const arf::BuildReport& report)
+{
+  const std::string place = options.csvPath + ":";
+  return report.rowsRead > 0 && !report.errors.empty() && report.errors.front().compare(0, place.size(), place) == 0;
+}
+
+int Run(const arf::BuildOptions& options)
+{
+  if (CountryOfDatabaseTitle(options.databaseName) != kDefaultDatabase) {
+    throw Failure("a database called \"" + options.databaseName + "\" would be taken for another country's");
+  }
+  CancelOnSignals();
+  const auto start = std::chrono::steady_clock::now();
+  const arf::BuildReport report = BuildWithBar(options);
+  const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;
+  PrintMessages(report);
+  switch (report.outcome) {
+    case arf::BuildOutcome::Built:
+      PrintSummary(options, report, elapsed.count());
+      return kExitFound;
+    case arf::BuildOutcome::Cancelled:
+      throw Failure("interrupted; nothing was written");
+    case arf::BuildOutcome::Failed:
+      break;
+  }
+  throw Failure(HasBadRows(options, report)
+                    ? "no database was built; --skip-bad-rows leaves rows out that cannot be used"
+                    : "no database was built");
+}
+
+}  // namespace
 
 Command AddBuildCommand(CLI::App& program)
 {
+  auto options = std::make_shared<arf::BuildOptions>();
   CLI::App* app = program.add_subcommand("build", "Make an address database from a CSV file");
-  return {app, [] { return 2; }};
+  app->add_option("input", options->csvPath, "CSV file; its first row names the columns")
+      ->option_text("INPUT.csv")
+      ->required();
+  app->add_option("directory", options->outputDirectory, "Directory of the database; made when it is missing")
+      ->option_text("DIRECTORY")
+      ->required();
+  app->add_flag("--skip-bad-rows", options->skipBadRows, "Leave out rows that cannot be used, and count them");
+  app->add_option("--name", options->databaseName, "Title that the database carries, otherwise AU")
+      ->option_text("TITLE");
+  app->footer(
+      "Columns: dpid, locality, state, postcode and street_name (or postal_type) are required; building, unit_type,\n"
+      "unit_number, level_type, level_number, lot, number_first, number_first_suffix, number_last, "
+      "number_last_suffix,\n"
+      "street_type, street_suffix, postal_number, latitude, longitude are known; any other is kept as an attribute.");
+  return {app, [options] { return Run(*options); }};
 }
 
 }  // namespace tool

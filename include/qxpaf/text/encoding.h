@@ -11,7 +11,7 @@
  *     objects are read up to their first zero element, UTF-8 string objects up to their first zero byte; functions on
  *     Windows-1252 string objects take every byte, zeros included.
  *  3. Counts and sizes are in elements (bytes for char). A size of a caller's buffer counts the terminator.
- *  4. Output strings are replaced. Input must not point into an output string, unless they are the same type of object.
+ *  4. Output strings are replaced. Input must not point into the string that a reader of UTF-8 fills.
  *  5. UTF-8 is read leniently: overlong forms (C0 AF is U+002F) and encoded surrogates (ED A0 80 is U+D800) are
  *     accepted. A sequence is invalid when its lead byte is 80-BF or F8-FF, when continuation bytes are missing, or
  *     when its value is above U+10FFFF.
@@ -27,7 +27,8 @@
 #include "qxpaf/export.h"
 
 /** Target encoding of CharsetConvert. */
-enum CharsetEnum : int {
+enum CharsetEnum : int
+{
   CharsetUtf8 = 0,
   CharsetWindows1252 = 1, /**< characters without a byte are replaced */
   CharsetLatin1 = 2       /**< ISO-8859-1, characters above U+00FF are replaced */
@@ -183,8 +184,8 @@ QXPAF_API std::string StringToUtf8(const std::string& s);
 QXPAF_API std::string Windows1252ToUtf8(std::string s);
 
 /**
- * Converts a buffer in place, correctly only when position 0 is its only byte above 0x7F; for general text use the
- * string form. Kept for callers that rely on the placement:
+ * Expands a buffer in place by a placement rule of its own, kept for callers that rely on it. The result is not the
+ * UTF-8 form of the text unless the text is ASCII: use the string form.
  *
  * room = size - strlen(s) is computed once. For each i up to the terminator, where s[i] has its top bit set and the n
  * bytes of its UTF-8 form fit in room, strlen(s) - i bytes (the length at the start) are moved from s + 1 to s + n and

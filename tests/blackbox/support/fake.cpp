@@ -12,7 +12,8 @@ namespace {
 
 [[noreturn]] void Fail(const char* libraryName, const char* reason)
 {
-  std::fprintf(stderr, "fake plug-in %s: %s\n(is LD_LIBRARY_PATH set to a folder of lib-fakes?)\n", libraryName, reason);
+  std::fprintf(stderr, "fake plug-in %s: %s\n(is LD_LIBRARY_PATH set to a folder of lib-fakes?)\n", libraryName,
+               reason);
   std::exit(2);
 }
 

@@ -32,7 +32,8 @@ class GuardedBuffer
     ASAN_POISON_MEMORY_REGION(data() + size, kGuard);
   }
 
-  /** At least `size` bytes holding a terminated text, for buffers that are read first; longer when the text needs it. */
+  /** At least `size` bytes holding a terminated text, for buffers that are read first; longer when the text needs it.
+   */
   GuardedBuffer(const std::string& text, size_t size) : GuardedBuffer(std::max(size, text.size() + 1))
   {
     std::memcpy(data(), text.c_str(), text.size() + 1);

@@ -96,9 +96,15 @@ int FormatAddress(int id)
   return pafFormatAddressId(id, "address", out, 2L, sizeof out);
 }
 
-int SetGeographicalCodes(int id) { return pafSetGeographicalCodesId(id, "NSW"); }
+int SetGeographicalCodes(int id)
+{
+  return pafSetGeographicalCodesId(id, "NSW");
+}
 
-int BeginPolygonSearch(int id) { return pafBeginPolygonSearch(id, "a", "b"); }
+int BeginPolygonSearch(int id)
+{
+  return pafBeginPolygonSearch(id, "a", "b");
+}
 
 int GetNextAddressInPolygon(int id)
 {
@@ -112,7 +118,10 @@ int GetSearchStatistics(int id)
   return pafGetSearchStatistics(id, "a", "b", "c", "d", out, sizeof out);
 }
 
-int BeginGifConcordance(int id) { return pafBeginGifConcordance(id, 1, 2, 3, 4, 5, 6); }
+int BeginGifConcordance(int id)
+{
+  return pafBeginGifConcordance(id, 1, 2, 3, 4, 5, 6);
+}
 
 int GetNextGifConcordance(int id)
 {
@@ -121,7 +130,10 @@ int GetNextGifConcordance(int id)
   return pafGetNextGifConcordance(id, out1, sizeof out1, out2, sizeof out2, nullptr);
 }
 
-int BeginAddressSearch(int id) { return pafBeginAddressSearch(id, "query"); }
+int BeginAddressSearch(int id)
+{
+  return pafBeginAddressSearch(id, "query");
+}
 
 int GetNextAddressSearch(int id)
 {

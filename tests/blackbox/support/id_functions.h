@@ -2,8 +2,6 @@
 #ifndef QXPAF_TESTS_BLACKBOX_SUPPORT_ID_FUNCTIONS_H
 #define QXPAF_TESTS_BLACKBOX_SUPPORT_ID_FUNCTIONS_H
 
-#include <gtest/gtest.h>
-
 #include <ostream>
 #include <vector>
 
@@ -24,9 +22,10 @@ struct IdFunction
 
 const std::vector<IdFunction>& IdFunctions();
 
-/** For gtest: the name of a row. */
-inline std::string RowName(const testing::TestParamInfo<IdFunction>& info) { return info.param.name; }
-inline void PrintTo(const IdFunction& function, std::ostream* out) { *out << function.name; }
+inline void PrintTo(const IdFunction& function, std::ostream* out)
+{
+  *out << function.name;
+}
 
 }  // namespace blackbox
 

@@ -28,7 +28,10 @@ BusyInstance::BusyInstance(Fake& fake, int id) : fake_(fake)
   EXPECT_GT(fake_->waitUntilBlocked(kFakeLookupAddress, 10000), 0) << "the call did not reach the plug-in";
 }
 
-BusyInstance::~BusyInstance() { Finish(); }
+BusyInstance::~BusyInstance()
+{
+  Finish();
+}
 
 int BusyInstance::Finish()
 {

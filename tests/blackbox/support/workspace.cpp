@@ -19,7 +19,10 @@ Workspace::Workspace() : previous_(fs::current_path())
   setenv("HOME", (root_ + "/no-home").c_str(), 1);
 }
 
-Workspace::Workspace(const std::vector<std::string>& configuration) : Workspace() { Configure(configuration); }
+Workspace::Workspace(const std::vector<std::string>& configuration) : Workspace()
+{
+  Configure(configuration);
+}
 
 Workspace::~Workspace()
 {
@@ -35,7 +38,10 @@ void Workspace::Configure(const std::vector<std::string>& lines) const
   WriteFile(".morvex", contents);
 }
 
-void Workspace::RemoveConfiguration() const { fs::remove(root_ + "/.morvex"); }
+void Workspace::RemoveConfiguration() const
+{
+  fs::remove(root_ + "/.morvex");
+}
 
 std::string Workspace::MakeDirectory(const std::string& name) const
 {

@@ -3,13 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdio>
-#include <cstring>
 #include <string>
 #include <vector>
 
 #include "support/config_sandbox.h"
+#include "unit/config/breaking_stream.h"
 
 namespace {
 
@@ -216,42 +215,13 @@ TEST_F(MorvexConfigTest, ADirectoryInTheFilesPlaceIsAReadError)
   EXPECT_EQ(config.LastError(), kRegistryReadError);
 }
 
-/** A stream that gives some text and then an error. */
-class BreakingStream
-{
- public:
-  explicit BreakingStream(string text) : rest_(std::move(text))
-  {
-    cookie_io_functions_t functions = {};
-    functions.read = &Read;
-    file_ = fopencookie(this, "r", functions);
-  }
-  ~BreakingStream() { std::fclose(file_); }
-  BreakingStream(const BreakingStream&) = delete;
-  BreakingStream& operator=(const BreakingStream&) = delete;
-
-  FILE* f() const { return file_; }
-
- private:
-  static ssize_t Read(void* self, char* out, std::size_t size)
-  {
-    string& rest = static_cast<BreakingStream*>(self)->rest_;
-    if (rest.empty()) return -1;
-    const std::size_t count = std::min(size, rest.size());
-    std::memcpy(out, rest.data(), count);
-    rest.erase(0, count);
-    return static_cast<ssize_t>(count);
-  }
-
-  string rest_;
-  FILE* file_ = nullptr;
-};
-
 TEST_F(MorvexConfigTest, LinesBeforeAReadErrorAreKept)
 {
-  BreakingStream stream("a=1\nb=2\nc");
+  FILE* stream = OpenBreakingStream("a=1\nb=2\nc");
+  ASSERT_NE(stream, nullptr);
   MorvexConfig config;
-  EXPECT_EQ(config.ReadConfigFile(stream.f()), kRegistryReadError);
+  EXPECT_EQ(config.ReadConfigFile(stream), kRegistryReadError);
+  std::fclose(stream);
   EXPECT_EQ(Read(config, "a"), "1");
   EXPECT_EQ(Read(config, "b"), "2");
 }

@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +15,7 @@
 #include "qxpaf/registry.h"
 #include "support/config_sandbox.h"
 #include "support/temp_dir.h"
+#include "unit/config/breaking_stream.h"
 
 namespace {
 
@@ -29,6 +32,7 @@ struct FopenSpy
   std::vector<std::string> paths;
   std::vector<std::string> modes;
   std::string machineConfig = "/nonexistent/.morvex";
+  std::optional<std::string> brokenMachineConfig;  // read in place of machineConfig up to its end, which is an error
 
   static FopenSpy* current;
 };
@@ -55,6 +59,7 @@ FILE* fopen(const char* path, const char* mode)
   if (spy == nullptr) return RealFopen(path, mode);
   spy->paths.emplace_back(path);
   spy->modes.emplace_back(mode);
+  if (path == kMachineConfig && spy->brokenMachineConfig) return OpenBreakingStream(*spy->brokenMachineConfig);
   return RealFopen(path == kMachineConfig ? spy->machineConfig.c_str() : path, mode);
 }
 
@@ -263,6 +268,39 @@ TEST(ConfigPlacesTried, ChecksBeforeTheSearchOpenNothing)
   char** values = nullptr;
   EnumerateRegistry_(string(255, 'k').c_str(), &names, &values);
   EXPECT_TRUE(spy.paths.empty());
+}
+
+TEST(ConfigReadError, LeavesTheReaderWithoutAnswersThoughLinesWereRead)
+{
+  const ConfigSandbox sandbox;
+  FopenSpy spy;
+  spy.brokenMachineConfig = "a=1\nk/b=2\n";
+  qxpaf::MorvexConfig config;
+  EXPECT_FALSE(config.OpenKey("k", 0));
+  EXPECT_EQ(config.LastError(), kRegistryReadError);
+  config.SetCurrentKey("");
+  std::vector<string> names;
+  std::vector<string> values;
+  EXPECT_FALSE(config.EnumerateValues(names, values));
+  EXPECT_TRUE(names.empty());
+  EXPECT_TRUE(values.empty());
+  EXPECT_TRUE(config.EnumerateKeys().empty());
+  EXPECT_EQ(config.LastError(), kRegistryReadError);
+  string value;
+  EXPECT_FALSE(config.ReadValue("a", value));
+  EXPECT_EQ(config.LastError(), kRegistryReadError);
+}
+
+TEST(ConfigReadError, LeavesTheAccessorsWithTheLinesBeforeIt)
+{
+  const ConfigSandbox sandbox;
+  FopenSpy spy;
+  spy.brokenMachineConfig = "k/a=1\nk/b=2\n";
+  char value[8] = "";
+  int size = sizeof value;
+  EXPECT_EQ(LookUpRegistry_("k", "b", value, size, false), 0);
+  EXPECT_STREQ(value, "2");
+  EXPECT_EQ(LookUpRegistry_("k", "c", value, size, false), kRegistryNotFound);
 }
 
 }  // namespace

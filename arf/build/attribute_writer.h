@@ -1,0 +1,17 @@
+/** Writes the attribute columns of a database file. */
+#ifndef QXPAF_ARF_BUILD_ATTRIBUTE_WRITER_H
+#define QXPAF_ARF_BUILD_ATTRIBUTE_WRITER_H
+
+#include "arf/build/address_table.h"
+#include "arf/build/build_watch.h"
+#include "arf/build/file_strings.h"
+#include "arf/build/section_writer.h"
+
+namespace arf {
+
+/** Writes the sections AttributeData and AttributeColumns. The rows are in file order. */
+void WriteAttributes(SectionWriter& writer, const AddressTable& table, FileStrings& strings, const BuildWatch& watch);
+
+}  // namespace arf
+
+#endif

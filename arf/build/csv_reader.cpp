@@ -1,0 +1,169 @@
+#include "arf/build/csv_reader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <new>
+
+#include "arf/build/build_error.h"
+
+namespace arf {
+namespace {
+
+constexpr std::size_t kBufferSize = 1 << 20;
+
+bool IsBlank(std::string_view text)
+{
+  return text.find_first_not_of(" \t\r\n") == std::string_view::npos;
+}
+
+/** The length of the first line of `text` with its terminator, a single LF or CR; all of it when there is none. */
+std::size_t LineLength(std::string_view text)
+{
+  const std::size_t feed = std::min(text.find('\n'), text.size());
+  const std::size_t end = std::min(text.substr(0, feed).find('\r'), feed);
+  return std::min(end + 1, text.size());
+}
+
+}  // namespace
+
+CsvReader::CsvReader(const std::string& path, char delimiter)
+    : path_(path), file_(open(path.c_str(), O_RDONLY | O_CLOEXEC)), delimiter_(delimiter), buffer_(kBufferSize)
+{
+  struct stat status;
+  if (!file_.IsOpen() || fstat(file_.Value(), &status) != 0) throw BuildError(SystemError(path, errno));
+  fileSize_ = static_cast<std::uint64_t>(status.st_size);
+  StartParser();
+  FillBuffer();
+  PassByteOrderMark();
+}
+
+CsvReader::~CsvReader()
+{
+  csv_free(&parser_);
+}
+
+void CsvReader::StartParser()
+{
+  if (csv_init(&parser_, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
+  csv_set_delim(&parser_, static_cast<unsigned char>(delimiter_));
+}
+
+void CsvReader::FillBuffer()
+{
+  ssize_t got;
+  do {
+    got = read(file_.Value(), buffer_.data(), buffer_.size());
+  } while (got < 0 && errno == EINTR);
+  if (got < 0) throw BuildError(SystemError(path_, errno));
+  rest_ = {buffer_.data(), static_cast<std::size_t>(got)};
+  bytesRead_ += rest_.size();
+}
+
+void CsvReader::PassByteOrderMark()
+{
+  if (rest_.starts_with("\xFF\xFE") || rest_.starts_with("\xFE\xFF")) {
+    throw BuildError(path_ + ": is UTF-16; save it as UTF-8");
+  }
+  if (rest_.starts_with("\xEF\xBB\xBF")) rest_.remove_prefix(3);
+}
+
+void CsvReader::OnField(void* text, std::size_t length, void* self)
+{
+  auto* reader = static_cast<CsvReader*>(self);
+  reader->texts_.append(static_cast<const char*>(text), length);
+  reader->ends_.push_back(reader->texts_.size());
+}
+
+void CsvReader::OnRow(int, void* self)
+{
+  static_cast<CsvReader*>(self)->rowDone_ = true;
+}
+
+CsvReader::Result CsvReader::Next()
+{
+  texts_.clear();
+  ends_.clear();
+  rowBytes_ = 0;
+  rowDone_ = inRow_ = false;
+  while (!rowDone_) {
+    if (rest_.empty()) FillBuffer();
+    if (rest_.empty()) return FinishFile();
+    const std::string_view piece = TakePiece();
+    if (!Feed(piece)) {
+      PassRestOfLine(piece);
+      return Result::BadQuotes;
+    }
+  }
+  return DeliverRow();
+}
+
+/** What is in the buffer of the current line; it may continue in the next buffer. */
+std::string_view CsvReader::TakePiece()
+{
+  const std::string_view piece = rest_.substr(0, LineLength(rest_));
+  rest_.remove_prefix(piece.size());
+  if (!inRow_ && !IsBlank(piece)) {
+    inRow_ = true;
+    rowLine_ = line_;
+  }
+  CountLine(piece);
+  return piece;
+}
+
+void CsvReader::CountLine(std::string_view piece)
+{
+  const bool isSecondHalf = afterReturn_ && piece == "\n";  // of CR LF
+  afterReturn_ = piece.back() == '\r';
+  if (!isSecondHalf && (piece.back() == '\n' || afterReturn_)) ++line_;
+}
+
+/** False when the quotes are wrong. */
+bool CsvReader::Feed(std::string_view piece)
+{
+  rowBytes_ += piece.size();
+  if (rowBytes_ > kMaxRowBytes) {
+    throw BuildError(path_ + ":" + std::to_string(rowLine_) +
+                     ": the row is longer than a mebibyte; is a closing quote missing?");
+  }
+  const std::size_t used = csv_parse(&parser_, piece.data(), piece.size(), OnField, OnRow, this);
+  if (used == piece.size()) return true;
+  if (csv_error(&parser_) != CSV_EPARSE) throw std::bad_alloc();
+  return false;
+}
+
+void CsvReader::PassRestOfLine(std::string_view piece)
+{
+  csv_free(&parser_);
+  StartParser();
+  while (piece.back() != '\n' && piece.back() != '\r') {
+    if (rest_.empty()) FillBuffer();
+    if (rest_.empty()) return;
+    piece = TakePiece();
+  }
+}
+
+CsvReader::Result CsvReader::FinishFile()
+{
+  if (finished_) return Result::End;
+  finished_ = true;
+  if (csv_fini(&parser_, OnField, OnRow, this) != 0) return Result::BadQuotes;
+  return rowDone_ ? DeliverRow() : Result::End;
+}
+
+CsvReader::Result CsvReader::DeliverRow()
+{
+  fields_.clear();
+  std::size_t begin = 0;
+  for (const std::size_t end : ends_) {
+    fields_.push_back(std::string_view(texts_).substr(begin, end - begin));
+    begin = end;
+  }
+  return Result::Row;
+}
+
+}  // namespace arf

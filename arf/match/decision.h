@@ -1,0 +1,96 @@
+/**
+ * Collects what the readings of one input led to, and decides: the address with the least penalty if there is just one,
+ * otherwise why there is none. Of several failures the one that got furthest explains best what is wrong.
+ */
+#ifndef QXPAF_ARF_MATCH_DECISION_H
+#define QXPAF_ARF_MATCH_DECISION_H
+
+#include <cstdint>
+#include <string_view>
+
+#include "arf/match/fixed_text.h"
+#include "arf/match/point_search.h"
+#include "arf/match/reading.h"
+
+namespace arf {
+
+/** How a search ended. */
+enum class Verdict
+{
+  Found,
+  Nothing,
+  TooLong,
+  WrongLocality,
+  WrongStreet,
+  WrongNumber,
+  Several
+};
+
+/** What exactly is wrong, in the order of how far a reading got. */
+enum class Fault : std::uint8_t
+{
+  None,
+  NothingRecognised,
+  LocalityUnknown,      ///< no name of a locality was found where one should stand
+  PlaceContradicts,     ///< state or postcode are not those of the locality
+  StreetMissing,        ///< nothing is left that could be a street
+  StreetUnknown,        ///< no street of that name in the locality
+  StreetTypeDiffers,    ///< the name is there, with another type or suffix
+  NumberMissing,        ///< no number was written, and the street alone does not decide
+  NumberUnknown,        ///< no such number in the street
+  UnitUnknown,          ///< the number is there, but not the unit, level or lot
+  SeveralAddresses,
+  SeveralLocalities,
+  TooLong
+};
+
+/** A fault with what is needed to put it into words later, when the input may be gone. */
+struct Failure
+{
+  Fault fault = Fault::None;
+  std::uint32_t locality = kNoIndex;
+  std::uint32_t street = kNoIndex;
+  std::uint32_t number = 0;    ///< house number, for UnitUnknown
+  FixedText<80> written;       ///< the words that are wrong
+  FixedText<24> writtenPlace;  ///< state and postcode as written
+  PointSet points;             ///< for SeveralAddresses
+};
+
+Verdict VerdictOf(Fault fault);
+
+class Decision
+{
+ public:
+  void Reset() { *this = {}; }
+
+  void Match(const PointSet& points, std::uint8_t penalty, const Reading& reading);
+  /** Units of an address that was written without one, and that is no address by itself. */
+  void Units(const PointSet& units, std::uint8_t penalty, const Reading& reading);
+  /** Whether `fault` got further than everything so far; the caller then fills the failure in. */
+  bool GoesFurther(Fault fault) const { return fault > failure_.fault; }
+  void Fail(const Failure& failure, const Reading& reading);
+
+  bool HasCandidates() const { return !best_.Empty() || !units_.Empty(); }
+  const Failure& Deepest() const { return failure_; }
+
+  /** Found only when one address has the least penalty and no unit is left open. */
+  bool IsFound() const { return best_.count == 1 && (units_.Empty() || units_.penalty > best_.penalty); }
+  std::uint32_t Ordinal() const { return best_.ordinals[0]; }
+  std::uint8_t Penalty() const { return best_.penalty; }
+  /** Turns candidates into the failure SeveralAddresses: those that IsFound does not decide, or all of them. */
+  void Close(bool all);
+
+  /** The reading that led to the answer or to the failure. */
+  const Reading& Chosen() const { return HasCandidates() ? bestReading_ : failedReading_; }
+
+ private:
+  PointSet best_;
+  PointSet units_;
+  Reading bestReading_;
+  Failure failure_;
+  Reading failedReading_;
+};
+
+}  // namespace arf
+
+#endif

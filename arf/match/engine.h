@@ -1,0 +1,32 @@
+/** What all searches over one open database share; immutable once made, so any number of threads may read it. */
+#ifndef QXPAF_ARF_MATCH_ENGINE_H
+#define QXPAF_ARF_MATCH_ENGINE_H
+
+#include <memory>
+
+#include "arf/format/database.h"
+#include "arf/match/name_index.h"
+
+namespace arf {
+
+class Engine
+{
+ public:
+  explicit Engine(std::unique_ptr<const Database> database)
+      : database_(std::move(database)),
+        localityNames_(*database_, &Database::LocalityNameCount, &Database::LocalityName),
+        streetNames_(*database_, &Database::StreetNameCount, &Database::StreetName) {}
+
+  const Database& Data() const { return *database_; }
+  const NameIndex& LocalityNames() const { return localityNames_; }
+  const NameIndex& StreetNames() const { return streetNames_; }
+
+ private:
+  std::unique_ptr<const Database> database_;
+  NameIndex localityNames_;
+  NameIndex streetNames_;
+};
+
+}  // namespace arf
+
+#endif

@@ -1,0 +1,141 @@
+#include "arf/match/last_line_fixer.h"
+
+#include <algorithm>
+
+#include "arf/match/one_typo.h"
+#include "arf/match/penalties.h"
+
+namespace arf {
+namespace {
+
+constexpr std::size_t kLongestName = 8;  // words
+constexpr std::size_t kShortestMistyped = 4;  // letters; shorter names are too close to each other
+
+// Ways to correct a line, in the order of preference.
+constexpr std::uint8_t kTypoPenalty = kFirstChange;
+constexpr std::uint8_t kWrongPlacePenalty = kFirstChange + 1;
+
+/** A name without its spaces. */
+FixedText<255> Compact(std::string_view key) {
+  FixedText<255> text;
+  while (!key.empty()) {
+    const std::size_t space = std::min(key.find(' '), key.size());
+    text.Append(key.substr(0, space));
+    key.remove_prefix(std::min(space + 1, key.size()));
+  }
+  return text;
+}
+
+}  // namespace
+
+LastLineAnswer LastLineFixer::Fix(const char* text) {
+  candidates_ = {};
+  failure_ = {};
+  reading_ = {};
+  nameIsKnown_ = false;
+  if (input_.Read(text) != InputFault::None)
+    failure_.fault = Fault::TooLong;
+  else
+    Collect();
+  return Answer();
+}
+
+/** Every way to cut place words off both ends; those that cut most first. */
+void LastLineFixer::Collect() {
+  const Tails tails(input_);
+  Line barest{{0, tails.begin()->localityEnd}, tails.begin()->place};
+  for (const Tail& tail : tails) {
+    Line line{{0, tail.localityEnd}, tail.place};
+    for (;;) {
+      CollectFrom(line);
+      const PlaceWords words = ReadPlaceAfter(input_, line.name.first, line.name.last, line.place);
+      if (words.count == 0) break;
+      line.name.first += words.count;
+      line.place.Merge(words.place);
+      if (&tail == tails.begin()) barest = line;
+    }
+  }
+  reading_.place = barest.place;
+  if (reading_.locality.Empty()) reading_.locality = barest.name;
+  if (!nameIsKnown_ && candidates_.Empty()) CollectTypos(barest);
+  if (!candidates_.Empty() || failure_.fault != Fault::None) return;
+  const bool something = !barest.place.Empty();
+  failure_.fault = something ? Fault::LocalityUnknown : Fault::NothingRecognised;
+  failure_.written.Append(input_.Text(barest.name));
+  failure_.writtenPlace = barest.place.Text();
+}
+
+void LastLineFixer::CollectFrom(const Line& line) {
+  if (line.name.Empty())
+    CollectPostcode(line);
+  else if (line.name.last - line.name.first <= kLongestName)
+    CollectName(line);
+}
+
+void LastLineFixer::CollectName(const Line& line) {
+  for (const NameHit& hit : engine_.LocalityNames().Find(input_, line.name)) {
+    nameIsKnown_ = true;
+    const auto penalty = static_cast<std::uint8_t>(hit.fit);
+    for (const std::uint32_t locality : data_.LocalitiesNamed(hit.name)) Add(line, locality, penalty);
+  }
+}
+
+/** Nothing but a postcode, or a postcode and a state. */
+void LastLineFixer::CollectPostcode(const Line& line) {
+  if (line.place.postcode.Empty()) return;
+  for (const std::uint32_t locality : data_.LocalitiesOfPostcode(line.place.postcode.View()))
+    if (line.place.StateFits(data_.LocalityAt(locality))) Add(line, locality, 0);
+}
+
+/** A locality whose name fits. Name and one of state and postcode outvote the other. */
+void LastLineFixer::Add(const Line& line, std::uint32_t index, std::uint8_t penalty) {
+  const Locality locality = data_.LocalityAt(index);
+  const bool stateFits = line.place.StateFits(locality);
+  const bool postcodeFits = line.place.PostcodeFits(locality);
+  const bool outvoted = (stateFits && !line.place.state.empty()) || (postcodeFits && !line.place.postcode.Empty());
+  if ((stateFits && postcodeFits) || (outvoted && penalty < kFirstChange)) {
+    if (!(stateFits && postcodeFits)) penalty = static_cast<std::uint8_t>(penalty + kWrongPlacePenalty);
+    candidates_.Add(index, penalty);
+    reading_.locality = line.name;
+    return;
+  }
+  if (failure_.fault == Fault::PlaceContradicts) return;
+  failure_.fault = Fault::PlaceContradicts;
+  failure_.locality = index;
+  failure_.writtenPlace = line.place.Text();
+}
+
+void LastLineFixer::CollectTypos(const Line& line) {
+  if (line.name.Empty()) return;
+  const FixedText<255> written = Compact(input_.Text(line.name));
+  if (written.View().size() < kShortestMistyped || input_.HasDigit(line.name)) return;
+  if (!line.place.postcode.Empty()) {
+    for (const std::uint32_t locality : data_.LocalitiesOfPostcode(line.place.postcode.View()))
+      CollectTypo(line, written.View(), data_.LocalityAt(locality).nameIndex);
+    return;
+  }
+  for (std::uint32_t name = 0; name < data_.LocalityNameCount(); ++name) CollectTypo(line, written.View(), name);
+}
+
+void LastLineFixer::CollectTypo(const Line& line, std::string_view written, std::uint32_t name) {
+  constexpr std::size_t kMostSpaces = kLongestName;
+  const std::string_view key = data_.LocalityName(name);
+  if (key.size() + 1 < written.size() || key.size() > written.size() + 1 + kMostSpaces) return;
+  if (!IsOneTypoApart(Compact(key).View(), written)) return;
+  for (const std::uint32_t locality : data_.LocalitiesNamed(name)) Add(line, locality, kTypoPenalty);
+}
+
+LastLineAnswer LastLineFixer::Answer() {
+  if (candidates_.count == 1) {
+    failure_ = {};
+    return {Verdict::Found, candidates_.ordinals[0], candidates_.penalty >= kFirstChange};
+  }
+  if (candidates_.count > 1) {
+    failure_ = {};
+    failure_.fault = Fault::SeveralLocalities;
+    failure_.points = candidates_;
+  }
+  return {VerdictOf(failure_.fault), 0, false};
+}
+
+}  // namespace arf

@@ -1,0 +1,133 @@
+/**
+ * What programs need to know about the Australian plug-in, libqxarfau.so: its status codes, its find statuses and the
+ * fields of its address record. Valid C99 and C++17; it declares no functions, those are in <qxpaf/paf.h>.
+ *
+ * The plug-in is not certified for address matching, and the identifiers that it answers are those of the data that
+ * the database was built from: they are delivery point identifiers of the post office only if that data has such.
+ */
+#ifndef QXPAF_ARF_AU_H
+#define QXPAF_ARF_AU_H
+
+/**
+ * Status codes of the plug-in, besides the library's own (6404 out of memory, 6406 buffer too small, 6408 not offered,
+ * 6495 file missing). pafGetErrorDescription gives a sentence for each; directly after the failure it says in addition
+ * what was wrong with this input and what the data has instead. After a failure of a search nothing was found: there is
+ * no "best guess" in the buffer.
+ */
+enum PafAuStatus
+{
+  /* Searches. */
+
+  /** Nothing in the text is a locality or a street, or the text is empty. Remedy: write street, number and locality. */
+  PAF_AU_ERR_NOT_FOUND = 1,
+  /** More than one address (or locality) fits, or a unit is missing. Remedy: add unit, state, postcode or street type;
+      the description lists what fits. */
+  PAF_AU_ERR_SEVERAL_FOUND = 2,
+  /** The locality is known, the street is not in it, has another type, or is missing. Remedy: check the street's name,
+      type and suffix; the description names streets of the same name. */
+  PAF_AU_ERR_WRONG_STREET = 3,
+  /** The street is known, the number, unit, level or lot is not there, or the number is missing. Remedy: check the
+      number; the description says which numbers or units exist. */
+  PAF_AU_ERR_WRONG_NUMBER = 4,
+  /** No locality of that name, or state or postcode are not those of the locality. Remedy: check the last line, or let
+      pafFixLastLineId correct it; the description says where the locality is. */
+  PAF_AU_ERR_WRONG_LOCALITY = 5,
+  /** The text has more than 4,096 bytes or 96 words. Remedy: pass one address at a time. */
+  PAF_AU_ERR_INPUT_TOO_LONG = 6,
+
+  /* Records and enumerations. */
+
+  /** No address of the database has this identifier. Remedy: check the number and which database is open. */
+  PAF_AU_ERR_UNKNOWN_DPID = 10,
+  /** The query record cannot be used: the identifier is no number, or nothing usable is filled in. Remedy: fill field 8,
+      or fields 4 to 6. */
+  PAF_AU_ERR_BAD_QUERY = 11,
+  /** There is no enumeration to continue. Remedy: start one with pafGetAddressId. */
+  PAF_AU_ERR_NO_ENUMERATION = 12,
+
+  /* Properties. */
+
+  /** No property of that name. Remedy: ask for "Properties", which lists them. */
+  PAF_AU_ERR_UNKNOWN_PROPERTY = 20,
+  /** The property can only be read. Remedy: none is needed, its value is fixed. */
+  PAF_AU_ERR_READ_ONLY_PROPERTY = 21,
+  /** The property does not take this value. Remedy: see the description, which names the rule. */
+  PAF_AU_ERR_PROPERTY_VALUE = 22,
+
+  /* Opening; the text that comes with the code names the file. */
+
+  /** The file is of another kind. Remedy: name the directory that the builder wrote. */
+  PAF_AU_ERR_NOT_A_DATABASE = 30,
+  /** The file has another format version. Remedy: build it again with the builder of this release. */
+  PAF_AU_ERR_DATABASE_VERSION = 31,
+  /** The file is shorter than it should be. Remedy: copy or build it again. */
+  PAF_AU_ERR_DATABASE_TRUNCATED = 32,
+  /** The file's contents do not agree with its checksums. Remedy: copy or build it again. */
+  PAF_AU_ERR_DATABASE_DAMAGED = 33,
+  /** The operation needs an open database, or Open was called twice. Remedy: open the database once, first. */
+  PAF_AU_ERR_NOT_OPEN = 34,
+
+  /** A fault of the plug-in itself. Remedy: report it with the input that led to it. */
+  PAF_AU_ERR_INTERNAL = 99
+};
+
+/** How the last search of an instance went, as pafGetFindStatusId answers it; also field 9 of records. */
+enum PafAuFindStatus
+{
+  PAF_AU_FIND_NONE = 0,           /**< nothing has been searched yet */
+  PAF_AU_FIND_MATCHED = 1,        /**< found as written, up to usual abbreviations */
+  PAF_AU_FIND_CHANGED = 2,        /**< found, but something that was written was replaced or passed over */
+  PAF_AU_FIND_SEVERAL = 3,        /**< PAF_AU_ERR_SEVERAL_FOUND */
+  PAF_AU_FIND_NO_NUMBER = 4,      /**< PAF_AU_ERR_WRONG_NUMBER: the street is right */
+  PAF_AU_FIND_NO_STREET = 5,      /**< PAF_AU_ERR_WRONG_STREET: the locality is right */
+  PAF_AU_FIND_NO_LOCALITY = 6,    /**< PAF_AU_ERR_WRONG_LOCALITY */
+  PAF_AU_FIND_NOTHING = 7,        /**< PAF_AU_ERR_NOT_FOUND, PAF_AU_ERR_UNKNOWN_DPID */
+  PAF_AU_FIND_NOT_SEARCHED = 8    /**< the input was refused: too long, or a query that cannot be used */
+};
+
+/**
+ * Fields of the address record, numbered from 1. Records are texts whose fields are separated by the property
+ * "Delimiter" (TAB unless set); the property "OutputFields" chooses which fields answers have. A name in brackets is
+ * the field's name in "OutputFields"; numbers not listed (27 to 39) are reserved and always empty.
+ */
+enum PafAuField
+{
+  PAF_AU_FIELD_ADDRESS_LINE_1 = 1,         /**< [AddressLine1] the building's name if there is one, else the street line */
+  PAF_AU_FIELD_ADDRESS_LINE_2 = 2,         /**< [AddressLine2] the street line behind a building's name */
+  PAF_AU_FIELD_ADDRESS_LINE_3 = 3,         /**< [AddressLine3] always empty */
+  PAF_AU_FIELD_LOCALITY = 4,               /**< [Locality] */
+  PAF_AU_FIELD_STATE = 5,                  /**< [State] its code, "NSW" */
+  PAF_AU_FIELD_POSTCODE = 6,               /**< [Postcode] four digits */
+  PAF_AU_FIELD_COUNTRY = 7,                /**< [Country] "AUSTRALIA" */
+  PAF_AU_FIELD_DPID = 8,                   /**< [DPID] the identifier, eight digits */
+  PAF_AU_FIELD_MATCH_QUALITY = 9,          /**< [MatchQuality] a find status */
+  PAF_AU_FIELD_BUILDING = 10,              /**< [Building] */
+  PAF_AU_FIELD_UNIT_TYPE = 11,             /**< [UnitType] full form, "APARTMENT" */
+  PAF_AU_FIELD_UNIT_NUMBER = 12,           /**< [UnitNumber] "3", "G07" */
+  PAF_AU_FIELD_LEVEL_TYPE = 13,            /**< [LevelType] full form, "LEVEL" */
+  PAF_AU_FIELD_LEVEL_NUMBER = 14,          /**< [LevelNumber] */
+  PAF_AU_FIELD_LOT = 15,                   /**< [Lot] */
+  PAF_AU_FIELD_NUMBER_FIRST = 16,          /**< [NumberFirst] */
+  PAF_AU_FIELD_NUMBER_FIRST_SUFFIX = 17,   /**< [NumberFirstSuffix] */
+  PAF_AU_FIELD_NUMBER_LAST = 18,           /**< [NumberLast] of a range; empty otherwise */
+  PAF_AU_FIELD_NUMBER_LAST_SUFFIX = 19,    /**< [NumberLastSuffix] */
+  PAF_AU_FIELD_STREET_NAME = 20,           /**< [StreetName] */
+  PAF_AU_FIELD_STREET_TYPE = 21,           /**< [StreetType] full form, "STREET" */
+  PAF_AU_FIELD_STREET_SUFFIX = 22,         /**< [StreetSuffix] full form, "WEST" */
+  PAF_AU_FIELD_POSTAL_TYPE = 23,           /**< [PostalType] "PO BOX", "LOCKED BAG" */
+  PAF_AU_FIELD_POSTAL_NUMBER = 24,         /**< [PostalNumber] "123", "C96" */
+  PAF_AU_FIELD_ALTERNATIVE_LOCALITY = 25,  /**< [AlternativeLocality] always empty in this release */
+  PAF_AU_FIELD_MATCHED_TEXT = 26,          /**< [MatchedText] the input as read; only in pafGetParsedInputId */
+  PAF_AU_FIELD_SORT_PLAN_NUMBER = 40,      /**< [SortPlanNumber] attribute column "sort_plan_number" of the data */
+  PAF_AU_FIELD_BARCODE = 41,               /**< [Barcode] always empty in this release */
+  PAF_AU_FIELD_SOURCE_IDENTIFIER = 42,     /**< [SourceIdentifier] attribute column "source_identifier" */
+  PAF_AU_FIELD_LATITUDE = 43,              /**< [Latitude] degrees with six decimals, south negative */
+  PAF_AU_FIELD_LONGITUDE = 44,             /**< [Longitude] */
+  PAF_AU_FIELD_GEOCODE_RELIABILITY = 45,   /**< [GeocodeReliability] attribute column "geocode_reliability" */
+  PAF_AU_FIELD_MESH_BLOCK = 46,            /**< [MeshBlock] attribute column "mesh_block" */
+  PAF_AU_FIELD_STATISTICAL_AREA = 47,      /**< [StatisticalArea] attribute column "statistical_area" */
+  PAF_AU_FIELD_LOCAL_GOVERNMENT_AREA = 48, /**< [LocalGovernmentArea] attribute column "local_government_area" */
+  PAF_AU_FIELD_COUNT = 48                  /**< fields of a whole record */
+};
+
+#endif

@@ -1,0 +1,79 @@
+// The constant tables behind letter case, character classes and accents. scripts/gen_unicode.py writes their contents
+// from the Unicode Character Database, in the versions that the results are fixed to; they need no work at start-up.
+#ifndef QXPAF_SRC_TEXT_UNICODE_TABLES_H
+#define QXPAF_SRC_TEXT_UNICODE_TABLES_H
+
+#include <cstddef>
+#include <cstdint>
+
+namespace qxpaf {
+
+// The number of leading high bytes whose pages come first in every table, in order, so that Latin, Greek, Cyrillic,
+// Armenian and Hebrew letters are looked up without the index.
+inline constexpr std::size_t kLeadingPages = 6;
+
+// One entry for every code point of the Basic Multilingual Plane, in pages of 256 that equal stretches share. Entry 0
+// says that the table has nothing about the character.
+template <std::size_t kPages>
+struct BmpTable
+{
+  std::uint8_t pageOf[256];
+  std::uint16_t entries[kPages * 256];
+
+  // 0 outside the plane, negative values included.
+  std::uint32_t Entry(wchar_t c) const
+  {
+    const auto codePoint = static_cast<std::uint32_t>(c);
+    if (codePoint < kLeadingPages * 256) [[likely]]
+      return entries[codePoint];
+    if (codePoint > 0xFFFF) return 0;
+    return entries[pageOf[codePoint >> 8] * 256U + (codePoint & 0xFF)];
+  }
+};
+
+// Mapped characters.
+extern const BmpTable<16> kLowerCase;
+extern const BmpTable<17> kUpperCase;
+extern const BmpTable<9> kAccents;
+
+// Folds: characters, or rows of the lists further down.
+extern const BmpTable<19> kCaseFold;
+
+// Property words: a category code in bits 0-5 and flags above them.
+extern const BmpTable<68> kProperties;
+
+inline constexpr unsigned int kCategoryMask = 0x3F;
+inline constexpr unsigned int kDecimalDigit = 16;
+inline constexpr unsigned int kGroupShift = 3;
+inline constexpr unsigned int kPunctuationGroup = 5;
+
+inline constexpr unsigned int kAlphabetic = 1U << 6;
+inline constexpr unsigned int kUppercase = 1U << 7;
+inline constexpr unsigned int kLowercase = 1U << 8;
+inline constexpr unsigned int kWhiteSpace = 1U << 9;
+inline constexpr unsigned int kHexDigit = 1U << 10;
+
+// Fold entries that are no characters: kPairMark + row of kFoldPairs, kTripleMark + row of kFoldTriples. They take the
+// place of surrogates, which nothing folds to.
+inline constexpr unsigned int kPairMark = 0xD800;
+inline constexpr unsigned int kTripleMark = 0xDA00;
+inline constexpr unsigned int kListMarkMask = 0xFE00;
+
+// Folds of two and of three characters, in reading order, by ascending code point of what is folded.
+extern const std::uint16_t kFoldPairs[88][2];
+extern const std::uint16_t kFoldTriples[16][3];
+
+// Windows-1252, byte to byte; bytes that stay are their own entries.
+extern const std::uint8_t kAnsiUpper[256];
+extern const std::uint8_t kAnsiLower[256];
+extern const std::uint8_t kAnsiAccents[256];
+
+// The byte that replaces a UTF-8 sequence, 0 for none: U+00C0-U+023F in two bytes, U+1E00-U+1EFF in three.
+inline constexpr std::uint32_t kFirstUtf8BaseOfTwo = 0x00C0;
+inline constexpr std::uint32_t kFirstUtf8BaseOfThree = 0x1E00;
+extern const std::uint8_t kUtf8BasesOfTwo[384];
+extern const std::uint8_t kUtf8BasesOfThree[256];
+
+}  // namespace qxpaf
+
+#endif

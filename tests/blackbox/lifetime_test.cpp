@@ -1,0 +1,88 @@
+// The library's beginning and end, in processes of their own.
+#include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/wait.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "blackbox/support/workspace.h"
+
+namespace blackbox {
+namespace {
+
+std::string Contents(const std::string& path)
+{
+  std::ifstream file(path);
+  std::ostringstream contents;
+  contents << file.rdbuf();
+  return contents.str();
+}
+
+class LifetimeTest : public testing::TestWithParam<const char*>
+{
+ protected:
+  /** Runs a program; it must end by itself, with 0. */
+  void Run(const std::string& command)
+  {
+    setenv("QXPAF_FAKE_LOG", (workspace.Root() + "/log").c_str(), 1);
+    const int status = std::system((command + " > output 2>&1").c_str());
+    EXPECT_TRUE(WIFEXITED(status)) << "signal " << WTERMSIG(status);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(Contents("output"), "");
+    log = Contents("log");
+    EXPECT_EQ(log.find("VIOLATION"), std::string::npos) << log;
+  }
+
+  /** No database and no searcher was touched when the library went away. */
+  void ExpectNothingReleased()
+  {
+    for (const char* event : {"Release", "DbClose", "DbRelease"}) EXPECT_EQ(log.find(event), std::string::npos) << log;
+  }
+
+  Workspace workspace{std::vector<std::string>{}};
+  std::string log;
+};
+
+class UnloadTest : public LifetimeTest
+{
+};
+
+TEST_P(UnloadTest, LeavesTheProcessAlive)
+{
+  Run(std::string(UNLOAD_PROGRAM) + " " + GetParam() + " " + QXPAF_LIBRARY);
+  if (std::string(GetParam()) == "open_instances" || std::string(GetParam()) == "thread_outlives")
+    ExpectNothingReleased();
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, UnloadTest,
+                         testing::Values("thread_outlives", "open_instances", "again_and_again", "by_another_thread"));
+
+class ExitTest : public LifetimeTest
+{
+};
+
+TEST_P(ExitTest, EndsWell)
+{
+  Run(std::string(EXIT_PROGRAM) + " " + GetParam());
+  if (std::string(GetParam()).find("return") == 0 || std::string(GetParam()).find("thread") != std::string::npos)
+    ExpectNothingReleased();
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, ExitTest,
+                         testing::Values("return", "exit_in_thread", "thread_inside", "thread_with_error",
+                                         "force_close_at_exit", "fork"));
+
+class EarlyTest : public LifetimeTest
+{
+};
+
+TEST_P(EarlyTest, ServesOtherLibrariesConstructorsAndDestructors)
+{
+  Run(GetParam());
+}
+
+INSTANTIATE_TEST_SUITE_P(Orders, EarlyTest, testing::Values(EARLY_FIRST, EARLY_LAST, EARLY_LINKED));
+
+}  // namespace
+}  // namespace blackbox

@@ -1,0 +1,193 @@
+// Ten thousand random texts through every function that takes one. QXPAF_TEST_SEED repeats a run.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+
+#include "blackbox/support/fake.h"
+#include "blackbox/support/guarded_buffer.h"
+#include "blackbox/support/session.h"
+#include "qxpaf/paf.h"
+
+namespace blackbox {
+namespace {
+
+constexpr int kRounds = 10000;
+
+unsigned Seed()
+{
+  static const unsigned seed = [] {
+    const char* given = std::getenv("QXPAF_TEST_SEED");
+    const unsigned chosen =
+        given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
+    std::printf("QXPAF_TEST_SEED=%u\n", chosen);
+    return chosen;
+  }();
+  return seed;
+}
+
+class RobustnessTest : public SessionTest
+{
+ protected:
+  void SetUp() override
+  {
+    SessionTest::SetUp();
+    random.seed(Seed());
+  }
+
+  int Number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); }
+
+  /** Mostly short, sometimes longer than every buffer of the library. */
+  std::string Text()
+  {
+    const int most = Number(0, 9) == 0 ? 5000 : 40;
+    std::string text(static_cast<size_t>(Number(0, most)), '\0');
+    for (char& c : text) c = static_cast<char>(Number(1, 255));
+    return text;
+  }
+
+  /** One call with text in, text out: the text arrives, the answer comes back as far as it fits. */
+  template <class Call>
+  void Check(FakeOperation operation, size_t outSize, const std::string& text, Call call)
+  {
+    fake->clearCalls();
+    GuardedBuffer out(outSize);
+    ASSERT_EQ(call(text.c_str(), out.data(), out.size()), 0);
+    ASSERT_EQ(fake.Last(operation).arguments.at(0), text);
+    ASSERT_EQ(out.Text(), answer.substr(0, outSize - 1));
+  }
+
+  std::mt19937 random;
+  std::string answer;
+};
+
+TEST_F(RobustnessTest, InOutFunctions)
+{
+  for (int round = 0; round < kRounds; ++round) {
+    const std::string text = Text();
+    answer = Text();
+    const auto size = static_cast<size_t>(Number(1, 3000));
+    const int sizeOfBuffer = static_cast<int>(size);
+    fake->clearCalls();
+    fake.Answer(kFakeLookupAddress, 0, answer.c_str());
+    fake.Answer(kFakeFixLastLine, 0, answer.c_str());
+    fake.Answer(kFakeValidatePartialAddress, 0, answer.c_str());
+
+    GuardedBuffer lookup(text, size);
+    ASSERT_EQ(pafLookupAddress(id, lookup.data(), sizeOfBuffer, round % 2), 0);
+    ASSERT_EQ(fake.Last(kFakeLookupAddress).arguments.at(0), text);
+    ASSERT_EQ(lookup.Text(), answer.substr(0, std::min<size_t>(2047, size - 1)));
+
+    GuardedBuffer lastLine(text, size);
+    ASSERT_EQ(pafFixLastLineId(id, lastLine.data(), sizeOfBuffer), 0);
+    ASSERT_EQ(fake.Last(kFakeFixLastLine).arguments.at(0), text);
+    ASSERT_EQ(lastLine.Text(), answer.substr(0, std::min<size_t>(511, size - 1)));
+
+    GuardedBuffer partial(text, size);
+    ASSERT_EQ(pafValidatePartialAddressId(id, partial.data(), sizeOfBuffer), 0);
+    ASSERT_EQ(fake.Last(kFakeValidatePartialAddress).arguments.at(0), text);
+    ASSERT_EQ(partial.Text(), answer.substr(0, std::min<size_t>(9, size - 1)));
+  }
+}
+
+TEST_F(RobustnessTest, DirectFunctions)
+{
+  for (int round = 0; round < kRounds; ++round) {
+    const std::string text = Text();
+    answer = Text();
+    const auto size = static_cast<size_t>(Number(1, 300));
+    for (FakeOperation operation : {kFakeGetAddress, kFakeGetPopupHint, kFakeGetAddressHint, kFakeValidateFullAddress,
+                                    kFakeFormatAddress, kFakeGetSearchStatistics})
+      fake.Answer(operation, 0, answer.c_str());
+    Check(kFakeGetAddress, size, text,
+          [&](const char* in, char* out, int n) { return pafGetAddressId(id, in, out, n); });
+    Check(kFakeGetPopupHint, size, text,
+          [&](const char* in, char* out, int n) { return pafGetPopupHintId(id, in, in, round, out, n); });
+    Check(kFakeGetAddressHint, size, text,
+          [&](const char* in, char* out, int n) { return pafGetAddressHintId(id, in, in, out, n); });
+    Check(kFakeValidateFullAddress, size, text,
+          [&](const char* in, char* out, int n) { return pafValidateFullAddressId(id, in, out, n, round, nullptr); });
+    Check(kFakeFormatAddress, size, text,
+          [&](const char* in, char* out, int n) { return pafFormatAddressId(id, in, out, round, n); });
+    Check(kFakeGetSearchStatistics, size, text,
+          [&](const char* in, char* out, int n) { return pafGetSearchStatistics(id, in, in, in, in, out, n); });
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST_F(RobustnessTest, FunctionsWithoutOutput)
+{
+  for (int round = 0; round < kRounds; ++round) {
+    const std::string text = Text();
+    fake->clearCalls();
+    ASSERT_EQ(pafSetGeographicalCodesId(id, text.c_str()), 0);
+    ASSERT_EQ(pafBeginPolygonSearch(id, text.c_str(), text.c_str()), 0);
+    ASSERT_EQ(pafBeginAddressSearch(id, text.c_str()), 0);
+    ASSERT_EQ(fake.Last(kFakeSetGeographicalCodes).arguments.at(0), text);
+    ASSERT_EQ(fake.Last(kFakeBeginPolygonSearch).arguments.at(1), text);
+    ASSERT_EQ(fake.Last(kFakeBeginAddressSearch).arguments.at(0), text);
+  }
+}
+
+TEST_F(RobustnessTest, DatabaseNames)
+{
+  workspace.Configure({"ARF/=@/*", "ARF/AU=/wild/*", "ArfBaseDir=@", "PafDir=@"});
+  Fake au("libqxarfau.so");
+  const char* const kBeginnings[] = {"", "AU.", "DLL:", "/", "au./", "DLL:FakeTwo;", "xx.", "NZ."};
+  for (int round = 0; round < kRounds; ++round) {
+    const std::string name = kBeginnings[Number(0, 7)] + Text();
+    int opened = 0;
+    const int status = pafOpenArfId(&opened, Number(-1, 5), name.c_str());
+    if (status == 0) {
+      ASSERT_EQ(pafClosePafId(opened), 0);
+    } else {
+      ASSERT_GT(status, 0);
+      Describe(status, Number(1, 600));
+    }
+    fake->clearCalls();
+    au->clearCalls();
+  }
+  EXPECT_EQ(fake->counter(kFakeLiveSearchers), 1) << "the fixture's instance";
+  EXPECT_EQ(au->counter(kFakeLiveDbs), 0);
+}
+
+TEST_F(RobustnessTest, Configurations)
+{
+  Fake au("libqxarfau.so");
+  for (int round = 0; round < kRounds / 10; ++round) {
+    std::string contents;
+    for (int line = Number(0, 8); line > 0; --line) {
+      const char* const kKeys[] = {
+          "ARF/AU/", "ARF/", "ArfBaseDir=", "OpenPaf=", "PindleSvr/", "", "ARF/AU=", "PafDir="};
+      contents += kKeys[Number(0, 7)] + Text() + (Number(0, 5) == 0 ? "" : "\n");
+    }
+    workspace.WriteFile(".morvex", contents);
+    const std::string name = "AU.name" + std::to_string(round);
+    const int status = pafOpenArfId2(0, name.c_str());
+    ASSERT_TRUE(status > 0 || status == -PAF_ERR_NOT_CONFIGURED) << status;
+    if (status > 0) {
+      ASSERT_EQ(pafClosePafId(status), 0);
+    }
+  }
+}
+
+TEST_F(RobustnessTest, Versions)
+{
+  fake->setCountry("AU");
+  const std::string alphabet = "0123456789.5.7.8.x -+";
+  for (int round = 0; round < kRounds; ++round) {
+    std::string version(static_cast<size_t>(Number(0, 40)), '\0');
+    for (char& c : version) c = alphabet[static_cast<size_t>(Number(0, static_cast<int>(alphabet.size()) - 1))];
+    fake->setProperty("PafLibVersion", version.c_str(), 0);
+    const int level1 = pafBeginGifConcordance(id, 1, 2, 3, 4, 5, 6);
+    const int level2 = pafBeginAddressSearch(id, "q");
+    ASSERT_TRUE(level1 == 0 || level1 == PAF_ERR_NOT_IMPLEMENTED) << version;
+    ASSERT_TRUE(level2 == 0 || level2 == PAF_ERR_NOT_IMPLEMENTED) << version;
+    ASSERT_FALSE(level2 == 0 && level1 != 0) << "newer than 5.8.278 is newer than 5.7.270: " << version;
+    fake->clearCalls();
+  }
+}
+
+}  // namespace
+}  // namespace blackbox

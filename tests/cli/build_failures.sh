@@ -1,0 +1,16 @@
+# What cannot be built: said on standard error, status 2, nothing left behind; bad rows can be left out.
+check() { paf build "$@" >out 2>err; echo "$?: paf build $*"; cat out err; }
+printf 'dpid,street_name,locality,state,postcode\n40000001,HIGH,EXAMPLETON,VIC,3999\n' >good.csv
+printf '12,HIGH,EXAMPLETON,VIC,3999\n40000002,LOW,EXAMPLETON,VIC,39\n' | cat good.csv - >bad.csv
+printf 'dpid,locality,state\n' >columns.csv
+: >empty.csv
+check missing.csv out.d
+check empty.csv out.d
+check columns.csv out.d
+check bad.csv out.d
+check good.csv no/such/parent
+check good.csv good.csv
+check --name "NZ Post" good.csv out.d
+ls -A
+check --skip-bad-rows bad.csv out.d
+ls -A out.d

@@ -1,0 +1,4 @@
+# Everything in order.
+. "$CASE_DATA/prelude.sh"
+build_database
+paf doctor

@@ -1,0 +1,153 @@
+// How often the conversions allocate, and whether the results are as large as they need to be. This program replaces the
+// allocation functions.
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <utility>
+
+#include <gtest/gtest.h>
+
+#include "qxpaf/text/encoding.h"
+
+namespace {
+
+thread_local int allocations = 0;
+
+}  // namespace
+
+void* operator new(std::size_t size)
+{
+  ++allocations;
+  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept
+{
+  std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept
+{
+  std::free(memory);
+}
+
+namespace {
+
+// Up to here strings may round their capacity up to twice the capacity of a string without memory of its own.
+constexpr std::size_t kRounded = 30;
+
+template <class Convert>
+void ExpectAllocations(int atMost, Convert convert)
+{
+  allocations = 0;
+  const auto result = convert();
+  const int counted = allocations;
+  EXPECT_LE(counted, atMost) << result.size();
+  EXPECT_LE(result.capacity(), std::max(result.size() + 1, kRounded)) << result.size();
+}
+
+std::string Repeat(const std::string& text, std::size_t size)
+{
+  std::string out;
+  while (out.size() + text.size() <= size) out += text;
+  return out;
+}
+
+class Lengths : public testing::TestWithParam<std::size_t>
+{
+ protected:
+  const std::string ascii_ = Repeat("1 GEORGE STREET ", GetParam());
+  const std::string accented_ = Repeat("12 Rue de l'\xC3\x89glise, \xC5\x92uilly ", GetParam());
+  const std::string mixed_ =
+      Repeat("\xCE\x9F\xCE\xB4\xCF\x8C\xCF\x82 7, \xE6\x9D\xB1\xE4\xBA\xAC \xF0\x9F\x98\x80", GetParam());
+};
+
+TEST_P(Lengths, ReadersOfUtf8AllocateTheResultOnly)
+{
+  for (const std::string* text : {&ascii_, &accented_, &mixed_}) {
+    ExpectAllocations(1, [&] { return Utf8ToWide(*text); });
+    ExpectAllocations(1, [&] { return FromUtf8IfWide<std::wstring>(*text); });
+    ExpectAllocations(1, [&] {
+      std::wstring out;
+      EXPECT_TRUE(ReadUtf8String(out, text->c_str()));
+      return out;
+    });
+    ExpectAllocations(1, [&] {
+      std::wstring out;
+      EXPECT_TRUE(Utf8ToUtf16(out, text->c_str(), false));
+      return out;
+    });
+    ExpectAllocations(1, [&] {
+      std::string out;
+      ReadUtf8StringTolerant(out, text->c_str());
+      return out;
+    });
+  }
+}
+
+TEST_P(Lengths, ReadersReuseWhatTheStringHas)
+{
+  std::wstring out = Utf8ToWide(mixed_);
+  allocations = 0;
+  EXPECT_TRUE(ReadUtf8String(out, mixed_.c_str()));
+  EXPECT_EQ(allocations, 0);
+}
+
+TEST_P(Lengths, MalformedTextCostsOneMoreAllocation)
+{
+  const std::string strays = Repeat("\x80\x81 ", GetParam());
+  ExpectAllocations(2, [&] { return Utf8ToWide(strays); });
+  ExpectAllocations(2, [&] { return Utf8ToWide(Repeat("x", GetParam()) + strays); });
+}
+
+TEST_P(Lengths, WritersOfUtf8AllocateTheResultOnly)
+{
+  for (const std::string* text : {&ascii_, &accented_, &mixed_}) {
+    const std::wstring wide = Utf8ToWide(*text);
+    ExpectAllocations(1, [&] { return WideToUtf8(wide); });
+    ExpectAllocations(1, [&] { return StringToUtf8(wide.c_str()); });
+    std::wstring units;
+    ASSERT_TRUE(Utf8ToUtf16(units, text->c_str(), false));
+    allocations = 0;
+    EXPECT_EQ(WideToUtf8(units), *text);
+    EXPECT_LE(allocations, 1);
+  }
+}
+
+TEST_P(Lengths, AnsiConversionsAllocateTheResultOnly)
+{
+  for (const std::string* text : {&ascii_, &accented_, &mixed_}) {
+    const std::wstring wide = Utf8ToWide(*text);
+    const std::string ansi = WideToAnsi(wide, '?');
+    ExpectAllocations(1, [&] { return WideToAnsi(wide, '?'); });
+    ExpectAllocations(1, [&] { return CharsetConvert(wide, CharsetLatin1, '?'); });
+    ExpectAllocations(1, [&] { return AnsiToWide(ansi); });
+    ExpectAllocations(1, [&] { return StringToUtf8(ansi); });
+    ExpectAllocations(1, [&] { return StringToUtf8(ansi.c_str()); });
+  }
+}
+
+TEST_P(Lengths, Windows1252ToUtf8OfItsArgument)
+{
+  std::string ascii = ascii_;
+  ExpectAllocations(0, [&] { return Windows1252ToUtf8(std::move(ascii)); });
+  std::string accented = WideToAnsi(Utf8ToWide(accented_), '?');
+  ExpectAllocations(1, [&] { return Windows1252ToUtf8(std::move(accented)); });
+}
+
+TEST_P(Lengths, Utf16AndUcs2AllocateTheResultOnly)
+{
+  const std::wstring wide = Utf8ToWide(mixed_);
+  std::u32string codePoints(wide.begin(), wide.end());
+  ExpectAllocations(1, [&] {
+    std::wstring out;
+    Utf32ToUtf16(out, reinterpret_cast<const unsigned int*>(codePoints.c_str()));
+    return out;
+  });
+  ExpectAllocations(1, [&] { return UnicodeToUCS2BE(wide.c_str()); });
+}
+
+INSTANTIATE_TEST_SUITE_P(Texts, Lengths, testing::Values(0, 16, 45, 255, 256, 257, 600, 100000));
+
+}  // namespace
