@@ -3,7 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 
-#include <cwchar>
+#include <cstdint>
 #include <stdexcept>
 #include <string>
 
@@ -24,7 +24,7 @@ enum Sample
   kLatinAccents
 };
 
-const std::string& Utf8Sample(int sample)
+const std::string& Utf8Sample(Sample sample)
 {
   const auto repeat = [](const std::string& text) {
     std::string out;
@@ -39,18 +39,19 @@ const std::string& Utf8Sample(int sample)
   return samples[sample];
 }
 
-const std::wstring& WideSample(int sample)
+const std::wstring& WideSample(Sample sample)
 {
-  static const std::wstring samples[] = {Utf8ToWide(Utf8Sample(0)), Utf8ToWide(Utf8Sample(1)),
-                                         Utf8ToWide(Utf8Sample(2)), Utf8ToWide(Utf8Sample(3))};
+  static const std::wstring samples[] = {Utf8ToWide(Utf8Sample(kAddressLine)), Utf8ToWide(Utf8Sample(kLongAscii)),
+                                         Utf8ToWide(Utf8Sample(kMixedScripts)), Utf8ToWide(Utf8Sample(kLatinAccents))};
   return samples[sample];
 }
 
 // Characters without a byte become "?".
-const std::string& AnsiSample(int sample)
+const std::string& AnsiSample(Sample sample)
 {
-  static const std::string samples[] = {WideToAnsi(WideSample(0), '?'), WideToAnsi(WideSample(1), '?'),
-                                        WideToAnsi(WideSample(2), '?'), WideToAnsi(WideSample(3), '?')};
+  static const std::string samples[] = {
+      WideToAnsi(WideSample(kAddressLine), '?'), WideToAnsi(WideSample(kLongAscii), '?'),
+      WideToAnsi(WideSample(kMixedScripts), '?'), WideToAnsi(WideSample(kLatinAccents), '?')};
   return samples[sample];
 }
 
@@ -58,25 +59,26 @@ template <class Text, class Convert>
 void Run(benchmark::State& state, const Text& text, Convert convert)
 {
   for (auto _ : state) benchmark::DoNotOptimize(convert(text));
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size() * sizeof(text[0])));
+  state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size() * sizeof(text[0])));
 }
 
+// The body of a benchmark of `convert` on the samples of one encoding.
 template <class Convert>
 auto OnUtf8(Convert convert)
 {
-  return [convert](benchmark::State& state) { Run(state, Utf8Sample(static_cast<int>(state.range(0))), convert); };
+  return [convert](benchmark::State& state, Sample sample) { Run(state, Utf8Sample(sample), convert); };
 }
 
 template <class Convert>
 auto OnWide(Convert convert)
 {
-  return [convert](benchmark::State& state) { Run(state, WideSample(static_cast<int>(state.range(0))), convert); };
+  return [convert](benchmark::State& state, Sample sample) { Run(state, WideSample(sample), convert); };
 }
 
 template <class Convert>
 auto OnAnsi(Convert convert)
 {
-  return [convert](benchmark::State& state) { Run(state, AnsiSample(static_cast<int>(state.range(0))), convert); };
+  return [convert](benchmark::State& state, Sample sample) { Run(state, AnsiSample(sample), convert); };
 }
 
 // The yardstick: what a caller would write for text known to be ASCII.
@@ -197,13 +199,12 @@ std::string IcuWideToUtf8(const std::wstring& s)
 #endif
 
 template <class Body>
-void Register(const char* name, Body body, const char* labels = "")
+void Register(const std::string& name, Body body)
 {
   static const char* const kSampleNames[] = {"line45", "ascii1MB", "mixed1MB", "latin1MB"};
-  for (int sample = kAddressLine; sample <= kLatinAccents; ++sample) {
-    const std::string full = std::string(name) + "/" + kSampleNames[sample] + labels;
-    benchmark::RegisterBenchmark(full.c_str(), body)->Arg(sample);
-  }
+  for (const Sample sample : {kAddressLine, kLongAscii, kMixedScripts, kLatinAccents})
+    benchmark::RegisterBenchmark((name + "/" + kSampleNames[sample]).c_str(),
+                                 [body, sample](benchmark::State& state) { body(state, sample); });
 }
 
 void RegisterUtf8ToWide()

@@ -15,6 +15,7 @@ namespace arf {
 namespace {
 
 constexpr std::size_t kBufferSize = 1 << 20;
+constexpr std::size_t kFieldGrowth = 1 << 14;  // by which the parser's field buffer grows
 
 bool IsBlank(std::string_view text)
 {
@@ -51,6 +52,7 @@ void CsvReader::StartParser()
 {
   if (csv_init(&parser_, CSV_STRICT | CSV_STRICT_FINI) != 0) throw std::bad_alloc();
   csv_set_delim(&parser_, static_cast<unsigned char>(delimiter_));
+  csv_set_blk_size(&parser_, kFieldGrowth);
 }
 
 void CsvReader::FillBuffer()

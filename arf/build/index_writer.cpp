@@ -18,7 +18,7 @@ namespace {
 
 using layout::SectionId;
 
-/** Points a block: a lookup decodes half a block on average, and each block of a long street costs twelve bytes. */
+/** Points a block: a lookup decodes half a block on average, and each block of a long street costs sixteen bytes. */
 constexpr std::uint32_t kBlockPoints = 32;
 
 constexpr std::size_t kRowsPerReport = 1 << 16;

@@ -56,7 +56,7 @@ const std::vector<std::uint8_t>& PointEncoder::Encode(std::span<const AddressRow
   blocks_.clear();
   PutStart(points);
   const bool hasTable = points.size() > blockPoints_;
-  while (!points.empty()) {
+  for (std::uint32_t reach = 0; !points.empty();) {
     const std::span<const AddressRow> block = points.first(std::min<std::size_t>(points.size(), blockPoints_));
     points = points.subspan(block.size());
     PutBlock(block);
@@ -65,6 +65,8 @@ const std::vector<std::uint8_t>& PointEncoder::Encode(std::span<const AddressRow
     PutWord(code_, static_cast<std::uint32_t>(blocks_.size()));
     PutWord(code_, block.front().numberFirst);
     PutWord(code_, HighestNumber(block));
+    reach = std::max(reach, HighestNumber(block));
+    PutWord(code_, reach);
   }
   code_.insert(code_.end(), blocks_.begin(), blocks_.end());
   return code_;

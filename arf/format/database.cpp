@@ -7,6 +7,7 @@
 #include "arf/format/file_bytes.h"
 #include "arf/format/file_view.h"
 #include "arf/format/fold.h"
+#include "arf/format/partition_point.h"
 
 namespace arf {
 
@@ -39,22 +40,6 @@ IndexRange RangeOf(std::uint32_t first, std::uint32_t end, std::uint32_t total)
 {
   end = std::min(end, total);
   return first < end ? IndexRange{first, end - first} : IndexRange{};
-}
-
-/** The first index in [first, first + count) for which `isBefore` is false. */
-template <class IsBefore>
-std::uint32_t PartitionPoint(std::uint32_t first, std::uint32_t count, IsBefore isBefore)
-{
-  while (count > 0) {
-    const std::uint32_t half = count / 2;
-    if (isBefore(first + half)) {
-      first += half + 1;
-      count -= half + 1;
-    } else {
-      count = half;
-    }
-  }
-  return first;
 }
 
 /** A sorted dictionary of texts, each with the indexes of what bears it. */

@@ -121,7 +121,8 @@ namespace block {
 inline constexpr std::size_t kEnd = 0;          ///< where the block ends, counted from the end of the table
 inline constexpr std::size_t kFirstNumber = 4;  ///< number of the first point
 inline constexpr std::size_t kMaxNumber = 8;    ///< the highest number that a point or range of the block reaches
-inline constexpr std::size_t kSize = 12;
+inline constexpr std::size_t kReach = 12;       ///< the highest that a block reaches up to and with this one
+inline constexpr std::size_t kSize = 16;
 }  // namespace block
 
 /** Flags before each point: what differs from the point before it in its block. */

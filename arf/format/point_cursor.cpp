@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "arf/format/file_view.h"
+#include "arf/format/partition_point.h"
 
 namespace arf {
 
@@ -57,25 +58,32 @@ bool PointCursor::EnterBlock()
   return true;
 }
 
+std::uint32_t PointCursor::BlockField(std::uint32_t block, std::size_t field) const
+{
+  return table_.U32At(std::uint64_t{block} * layout::block::kSize + field);
+}
+
 /** Passes over blocks that cannot hold the wanted number; false when none of the rest can. */
 bool PointCursor::SkipToWantedBlock()
 {
-  if (wanted_ == kNoIndex) return true;
-  for (; table_.Holds(std::uint64_t{nextBlock_} * layout::block::kSize, layout::block::kSize); ++nextBlock_) {
-    const std::uint64_t at = std::uint64_t{nextBlock_} * layout::block::kSize;
-    if (table_.U32At(at + layout::block::kFirstNumber) > wanted_) return false;
-    if (table_.U32At(at + layout::block::kMaxNumber) >= wanted_) return true;
+  if (wanted_ == kNoIndex || table_.Size() == 0) return true;
+  if (nextBlock_ == 0) {
+    nextBlock_ = PartitionPoint(
+        0, BlockCount(), [&](std::uint32_t block) { return BlockField(block, layout::block::kReach) < wanted_; });
   }
-  return true;
+  for (; nextBlock_ < BlockCount(); ++nextBlock_) {
+    if (BlockField(nextBlock_, layout::block::kFirstNumber) > wanted_) return false;
+    if (BlockField(nextBlock_, layout::block::kMaxNumber) >= wanted_) return true;
+  }
+  return false;
 }
 
 void PointCursor::OpenBlock()
 {
   block_ = blocks_;
   if (table_.Size() > 0) {
-    const std::uint64_t at = std::uint64_t{nextBlock_} * layout::block::kSize;
-    const std::uint32_t begin = nextBlock_ == 0 ? 0 : table_.U32At(at - layout::block::kSize + layout::block::kEnd);
-    block_ = blocks_.Part(begin, table_.U32At(at + layout::block::kEnd) - begin);
+    const std::uint32_t begin = nextBlock_ == 0 ? 0 : BlockField(nextBlock_ - 1, layout::block::kEnd);
+    block_ = blocks_.Part(begin, BlockField(nextBlock_, layout::block::kEnd) - begin);
   }
   state_ = start_;
   next_ = nextBlock_ * file_->blockPoints;

@@ -4,6 +4,7 @@
 #ifndef QXPAF_ARF_FORMAT_POINT_CURSOR_H
 #define QXPAF_ARF_FORMAT_POINT_CURSOR_H
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -78,6 +79,7 @@ class PointCursor
   /** Moves to the point at `place` of the street and decodes it. */
   bool Seek(std::uint32_t place);
   std::uint32_t BlockCount() const;
+  std::uint32_t BlockField(std::uint32_t block, std::size_t field) const;
   bool EnterBlock();
   bool SkipToWantedBlock();
   void OpenBlock();

@@ -5,11 +5,6 @@ namespace {
 
 constexpr std::string_view kUnnamedUnit = "UNIT";
 
-/** A space behind what is there, for numbers, which are not words yet. */
-void Gap(BoundedText& text) {
-  if (text.Length() > 0) text << ' ';
-}
-
 }  // namespace
 
 void AppendNumber(BoundedText& text, const Point& point) {
@@ -32,10 +27,7 @@ void AppendStreetLine(BoundedText& text, const Point& point, const Street& stree
   AppendOccupancy(text, point);
   if (!point.lot.empty() && point.numberFirst == 0) text.Word("LOT").Word(point.lot);
   if (street.isPostal) AppendStreet(text, street);
-  if (point.numberFirst != 0) {
-    Gap(text);
-    AppendNumber(text, point);
-  }
+  if (point.numberFirst != 0) AppendNumber(text.Gap(), point);
   if (!street.isPostal) AppendStreet(text, street);
 }
 
@@ -46,10 +38,10 @@ void AppendLocality(BoundedText& text, const Locality& locality) {
 void AppendAddress(BoundedText& text, const Database& database, std::uint32_t ordinal) {
   const Point point = database.PointAt(ordinal);
   const Street street = database.StreetAt(point.street);
-  const bool isNamedOnly = street.name.empty() && !street.isPostal && !point.building.empty();
-  if (isNamedOnly) text.Word(point.building);
+  if (!point.building.empty()) text.Word(point.building) << ',';
+  const std::size_t before = text.Length();
   AppendStreetLine(text, point, street);
-  text << ',';
+  if (text.Length() > before) text << ',';
   AppendLocality(text, database.LocalityAt(street.locality));
 }
 

@@ -16,7 +16,7 @@ void AppendStreet(BoundedText& text, const Street& street);
 /** "SYDNEY NSW 2000" */
 void AppendLocality(BoundedText& text, const Locality& locality);
 
-/** "UNIT 3 12 GEORGE STREET, SYDNEY NSW 2000" */
+/** "TOWN HALL, UNIT 3 12 GEORGE STREET, SYDNEY NSW 2000" */
 void AppendAddress(BoundedText& text, const Database& database, std::uint32_t ordinal);
 
 /** "12A-14B", "C96"; nothing for an address without number. */

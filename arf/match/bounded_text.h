@@ -40,12 +40,28 @@ class BoundedText
     return *this << std::string_view(digits, static_cast<std::size_t>(result.ptr - digits));
   }
 
-  /** A space if there is something before and something to come. */
+  /** Starts a part (a field of a record): words are separated from what stands before them in the same part only. */
+  void StartPart() { partStart_ = length_; }
+
+  /** A space, unless nothing stands before it in this part. */
+  BoundedText& Gap()
+  {
+    if (length_ > partStart_) *this << ' ';
+    return *this;
+  }
+
+  /** A word separated from what stands before it; nothing when it is empty. */
   BoundedText& Word(std::string_view word)
   {
-    if (word.empty()) return *this;
-    if (length_ > 0) *this << ' ';
-    return *this << word;
+    if (!word.empty()) Gap() << word;
+    return *this;
+  }
+
+  /** Makes every `unwanted` character of this part, and every control character, a space. */
+  void CleanPart(char unwanted)
+  {
+    for (std::size_t i = partStart_; i < length_; ++i)
+      if (out_[i] == unwanted || static_cast<unsigned char>(out_[i]) < ' ') out_[i] = ' ';
   }
 
   /** Whether everything fitted; false also where there is no room for the terminator. */
@@ -56,6 +72,7 @@ class BoundedText
   void Clear()
   {
     length_ = 0;
+    partStart_ = 0;
     whole_ = writable_;
     Terminate();
   }
@@ -69,6 +86,7 @@ class BoundedText
   char* out_;
   std::size_t capacity_;
   std::size_t length_ = 0;
+  std::size_t partStart_ = 0;
   bool writable_ = false;
   bool whole_ = false;
 };

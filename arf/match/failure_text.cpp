@@ -40,6 +40,22 @@ void AppendStreetOf(BoundedText& text, const Database& database, const Street& s
   AppendLocality(text, database.LocalityAt(street.locality));
 }
 
+/** "; it is part of 138-144.", false when no range holds the number. */
+bool AppendRangesAround(BoundedText& text, const Database& database, const Street& street, std::uint32_t number) {
+  ListText list(text, ",");
+  PointCursor cursor = database.PointsNumbered(street, number);
+  std::uint32_t listedFirst = 0;
+  for (Point point; number != 0 && cursor.Next(point);) {
+    if (point.numberLast == 0 || point.numberFirst == listedFirst) continue;
+    if (list.Count() == 0) text << "; it is part of";
+    if (list.Next()) AppendNumber(text.Gap(), point);
+    listedFirst = point.numberFirst;
+  }
+  list.Finish();
+  if (list.Count() > 0) text << '.';
+  return list.Count() > 0;
+}
+
 /** "; numbers there run from 1 to 812." */
 void AppendNumberRange(BoundedText& text, const Database& database, const Street& street) {
   std::uint32_t lowest = UINT32_MAX;
@@ -67,7 +83,7 @@ void AppendNumberFailure(BoundedText& text, const Database& database, const Fail
     text.Word(failure.written.View()) << " in";
   }
   AppendStreetOf(text, database, street);
-  AppendNumberRange(text, database, street);
+  if (!AppendRangesAround(text, database, street, failure.number)) AppendNumberRange(text, database, street);
 }
 
 /** "No UNIT 99 at 12 GEORGE STREET, SYDNEY NSW 2000; there are the building and UNIT 1, UNIT 2 and 4 more." */

@@ -1,7 +1,6 @@
 #include "arf/match/input_text.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "arf/format/fold.h"
 #include "arf/match/canonical_words.h"
@@ -195,11 +194,10 @@ class InputReader
   Joint pending_ = Joint::Space;
 };
 
-InputFault InputText::Read(const char* text) {
+InputFault InputText::Read(std::string_view text) {
   count_ = 0;
-  const std::size_t length = strnlen(text, kMaxInputBytes + 1);
-  if (length > kMaxInputBytes) return InputFault::TooLong;
-  return InputReader(*this, {text, length}).Run();
+  if (text.size() > kMaxInputBytes) return InputFault::TooLong;
+  return InputReader(*this, text).Run();
 }
 
 std::string_view InputText::Text(std::size_t first, std::size_t last) const {

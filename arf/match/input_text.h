@@ -51,9 +51,9 @@ class InputText
   /**
    * Replaces the contents. Text that is not valid UTF-8 as a whole is read as Windows-1252.
    *
-   * @param text  NUL-terminated; copied, so it need not outlive the call. After a fault the contents are empty.
+   * @param text  copied, so it need not outlive the call. After a fault the contents are empty.
    */
-  InputFault Read(const char* text);
+  InputFault Read(std::string_view text);
 
   std::size_t Count() const { return count_; }
   const Word& operator[](std::size_t i) const { return words_[i]; }

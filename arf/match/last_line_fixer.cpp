@@ -28,7 +28,7 @@ FixedText<255> Compact(std::string_view key) {
 
 }  // namespace
 
-LastLineAnswer LastLineFixer::Fix(const char* text) {
+LastLineAnswer LastLineFixer::Fix(std::string_view text) {
   candidates_ = {};
   failure_ = {};
   reading_ = {};

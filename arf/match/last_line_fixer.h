@@ -26,7 +26,7 @@ class LastLineFixer
   /** @param engine  must outlive the fixer */
   explicit LastLineFixer(const Engine& engine) : engine_(engine), data_(engine.Data()) {}
 
-  LastLineAnswer Fix(const char* text);
+  LastLineAnswer Fix(std::string_view text);
 
   const Failure& LastFailure() const { return failure_; }
   /** How the last text was read; valid until the next one. */

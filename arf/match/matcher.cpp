@@ -27,7 +27,7 @@ bool LooksLikeStreet(const InputText& input) {
 
 }  // namespace
 
-LookupAnswer Matcher::Lookup(const char* text, Rules rules) {
+LookupAnswer Matcher::Lookup(std::string_view text, Rules rules) {
   rules_ = rules;
   visited_ = 0;
   sawLocality_ = false;

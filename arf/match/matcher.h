@@ -32,7 +32,7 @@ class Matcher
   /** @param engine  must outlive the matcher */
   explicit Matcher(const Engine& engine) : engine_(engine), data_(engine.Data()) {}
 
-  LookupAnswer Lookup(const char* text, Rules rules);
+  LookupAnswer Lookup(std::string_view text, Rules rules);
 
   /** Why the last Lookup found nothing. */
   const Failure& LastFailure() const { return decision_.Deepest(); }

@@ -35,7 +35,7 @@ PremiseText OccupancyText(const Premise& premise) {
   PremiseText text;
   AppendOccupancy(text, premise.unit, "UNIT");
   AppendOccupancy(text, premise.level, "LEVEL");
-  AppendOccupancy(text, {"LOT", premise.lot}, "LOT");
+  if (!premise.lot.Empty()) AppendOccupancy(text, {"LOT", premise.lot}, {});
   return text;
 }
 
@@ -102,6 +102,8 @@ void Matcher::SearchName(const Place& place, const StreetEnding& ending, std::si
       const Street street = data_.StreetAt(i);
       if (street.type == ending.type && street.suffix == ending.suffix)
         SearchStreet(reading, *premises, i, penalty);
+      else if (ending.isGuess)
+        continue;
       else if (!Strict() && streets.count == 1)
         SearchStreet(reading, *premises, i, static_cast<std::uint8_t>(penalty + kStreetTypePenalty));
       else

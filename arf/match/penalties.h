@@ -18,6 +18,7 @@ inline constexpr std::uint8_t kDetachedSuffixPenalty = 1;   ///< "12 A" for "12A
 inline constexpr std::uint8_t kOtherUnitTypePenalty = 1;    ///< "Flat 3" for "UNIT 3"
 inline constexpr std::uint8_t kUnwrittenLevelPenalty = 1;   ///< "Unit 3" for "UNIT 3 LEVEL 2"
 inline constexpr std::uint8_t kUnwrittenLotPenalty = 1;     ///< "12" for "LOT 5 12"
+inline constexpr std::uint8_t kUnwrittenBuildingPenalty = 1;  ///< "11" for "OPERA COURT, 11"
 inline constexpr std::uint8_t kOtherBuildingPenalty = 1;    ///< words in front that are not the address's building
 inline constexpr std::uint8_t kUnusualUnitPenalty = 2;      ///< "3/12" for "CARSPACE 3"
 inline constexpr std::uint8_t kBrokenNamePenalty = 2;       ///< a comma inside a name

@@ -49,6 +49,7 @@ class PremiseComparison
     Fit fit = CompareOccupancy(point);
     if (fit.kind == Fit::Kind::None) return fit;
     fit.penalty = static_cast<std::uint8_t>(fit.penalty + numberPenalty);
+    if (buildingWords_.empty() && !point.building.empty()) fit.penalty += kUnwrittenBuildingPenalty;
     if (buildingWords_.empty() || HasBuilding(point)) return fit;
     const bool isOnlyEvidence = !premise_.HasNumber() && premise_.lot.Empty();
     if (isOnlyEvidence || premise_.buildingIsBinding) return kNoFit;

@@ -23,6 +23,11 @@ bool IsNumberSign(std::string_view word) {
   return word == "NO" || word == "NUMBER" || word == "NR" || word == "NUM";
 }
 
+/** Whether two numbers can be the ends of a range: "12-14", "35D-35F". */
+bool IsBefore(const HouseNumber& first, const HouseNumber& last) {
+  return first.number < last.number || (first.number == last.number && first.suffix < last.suffix);
+}
+
 bool IsLot(std::string_view word) {
   return word == "LOT";
 }
@@ -75,7 +80,7 @@ class PremiseParser
     if (!Has(end) || !Has(end - 1) || !Joined(end - 1, Joint::Dash)) return;
     HouseNumber first, last;
     if (!ReadHouseNumber(Before(end), last)) return;
-    const bool isRange = ReadHouseNumber(Before(end - 1), first) && first.number < last.number;
+    const bool isRange = ReadHouseNumber(Before(end - 1), first) && IsBefore(first, last);
     if (isRange && !FollowsDesignator(end - 2)) {
       Premise premise;
       SetNumber(premise, first);
@@ -123,6 +128,8 @@ class PremiseParser
     if (!Has(number) || input_[number].before != Joint::Space) return false;
     const OccupancyWords words = Designator(number);
     if (words.count == 0 || StandsAlone(words.type)) return false;
+    const bool hasOwnNumber = ReadOccupancyBefore(input_, first_, number, preference_).count > words.count;
+    if (hasOwnNumber) return false;  // "2nd Floor 12"
     const std::size_t start = number - words.count;
     return start == first_ || input_[start].before == Joint::Break || Before(start).hasDigit;
   }

@@ -42,11 +42,11 @@ StreetEndings::StreetEndings(const InputText& input, WordRange range) : first_(r
   if (type.start < end) Add(type.start, type.full, {});
   if (suffix.start < end) Add(suffix.start, {}, suffix.full);
   Add(end, {}, {});
-  if (type.start == end && suffix.start == end && !input[end - 1].hasDigit) Add(end - 1, input[end - 1].text, {});
+  if (type.start == end && suffix.start == end && !input[end - 1].hasDigit) Add(end - 1, input[end - 1].text, {}, true);
 }
 
-void StreetEndings::Add(std::size_t nameEnd, std::string_view type, std::string_view suffix) {
-  if (nameEnd > first_) endings_[count_++] = {nameEnd, type, suffix};
+void StreetEndings::Add(std::size_t nameEnd, std::string_view type, std::string_view suffix, bool isGuess) {
+  if (nameEnd > first_) endings_[count_++] = {nameEnd, type, suffix, isGuess};
 }
 
 bool MayStartName(const InputText& input, std::size_t first, std::size_t position) {

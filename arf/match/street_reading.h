@@ -17,8 +17,9 @@ namespace arf {
 struct StreetEnding
 {
   std::size_t nameEnd = 0;
-  std::string_view type;    ///< full form; a word of the input when the tables do not know it
+  std::string_view type;    ///< full form
   std::string_view suffix;  ///< full form
+  bool isGuess = false;     ///< the type is just the last word, for types that the data has and the tables have not
 };
 
 class StreetEndings
@@ -33,7 +34,7 @@ class StreetEndings
   const StreetEnding* end() const { return endings_.data() + count_; }
 
  private:
-  void Add(std::size_t nameEnd, std::string_view type, std::string_view suffix);
+  void Add(std::size_t nameEnd, std::string_view type, std::string_view suffix, bool isGuess = false);
   std::size_t first_;
   std::array<StreetEnding, kMax> endings_;
   std::size_t count_ = 0;

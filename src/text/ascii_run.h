@@ -120,7 +120,7 @@ struct Sse2Blocks
   static std::size_t CountContinuations(const char* from)
   {
     // As signed bytes, continuations are the values below -64.
-    const __m128i marks = _mm_cmplt_epi8(Load(from), _mm_set1_epi8(-64));
+    const __m128i marks = _mm_cmplt_epi8(Load(from), _mm_set1_epi8('\xC0'));
     const __m128i ones = _mm_and_si128(marks, _mm_set1_epi8(1));
     const __m128i sums = _mm_sad_epu8(ones, _mm_setzero_si128());
     return static_cast<std::size_t>(_mm_cvtsi128_si32(sums) + _mm_extract_epi16(sums, 4));

@@ -1,85 +1,126 @@
 // Accent removal from wide text, and in place from UTF-8.
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 
 #include "qxpaf/text/unicode.h"
-#include "text/ascii_run.h"
 #include "text/unicode_map.h"
 #include "text/unicode_tables.h"
-#include "text/utf8_codec.h"
 
 namespace qxpaf {
 namespace {
 
 using AccentMapping = TableMapping<kAccents, AsciiCase::kKept>;
 
-// A UTF-8 sequence and the byte that takes its place, 0 when it stays.
-struct Replacement
-{
-  std::size_t length;
-  char byte;
-};
+// What the entries of the UTF-8 tables are looked up with: the low six bits of a continuation byte; anything from 64 on
+// for a byte that is none.
+constexpr unsigned int kContinuationValues = 64;
 
-bool IsLeadOfTwo(unsigned char byte)
+unsigned int ContinuationValue(char byte)
 {
-  return byte >= 0xC3 && byte <= 0xC8;
+  return static_cast<unsigned char>(byte) ^ 0x80U;
 }
 
-bool IsLeadOfThree(unsigned char byte, unsigned char next)
+constexpr unsigned char kFirstLeadOfTwo = 0xC3;
+constexpr unsigned char kLastLeadOfTwo = 0xC8;
+constexpr unsigned char kLeadOfThree = 0xE1;
+constexpr unsigned int kFirstMiddleOfThree = 0xB8;
+
+// Whether a sequence that starts with this byte can be replaced.
+bool IsLead(unsigned char byte)
 {
-  return byte == 0xE1 && next >= 0xB8 && next <= 0xBB;
+  return byte >= kFirstLeadOfTwo && (byte <= kLastLeadOfTwo || byte == kLeadOfThree);
 }
 
-unsigned int LowBits(char continuation)
+// The byte that replaces the two at s, which start with a lead of two; 0 for none.
+char BaseOfTwo(const char* s, const char* end)
 {
-  return static_cast<unsigned char>(continuation) & 0x3F;
+  if (end - s < 2) return 0;
+  const unsigned int row = static_cast<unsigned char>(s[0]) - unsigned{kFirstLeadOfTwo};
+  const unsigned int last = ContinuationValue(s[1]);
+  return last < kContinuationValues ? static_cast<char>(kUtf8BasesOfTwo[row * kContinuationValues + last]) : '\0';
 }
 
-// Of the sequence at s, where `left` bytes are left.
-Replacement ReplacementAt(const char* s, std::size_t left)
+// The byte that replaces the three at s, which start with the lead of three; 0 for none.
+char BaseOfThree(const char* s, const char* end)
 {
-  const auto lead = static_cast<unsigned char>(s[0]);
-  if (left >= 2 && IsLeadOfTwo(lead) && IsUtf8Continuation(s[1])) {
-    const std::uint32_t codePoint = ((lead & 0x1FU) << 6) | LowBits(s[1]);
-    return {2, static_cast<char>(kUtf8BasesOfTwo[codePoint - kFirstUtf8BaseOfTwo])};
+  if (end - s < 3) return 0;
+  const unsigned int row = static_cast<unsigned char>(s[1]) - kFirstMiddleOfThree;
+  const unsigned int last = ContinuationValue(s[2]);
+  if (row * kContinuationValues >= std::size(kUtf8BasesOfThree) || last >= kContinuationValues) return 0;
+  return static_cast<char>(kUtf8BasesOfThree[row * kContinuationValues + last]);
+}
+
+// Replaces the sequence at `from`, whose first byte is a lead, and moves both positions; false when it stays. Kept
+// apart by its branches on purpose: lengths that are computed would make every step wait for the tables.
+bool Replace(const char*& from, const char* end, char*& to)
+{
+  if (static_cast<unsigned char>(*from) != kLeadOfThree) {
+    const char base = BaseOfTwo(from, end);
+    if (base == 0) [[unlikely]]
+      return false;
+    *to++ = base;
+    from += 2;
+    return true;
   }
-  if (left >= 3 && IsLeadOfThree(lead, static_cast<unsigned char>(s[1])) && IsUtf8Continuation(s[2])) {
-    const std::uint32_t codePoint = 0x1000U | (LowBits(s[1]) << 6) | LowBits(s[2]);
-    return {3, static_cast<char>(kUtf8BasesOfThree[codePoint - kFirstUtf8BaseOfThree])};
-  }
-  return {0, 0};
+  const char base = BaseOfThree(from, end);
+  if (base == 0) [[unlikely]]
+    return false;
+  *to++ = base;
+  from += 3;
+  return true;
 }
 
-// The first sequence that is replaced, or n.
-std::size_t FindReplaced(const char* s, std::size_t n)
+// The leads among eight bytes, by their top bits.
+constexpr std::uint64_t kEachByte = 0x0101010101010101;
+constexpr std::uint64_t kTopBits = 0x80 * kEachByte;
+
+// Top bits of the bytes that are at least `byte`, which is above 0x80, if theirs is set. `low` are their other seven
+// bits; none carries into the next byte.
+constexpr std::uint64_t AtLeast(std::uint64_t low, unsigned int byte)
 {
-  std::size_t i = AsciiRuns::Length(s, n);
-  while (i < n && ReplacementAt(s + i, n - i).byte == 0) {
-    ++i;
-    if (i < n && IsAsciiByte(s[i])) i += AsciiRuns::Length(s + i, n - i);
+  return low + (0x100 - byte) * kEachByte;
+}
+
+constexpr std::uint64_t MarkLeads(std::uint64_t word)
+{
+  const std::uint64_t low = word & ~kTopBits;
+  const std::uint64_t ofTwo = AtLeast(low, kFirstLeadOfTwo) & ~AtLeast(low, kLastLeadOfTwo + 1);
+  const std::uint64_t ofThree = AtLeast(low, kLeadOfThree) & ~AtLeast(low, kLeadOfThree + 1);
+  return word & (ofTwo | ofThree) & kTopBits;
+}
+
+// The first lead, or end.
+const char* FindLead(const char* s, const char* end)
+{
+  std::uint64_t word;
+  for (; static_cast<std::size_t>(end - s) >= sizeof word; s += sizeof word) {
+    std::memcpy(&word, s, sizeof word);
+    if (MarkLeads(word) != 0) break;
   }
-  return i;
+  return std::find_if(s, end, [](char byte) { return IsLead(static_cast<unsigned char>(byte)); });
+}
+
+// The first sequence that is replaced, or end.
+const char* FindReplaced(const char* s, const char* end)
+{
+  for (s = FindLead(s, end); s < end; s = FindLead(s + 1, end)) {
+    const bool isThree = static_cast<unsigned char>(*s) == kLeadOfThree;
+    if ((isThree ? BaseOfThree(s, end) : BaseOfTwo(s, end)) != 0) break;
+  }
+  return s;
 }
 
 // Closes the gaps on the way, every byte being moved once, and writes nothing where nothing is replaced. Returns the
 // new length.
 std::size_t RemoveAccents(char* s, std::size_t n)
 {
-  std::size_t from = FindReplaced(s, n);
-  std::size_t to = from;
-  while (from < n) {
-    if (IsAsciiByte(s[from])) {
-      const std::size_t run = AsciiRuns::Convert(s + to, s + from, n - from);
-      from += run;
-      to += run;
-    } else if (const Replacement replacement = ReplacementAt(s + from, n - from); replacement.byte != 0) {
-      s[to++] = replacement.byte;
-      from += replacement.length;
-    } else {
-      s[to++] = s[from++];
-    }
-  }
-  return to;
+  const char* const end = s + n;
+  const char* from = FindReplaced(s, end);
+  char* to = s + (from - s);
+  while (from < end)
+    if (!IsLead(static_cast<unsigned char>(*from)) || !Replace(from, end, to)) *to++ = *from++;
+  return static_cast<std::size_t>(to - s);
 }
 
 }  // namespace

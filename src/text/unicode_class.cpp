@@ -5,9 +5,14 @@
 namespace qxpaf {
 namespace {
 
-bool HasFlag(wchar_t c, unsigned int flag)
+bool HasFlag(wchar_t c, std::uint32_t flag)
 {
   return (kProperties.Entry(c) & flag) != 0;
+}
+
+bool IsDecimalDigit(std::uint32_t word)
+{
+  return (word & kCategoryMask) == kDecimalDigit;
 }
 
 }  // namespace
@@ -40,12 +45,13 @@ bool UnicodeIsXdigit(wchar_t c)
 
 bool UnicodeIsDigit(wchar_t c)
 {
-  return (qxpaf::kProperties.Entry(c) & qxpaf::kCategoryMask) == qxpaf::kDecimalDigit;
+  return qxpaf::IsDecimalDigit(qxpaf::kProperties.Entry(c));
 }
 
 bool UnicodeIsAlnum(wchar_t c)
 {
-  return UnicodeIsAlpha(c) || UnicodeIsDigit(c);
+  const std::uint32_t word = qxpaf::kProperties.Entry(c);
+  return (word & qxpaf::kAlphabetic) != 0 || qxpaf::IsDecimalDigit(word);
 }
 
 bool UnicodeIsPunct(wchar_t c)

@@ -42,22 +42,22 @@ extern const BmpTable<19> kCaseFold;
 // Property words: a category code in bits 0-5 and flags above them.
 extern const BmpTable<68> kProperties;
 
-inline constexpr unsigned int kCategoryMask = 0x3F;
-inline constexpr unsigned int kDecimalDigit = 16;
-inline constexpr unsigned int kGroupShift = 3;
-inline constexpr unsigned int kPunctuationGroup = 5;
+inline constexpr std::uint32_t kCategoryMask = 0x3F;
+inline constexpr std::uint32_t kDecimalDigit = 16;
+inline constexpr std::uint32_t kGroupShift = 3;
+inline constexpr std::uint32_t kPunctuationGroup = 5;
 
-inline constexpr unsigned int kAlphabetic = 1U << 6;
-inline constexpr unsigned int kUppercase = 1U << 7;
-inline constexpr unsigned int kLowercase = 1U << 8;
-inline constexpr unsigned int kWhiteSpace = 1U << 9;
-inline constexpr unsigned int kHexDigit = 1U << 10;
+inline constexpr std::uint32_t kAlphabetic = 1U << 6;
+inline constexpr std::uint32_t kUppercase = 1U << 7;
+inline constexpr std::uint32_t kLowercase = 1U << 8;
+inline constexpr std::uint32_t kWhiteSpace = 1U << 9;
+inline constexpr std::uint32_t kHexDigit = 1U << 10;
 
 // Fold entries that are no characters: kPairMark + row of kFoldPairs, kTripleMark + row of kFoldTriples. They take the
 // place of surrogates, which nothing folds to.
-inline constexpr unsigned int kPairMark = 0xD800;
-inline constexpr unsigned int kTripleMark = 0xDA00;
-inline constexpr unsigned int kListMarkMask = 0xFE00;
+inline constexpr std::uint32_t kPairMark = 0xD800;
+inline constexpr std::uint32_t kTripleMark = 0xDA00;
+inline constexpr std::uint32_t kListMarkMask = 0xFE00;
 
 // Folds of two and of three characters, in reading order, by ascending code point of what is folded.
 extern const std::uint16_t kFoldPairs[88][2];
@@ -68,9 +68,8 @@ extern const std::uint8_t kAnsiUpper[256];
 extern const std::uint8_t kAnsiLower[256];
 extern const std::uint8_t kAnsiAccents[256];
 
-// The byte that replaces a UTF-8 sequence, 0 for none: U+00C0-U+023F in two bytes, U+1E00-U+1EFF in three.
-inline constexpr std::uint32_t kFirstUtf8BaseOfTwo = 0x00C0;
-inline constexpr std::uint32_t kFirstUtf8BaseOfThree = 0x1E00;
+// The byte that replaces a UTF-8 sequence, 0 for none, by code point: U+00C0-U+023F (C3 80-C8 BF) and U+1E00-U+1EFF
+// (E1 B8 80-E1 BB BF).
 extern const std::uint8_t kUtf8BasesOfTwo[384];
 extern const std::uint8_t kUtf8BasesOfThree[256];
 

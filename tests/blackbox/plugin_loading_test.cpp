@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <stdlib.h>
 
+#include <cstdio>
+#include <cstring>
 #include <fstream>
 
 #include "blackbox/support/fake.h"
@@ -152,6 +154,45 @@ TEST_F(PluginLoadingTest, AFileNameOfANamedPluginIsCutTo63Characters)
     const std::string expected = std::string(dlerror()) + ". " + file;
     EXPECT_EQ(pafOpenArfId2(0, ("DLL:" + std::string(length, 'N')).c_str()), -PAF_ERR_LIBRARY_NOT_LOADED);
     EXPECT_EQ(Describe(PAF_ERR_LIBRARY_NOT_LOADED), expected) << length;
+  }
+}
+
+/** A directory of exactly so many characters below the workspace, with a text file in it that calls itself a library.
+ */
+std::string DirectoryOfLength(const Workspace& workspace, size_t length)
+{
+  std::string path = workspace.Root() + "/";
+  while (path.size() + 1 < length) path.append(std::min<size_t>(100, length - path.size() - 1), 'd').append("/");
+  path.resize(length, 'd');
+  path.back() = 'd';
+  workspace.WriteFile(path.substr(workspace.Root().size() + 1) + "/libqxarfau.so", "no library\n");
+  return path;
+}
+
+/** The lines that a program prints. */
+std::vector<std::string> OutputOf(const std::string& command)
+{
+  std::vector<std::string> lines;
+  FILE* pipe = popen(command.c_str(), "r");
+  char line[4096];
+  while (fgets(line, sizeof line, pipe) != nullptr) lines.push_back(std::string(line, std::strlen(line) - 1));
+  EXPECT_EQ(pclose(pipe), 0);
+  return lines;
+}
+
+TEST_F(PluginLoadingTest, TheFileNameFollowsTheLoadersTextWhenBothFitIn254Characters)
+{
+  const std::string file = "libqxarfau.so";
+  const std::string reason = "/" + file + ": file too short";
+  const size_t longestWithName = 254 - 2 - file.size() - reason.size();
+  for (size_t length : {longestWithName - 1, longestWithName, longestWithName + 1, 254 - reason.size(),
+                        255 - reason.size(), size_t{400}}) {
+    const std::string directory = DirectoryOfLength(workspace, length);
+    const auto lines = OutputOf("LD_LIBRARY_PATH=" + directory + " " OPEN_PROGRAM " AU./p");
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0], "990");
+    const std::string message = directory + reason;
+    EXPECT_EQ(lines[1], length <= longestWithName ? message + ". " + file : message.substr(0, 254)) << length;
   }
 }
 

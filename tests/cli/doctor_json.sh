@@ -3,9 +3,15 @@
 build_database
 printf 'ARF/AU/Gone=%s/gone;OPENARF=Map\n' "$PWD" >>home/.morvex
 paf doctor --json >out; echo "$?"
-python3 -c 'import json
+python3 - <<'END'
+import json
 report = json.load(open("out", encoding="utf-8"))
 print(*report)
-print(*(f["place"] + ": " + f["state"] for f in report["configuration"]), sep="\n")
-print(*(f"{d[\"name\"]}: {d[\"directory_exists\"]} {d[\"options\"]} {d[\"status\"] == 0}" for d in report["databases"]), sep="\n")
-print(report["settings"]["PafDir"], report["remote"], report["fine"], len(report["problems"]))' || cat out
+for place in report["configuration"]:
+    print(place["place"], place["state"])
+for plugin in report["plugins"]:
+    print(plugin["library"], plugin["loaded"], plugin["usable"], *plugin["entry_points"])
+for database in report["databases"]:
+    print(*(database[name] for name in ("name", "line", "value", "directory_exists", "options", "title", "plugin", "status")))
+print(report["settings"]["PafDir"], report["remote"], report["fine"], len(report["problems"]))
+END

@@ -110,10 +110,35 @@ CallRecord& CallRecord::Buffer(const char* buffer, long long size)
   return *this;
 }
 
+/** Lives from the loading to the unloading of the library, but outlives the end of a process in which a thread still
+    waits at a gate: destroying what it waits on would wait for it. */
+class State::Home
+{
+ public:
+  Home() : state_(new State) {}
+  ~Home()
+  {
+    if (!state_->IsAnyoneWaiting()) delete state_;
+  }
+  Home(const Home&) = delete;
+  Home& operator=(const Home&) = delete;
+
+  State& Get() { return *state_; }
+
+ private:
+  State* state_;
+};
+
 State& State::Get()
 {
-  static State state;
-  return state;
+  static Home home;
+  return home.Get();
+}
+
+bool State::IsAnyoneWaiting()
+{
+  std::lock_guard<std::mutex> lock(mutex_);
+  return std::any_of(gates_.begin(), gates_.end(), [](const Gate& gate) { return gate.waiting != 0; });
 }
 
 bool State::IsAlive()

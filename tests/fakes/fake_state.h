@@ -70,7 +70,6 @@ class State
   /** False before construction and after destruction, when Get must not be called. */
   static bool IsAlive();
 
-  State();
   ~State();
   State(const State&) = delete;
   State& operator=(const State&) = delete;
@@ -109,17 +108,20 @@ class State
   std::string Violations(size_t& count);
 
  private:
+  class Home;
   struct Gate
   {
     std::atomic<bool> closed{false};
     int waiting = 0;
   };
 
+  State();
   const char* InternLocked(const char* text);
   void StoreLocked(CallRecord& record);
   void ProgramLocked(FakeOperation operation, const FakeAnswer& answer);
   void ProgramOddityLocked();
   void WaitAtGate(FakeOperation operation);
+  bool IsAnyoneWaiting();
 
   std::mutex mutex_;  // guards everything that is not atomic; never held while a call waits or after Perform returns
   std::condition_variable changed_;

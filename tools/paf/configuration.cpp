@@ -73,9 +73,13 @@ std::vector<std::pair<std::string, std::string>> ValuesOf(const std::string& key
   return values;
 }
 
-ConfiguredDatabase MakeDatabase(const std::string& name, const std::string& line, const std::string& value)
+/** The database that a value of the key ARF, or of that of a country, names. */
+ConfiguredDatabase MakeDatabase(const std::string& key, const std::string& country, const std::string& valueName,
+                                const std::string& value)
 {
-  ConfiguredDatabase database{name, line, value, value, ""};
+  const bool both = !country.empty() && !valueName.empty();
+  ConfiguredDatabase database = {country + (both ? "." : "") + valueName, key + "/" + valueName + "=", value, value,
+                                 ""};
   const std::size_t semicolon = value.find(';');
   if (semicolon != std::string::npos && !SplitDllName(value)) {
     database.path = value.substr(0, semicolon);
@@ -115,8 +119,7 @@ void AddKey(std::vector<ConfiguredDatabase>& databases, const std::string& count
 {
   const std::string key = country.empty() ? kArfKey : std::string(kArfKey) + "/" + country;
   for (const auto& [name, value] : ValuesOf(key)) {
-    const std::string separator = name.empty() || country.empty() ? "" : ".";
-    const ConfiguredDatabase database = MakeDatabase(country + separator + name, key + "/" + name + "=", value);
+    const ConfiguredDatabase database = MakeDatabase(key, country, name, value);
     if (IsWildcard(value)) {
       AddWildcard(databases, database);
     } else {

@@ -104,6 +104,7 @@ std::vector<PluginProbe> ProbePlugins(const std::vector<DatabaseReport>& databas
     }
   }
   std::vector<PluginProbe> probes;
+  probes.reserve(libraries.size());
   for (const std::string& library : libraries) {
     probes.push_back(ProbePlugin(library));
   }

@@ -1,61 +1,58 @@
 #include "record.h"
 
 #include <algorithm>
+#include <iterator>
+
+#include "qxpaf/arf_au.h"
 
 namespace tool {
 namespace {
 
 constexpr char kDelimiter = '\t';  // of an instance whose "Delimiter" property nobody has set
-constexpr std::size_t kFirstLine = 1;
-constexpr std::size_t kLastLine = 3;
-constexpr std::size_t kLocality = 4;
-constexpr std::size_t kState = 5;
-constexpr std::size_t kPostcode = 6;
-constexpr std::size_t kDpid = 8;
 
 struct NamedField
 {
-  std::size_t number;
+  PafAuField number;
   std::string_view name;
 };
 
-/** Fields that are not listed are reserved. */
+/** The plug-ins' own names for the fields; those that are not listed are reserved. */
 constexpr NamedField kFieldNames[] = {
-    {1, "line_1"},
-    {2, "line_2"},
-    {3, "line_3"},
-    {4, "locality"},
-    {5, "state"},
-    {6, "postcode"},
-    {7, "country"},
-    {8, "dpid"},
-    {9, "match_quality"},
-    {10, "building"},
-    {11, "unit_type"},
-    {12, "unit_number"},
-    {13, "level_type"},
-    {14, "level_number"},
-    {15, "lot"},
-    {16, "number_first"},
-    {17, "number_first_suffix"},
-    {18, "number_last"},
-    {19, "number_last_suffix"},
-    {20, "street_name"},
-    {21, "street_type"},
-    {22, "street_suffix"},
-    {23, "postal_type"},
-    {24, "postal_number"},
-    {25, "alternative_locality"},
-    {26, "matched"},
-    {40, "sort_plan"},
-    {41, "barcode"},
-    {42, "source_id"},
-    {43, "latitude"},
-    {44, "longitude"},
-    {45, "geocode_reliability"},
-    {46, "mesh_block"},
-    {47, "statistical_area"},
-    {48, "local_government_area"},
+    {PAF_AU_FIELD_ADDRESS_LINE_1, "AddressLine1"},
+    {PAF_AU_FIELD_ADDRESS_LINE_2, "AddressLine2"},
+    {PAF_AU_FIELD_ADDRESS_LINE_3, "AddressLine3"},
+    {PAF_AU_FIELD_LOCALITY, "Locality"},
+    {PAF_AU_FIELD_STATE, "State"},
+    {PAF_AU_FIELD_POSTCODE, "Postcode"},
+    {PAF_AU_FIELD_COUNTRY, "Country"},
+    {PAF_AU_FIELD_DPID, "DPID"},
+    {PAF_AU_FIELD_MATCH_QUALITY, "MatchQuality"},
+    {PAF_AU_FIELD_BUILDING, "Building"},
+    {PAF_AU_FIELD_UNIT_TYPE, "UnitType"},
+    {PAF_AU_FIELD_UNIT_NUMBER, "UnitNumber"},
+    {PAF_AU_FIELD_LEVEL_TYPE, "LevelType"},
+    {PAF_AU_FIELD_LEVEL_NUMBER, "LevelNumber"},
+    {PAF_AU_FIELD_LOT, "Lot"},
+    {PAF_AU_FIELD_NUMBER_FIRST, "NumberFirst"},
+    {PAF_AU_FIELD_NUMBER_FIRST_SUFFIX, "NumberFirstSuffix"},
+    {PAF_AU_FIELD_NUMBER_LAST, "NumberLast"},
+    {PAF_AU_FIELD_NUMBER_LAST_SUFFIX, "NumberLastSuffix"},
+    {PAF_AU_FIELD_STREET_NAME, "StreetName"},
+    {PAF_AU_FIELD_STREET_TYPE, "StreetType"},
+    {PAF_AU_FIELD_STREET_SUFFIX, "StreetSuffix"},
+    {PAF_AU_FIELD_POSTAL_TYPE, "PostalType"},
+    {PAF_AU_FIELD_POSTAL_NUMBER, "PostalNumber"},
+    {PAF_AU_FIELD_ALTERNATIVE_LOCALITY, "AlternativeLocality"},
+    {PAF_AU_FIELD_MATCHED_TEXT, "MatchedText"},
+    {PAF_AU_FIELD_SORT_PLAN_NUMBER, "SortPlanNumber"},
+    {PAF_AU_FIELD_BARCODE, "Barcode"},
+    {PAF_AU_FIELD_SOURCE_IDENTIFIER, "SourceIdentifier"},
+    {PAF_AU_FIELD_LATITUDE, "Latitude"},
+    {PAF_AU_FIELD_LONGITUDE, "Longitude"},
+    {PAF_AU_FIELD_GEOCODE_RELIABILITY, "GeocodeReliability"},
+    {PAF_AU_FIELD_MESH_BLOCK, "MeshBlock"},
+    {PAF_AU_FIELD_STATISTICAL_AREA, "StatisticalArea"},
+    {PAF_AU_FIELD_LOCAL_GOVERNMENT_AREA, "LocalGovernmentArea"},
 };
 
 void AppendPart(std::string& text, std::string_view separator, const std::string& part)
@@ -73,8 +70,9 @@ void AppendPart(std::string& text, std::string_view separator, const std::string
 
 std::string_view FieldName(std::size_t number)
 {
-  const auto* found = std::find_if(std::begin(kFieldNames), std::end(kFieldNames),
-                                   [number](const NamedField& field) { return field.number == number; });
+  const auto* found = std::find_if(std::begin(kFieldNames), std::end(kFieldNames), [number](const NamedField& field) {
+    return static_cast<std::size_t>(field.number) == number;
+  });
   return found == std::end(kFieldNames) ? std::string_view() : found->name;
 }
 
@@ -104,17 +102,17 @@ bool Record::IsEmpty() const
 
 const std::string& Record::Dpid() const
 {
-  return Field(kDpid);
+  return Field(PAF_AU_FIELD_DPID);
 }
 
 std::string Record::OneLine() const
 {
   std::string text;
-  for (std::size_t line = kFirstLine; line <= kLastLine; ++line) {
+  for (const auto line : {PAF_AU_FIELD_ADDRESS_LINE_1, PAF_AU_FIELD_ADDRESS_LINE_2, PAF_AU_FIELD_ADDRESS_LINE_3}) {
     AppendPart(text, ", ", Field(line));
   }
   std::string lastLine;
-  for (const std::size_t part : {kLocality, kState, kPostcode}) {
+  for (const auto part : {PAF_AU_FIELD_LOCALITY, PAF_AU_FIELD_STATE, PAF_AU_FIELD_POSTCODE}) {
     AppendPart(lastLine, " ", Field(part));
   }
   AppendPart(text, ", ", lastLine);
@@ -123,7 +121,9 @@ std::string Record::OneLine() const
 
 std::string LocalityQuery(const std::string& lastLine)
 {
-  return std::string(kLocality - 1, kDelimiter) + lastLine;
+  std::string query(PAF_AU_FIELD_LOCALITY - 1, kDelimiter);
+  std::replace_copy(lastLine.begin(), lastLine.end(), std::back_inserter(query), kDelimiter, ' ');
+  return query;
 }
 
 }  // namespace tool

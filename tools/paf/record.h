@@ -1,4 +1,4 @@
-/** Address records as the plug-ins write them: fields in a fixed order, separated by TAB. */
+/** Address records as the Australian plug-in writes them: fields in a fixed order, separated by TAB. */
 #ifndef PAF_TOOL_RECORD_H
 #define PAF_TOOL_RECORD_H
 
@@ -9,7 +9,7 @@
 
 namespace tool {
 
-/** The name of a record's field, counted from 1 ("locality" for 4); empty for fields without a name. */
+/** The name of a record's field, counted from 1 ("Locality" for 4); empty for fields without a name. */
 std::string_view FieldName(std::size_t number);
 
 /** One record, taken apart. */

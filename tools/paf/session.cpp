@@ -16,7 +16,7 @@ constexpr int kFirstLibraryStatus = 600;
 
 std::string Description(int status)
 {
-  std::array<char, 512> text{};
+  std::array<char, 1024> text{};
   pafGetErrorDescription(text.data(), status, static_cast<int>(text.size()));
   return text.data();
 }

@@ -1,12 +1,13 @@
 // The stretches of ASCII, with and without vector instructions: each kind against plain loops, at every alignment and
 // length, with the first other element at every place.
+#include "text/ascii_run.h"
+
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <string>
 #include <vector>
 
-#include <gtest/gtest.h>
-
-#include "text/ascii_run.h"
 #include "unit/text/encoding_text.h"
 
 namespace {

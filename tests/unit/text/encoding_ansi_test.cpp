@@ -1,11 +1,11 @@
 // Whole strings between wide text and Windows-1252, and the overloads that take any text.
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <cwchar>
 #include <string>
 #include <tuple>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "qxpaf/text/encoding.h"
 #include "reference/encoding_reference.h"
@@ -177,7 +177,8 @@ TEST(AnsiToWide, ExactlyNBytes)
   ExpectWidened("abc", L"abc");
   ExpectWidened(std::string("a\0\x80\x81", 4), Wide({'a', 0, 0x20AC, 0x81}));
   ExpectWidened(AllBytes(), reference::AnsiToWide(AllBytes()));
-  for (std::size_t length = 0; length < 80; ++length) ExpectWidened(std::string(length, 'x'), std::wstring(length, L'x'));
+  for (std::size_t length = 0; length < 80; ++length)
+    ExpectWidened(std::string(length, 'x'), std::wstring(length, L'x'));
   EXPECT_EQ(AnsiToWide("abcdef", 3), L"abc");
 }
 

@@ -1,11 +1,11 @@
 // Single characters and stepping through UTF-8.
+#include <gtest/gtest.h>
+
 #include <cstdint>
 #include <ostream>
 #include <string>
 #include <tuple>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "qxpaf/text/encoding.h"
 #include "reference/encoding_reference.h"
@@ -97,7 +97,7 @@ TEST(AnsiCharacters, ControlsOfTheUpperHalfHaveNoByte)
 TEST(AnsiCharacters, ValuesOutsideUnicode)
 {
   // Negative values count as below 0x80 and keep their low byte.
-  const std::tuple<std::int64_t, int> rows[] = {{-1, 0xFF},         {-23, 0xE9},       {-128, 0x80}, {-256, 0x00},
+  const std::tuple<std::int64_t, int> rows[] = {{-1, 0xFF},          {-23, 0xE9},    {-128, 0x80},    {-256, 0x00},
                                                 {-2147483648, 0x00}, {0x110000, -1}, {0x7FFFFFFF, -1}};
   for (const auto& [character, byte] : rows) ExpectWideToAnsi(character, byte);
 }
@@ -106,7 +106,8 @@ std::string Utf8Of(wchar_t character)
 {
   char out[8] = {0x55, 0x55, 0x55, 0x55, 0x55, 0x55, 0x55, 0x55};
   const int length = WideCharToUtf8(out, character);
-  for (int i = length; i < 8; ++i) EXPECT_EQ(out[i], 0x55) << "wrote behind the character " << character;
+  for (int i = length; i < 8; ++i)
+    EXPECT_EQ(out[i], 0x55) << "wrote behind the character " << static_cast<long>(character);
   return std::string(out, static_cast<std::size_t>(length));
 }
 

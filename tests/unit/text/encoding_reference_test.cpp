@@ -1,13 +1,16 @@
 // Every whole-string function against the reference, on random text. QXPAF_TEST_SEED repeats a run.
+#include "reference/encoding_reference.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include <gtest/gtest.h>
-
 #include "qxpaf/text/encoding.h"
-#include "reference/encoding_reference.h"
 #include "support/guarded_buffer.h"
 #include "support/random_seed.h"
 #include "unit/text/encoding_text.h"
@@ -168,7 +171,7 @@ TEST_F(EncodingReference, AnsiToStringC)
 
 TEST_F(EncodingReference, Windows1252ToUtf8InPlace)
 {
-  OnNarrow([&](const std::string& text, const char* s) {
+  OnNarrow([&](const std::string&, const char* s) {
     const std::size_t length = std::strlen(s);
     // Mostly enough room for a few sequences, now and then less than the text needs.
     const std::size_t size = random_.Below(10) == 0 ? random_.Below(length + 2) : length + 1 + random_.Below(12);

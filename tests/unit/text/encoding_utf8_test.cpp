@@ -1,11 +1,11 @@
 // Whole strings from UTF-8 and to UTF-8.
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <climits>
 #include <string>
 #include <tuple>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 #include "qxpaf/text/encoding.h"
 #include "reference/encoding_reference.h"
@@ -109,7 +109,9 @@ TEST(Utf8ToWide, BoundedReadingNeedsNoTerminator)
   EXPECT_EQ(Hex(wide), Hex(Wide({'a', 0xE9, 'b'})));
   std::string ansi;
   EXPECT_TRUE(ReadUtf8String(ansi, bytes.data(), bytes.size()));
-  EXPECT_EQ(ansi, "a\xE9" "b");
+  EXPECT_EQ(ansi,
+            "a\xE9"
+            "b");
 }
 
 TEST(Utf8ToUtf16, SurrogatePairsAndInvalidBytes)
@@ -218,7 +220,8 @@ TEST(WideToUtf8, PairsLoneSurrogatesAndValuesOutsideUnicode)
 TEST(WideToUtf8, PairAcrossAnyPositionOfLongText)
 {
   for (std::size_t before = 250; before < 260; ++before)
-    ExpectUtf8(std::wstring(before, L'x') + Wide({0xD83D, 0xDE00, 'y'}), std::string(before, 'x') + "\xF0\x9F\x98\x80y");
+    ExpectUtf8(std::wstring(before, L'x') + Wide({0xD83D, 0xDE00, 'y'}),
+               std::string(before, 'x') + "\xF0\x9F\x98\x80y");
 }
 
 TEST(WideToUtf8, ReservesForAsciiAndTheTerminator)

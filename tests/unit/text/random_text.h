@@ -95,15 +95,16 @@ class RandomText
     return table[Below(table.size())];
   }
 
-  // Overlong forms, surrogates, the last code points and the first values behind them, the mark, specials of the code page.
+  // Overlong forms, surrogates, the last code points and the first values behind them, the mark, specials of the code
+  // page.
   inline static const std::array<std::string, 16> kNotable = {
-      "\xC0\xAF",         "\xC0\x80",     "\xE0\x80\xAF",     "\xF0\x80\x80\xAF", "\xED\xA0\x80", "\xED\xBF\xBF",
-      "\xF4\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF7\xBF\xBF\xBF", "\xEF\xBB\xBF", "\xE2\x82\xAC", "\xC2\x81",
-      "\xC2\x9F",         "\xC2\xA0",     "\xC3\xBF",         "\xC4\x80"};
+      "\xC0\xAF",         "\xC0\x80",         "\xE0\x80\xAF",     "\xF0\x80\x80\xAF", "\xED\xA0\x80", "\xED\xBF\xBF",
+      "\xF4\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF7\xBF\xBF\xBF", "\xEF\xBB\xBF",     "\xE2\x82\xAC", "\xC2\x81",
+      "\xC2\x9F",         "\xC2\xA0",         "\xC3\xBF",         "\xC4\x80"};
 
   inline static const std::array<std::int64_t, 24> kBoundaries = {
-      0x7F,   0x80,   0x81,   0x9F,   0xA0,    0xFF,     0x100,    0x152,    0x178,      0x192, 0x2C6,      0x7FF,
-      0x800,  0x2122, 0x20AC, 0xD800, 0xDFFF,  0xFFFF,   0x10000,  0x10FFFE, 0x10FFFF, 0x110000, 0x7FFFFFFF, -1};
+      0x7F,  0x80,   0x81,   0x9F,   0xA0,   0xFF,   0x100,   0x152,    0x178,    0x192,    0x2C6,      0x7FF,
+      0x800, 0x2122, 0x20AC, 0xD800, 0xDFFF, 0xFFFF, 0x10000, 0x10FFFE, 0x10FFFF, 0x110000, 0x7FFFFFFF, -1};
 
   std::mt19937_64 random_;
 };

@@ -60,7 +60,7 @@ TEST(AnswerWriter, WritesOneJsonDocument)
       {"status", 0},
       {"dpid", "30000001"},
       {"address", "1 HIGH ST, CARLTON VIC 3053"},
-      {"fields", {{"line_1", "1 HIGH ST"}, {"locality", "CARLTON"}, {"state", "VIC"}, {"postcode", "3053"}}},
+      {"fields", {{"AddressLine1", "1 HIGH ST"}, {"Locality", "CARLTON"}, {"State", "VIC"}, {"Postcode", "3053"}}},
       {"description", ""}};
   EXPECT_EQ(document[0], found);
   const nlohmann::json failed = {{"input", "x"},

@@ -70,6 +70,13 @@ TEST(Record, FindsTheDpidInTheEighthField)
   EXPECT_EQ(Record("too\tshort").Dpid(), "");
 }
 
+TEST(LocalityQuery, IsARecordWhoseFourthFieldIsTheLine)
+{
+  EXPECT_EQ(LocalityQuery("CARLTON VIC 3053"), "\t\t\tCARLTON VIC 3053");
+  EXPECT_EQ(LocalityQuery("CARLTON\tVIC\t"), "\t\t\tCARLTON VIC ");
+  EXPECT_EQ(LocalityQuery(""), "\t\t\t");
+}
+
 TEST(FieldName, NamesEveryFieldButTheReservedOnes)
 {
   for (std::size_t number = 1; number <= 48; ++number) {
@@ -78,11 +85,11 @@ TEST(FieldName, NamesEveryFieldButTheReservedOnes)
   }
   EXPECT_EQ(FieldName(0), "");
   EXPECT_EQ(FieldName(49), "");
-  EXPECT_EQ(FieldName(1), "line_1");
-  EXPECT_EQ(FieldName(8), "dpid");
-  EXPECT_EQ(FieldName(26), "matched");
-  EXPECT_EQ(FieldName(40), "sort_plan");
-  EXPECT_EQ(FieldName(48), "local_government_area");
+  EXPECT_EQ(FieldName(1), "AddressLine1");
+  EXPECT_EQ(FieldName(8), "DPID");
+  EXPECT_EQ(FieldName(26), "MatchedText");
+  EXPECT_EQ(FieldName(40), "SortPlanNumber");
+  EXPECT_EQ(FieldName(48), "LocalGovernmentArea");
 }
 
 }  // namespace

@@ -1,0 +1,267 @@
+#include "arf/au/au_searcher.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "arf/au/address_record.h"
+#include "arf/au/ascii.h"
+#include "arf/au/boundary.h"
+#include "arf/match/address_text.h"
+#include "arf/match/locality_query.h"
+
+namespace arf {
+namespace {
+
+struct VerdictRow
+{
+  Verdict verdict;
+  int status;
+  int findStatus;
+};
+
+constexpr VerdictRow kVerdicts[] = {
+    {Verdict::Nothing, PAF_AU_ERR_NOT_FOUND, PAF_AU_FIND_NOTHING},
+    {Verdict::TooLong, PAF_AU_ERR_INPUT_TOO_LONG, PAF_AU_FIND_NOT_SEARCHED},
+    {Verdict::WrongLocality, PAF_AU_ERR_WRONG_LOCALITY, PAF_AU_FIND_NO_LOCALITY},
+    {Verdict::WrongStreet, PAF_AU_ERR_WRONG_STREET, PAF_AU_FIND_NO_STREET},
+    {Verdict::WrongNumber, PAF_AU_ERR_WRONG_NUMBER, PAF_AU_FIND_NO_NUMBER},
+    {Verdict::Several, PAF_AU_ERR_SEVERAL_FOUND, PAF_AU_FIND_SEVERAL},
+};
+
+std::uint32_t DigitsToDpid(std::string_view digits) {
+  std::uint32_t dpid = 0;
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), dpid);
+  return result.ec == std::errc() ? dpid : 0;
+}
+
+/** The fields of a query record that are used, numbered from 1; the others must be empty. */
+struct QueryRecord
+{
+  std::string_view locality;
+  std::string_view state;
+  std::string_view postcode;
+  std::string_view dpid;
+  bool hasOthers = false;
+};
+
+QueryRecord ReadQueryRecord(std::string_view record, char delimiter) {
+  QueryRecord query;
+  for (unsigned field = 1;; ++field) {
+    const std::size_t end = std::min(record.find(delimiter), record.size());
+    const std::string_view value = Trimmed(record.substr(0, end));
+    switch (field) {
+      case PAF_AU_FIELD_LOCALITY: query.locality = value; break;
+      case PAF_AU_FIELD_STATE: query.state = value; break;
+      case PAF_AU_FIELD_POSTCODE: query.postcode = value; break;
+      case PAF_AU_FIELD_DPID: query.dpid = value; break;
+      case PAF_AU_FIELD_COUNTRY:
+      case PAF_AU_FIELD_MATCH_QUALITY: break;
+      default: query.hasOthers = query.hasOthers || !value.empty();
+    }
+    if (end == record.size()) return query;
+    record.remove_prefix(end + 1);
+  }
+}
+
+}  // namespace
+
+AuSearcher::AuSearcher(AuDatabase& database) : database_(database) {
+  if (database.GetEngine()) searches_ = std::make_unique<Searches>(database.GetEngine());
+}
+
+void AuSearcher::Release() {
+  delete this;
+}
+
+/** Runs an operation that fills `out`; an answer that does not fit leaves an empty text and 6406. */
+template <class Operation>
+int AuSearcher::Answer(char* out, int outSize, Operation&& operation) {
+  BoundedText text(out, outSize);
+  int status = Guarded([&] { return operation(text); });
+  if (status == 0 && !text.IsWhole()) status = PAF_ERR_BUFFER_TOO_SMALL;
+  if (status != 0) text.Clear();
+  return status;
+}
+
+int AuSearcher::NotOpen() {
+  return lastFailure_.Record(PAF_AU_ERR_NOT_OPEN, std::string_view());
+}
+
+int AuSearcher::FailSearch(Verdict verdict, const Failure& failure) {
+  const auto row = std::find_if(std::begin(kVerdicts), std::end(kVerdicts),
+                                [verdict](const VerdictRow& r) { return r.verdict == verdict; });
+  if (row == std::end(kVerdicts)) return PAF_AU_ERR_INTERNAL;
+  findStatus_ = row->findStatus;
+  return lastFailure_.Record(row->status, failure);
+}
+
+int AuSearcher::FailQuery(int code, std::string_view detail) {
+  findStatus_ = code == PAF_AU_ERR_UNKNOWN_DPID ? PAF_AU_FIND_NOTHING : PAF_AU_FIND_NOT_SEARCHED;
+  return lastFailure_.Record(code, detail);
+}
+
+int AuSearcher::LookupAddress(const char* address, char* out, int outSize, int amas) {
+  return Answer(out, outSize, [&](BoundedText& text) {
+    return Lookup(TextOf(address), amas == 0 ? Rules::Lenient : Rules::Strict, text);
+  });
+}
+
+int AuSearcher::Lookup(std::string_view address, Rules rules, BoundedText& out) {
+  if (!searches_) return NotOpen();
+  parsed_ = Parsed::Address;
+  const LookupAnswer answer = searches_->matcher.Lookup(address, rules);
+  if (answer.verdict != Verdict::Found) return FailSearch(answer.verdict, searches_->matcher.LastFailure());
+  findStatus_ = answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
+  AppendDpid(out, searches_->engine->Data().DpidOf(answer.ordinal));
+  return 0;
+}
+
+int AuSearcher::FixLastLine(const char* input, char* out, int outSize) {
+  return Answer(out, outSize, [&](BoundedText& text) { return Fix(TextOf(input), text); });
+}
+
+int AuSearcher::Fix(std::string_view input, BoundedText& out) {
+  if (!searches_) return NotOpen();
+  parsed_ = Parsed::LastLine;
+  const LastLineAnswer answer = searches_->fixer.Fix(input);
+  if (answer.verdict != Verdict::Found) return FailSearch(answer.verdict, searches_->fixer.LastFailure());
+  findStatus_ = answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
+  AppendLocality(out, searches_->engine->Data().LocalityAt(answer.locality));
+  return 0;
+}
+
+int AuSearcher::GetAddress(const char* query, char* out, int outSize) {
+  return Answer(out, outSize, [&](BoundedText& text) {
+    if (!searches_) return NotOpen();
+    searches_->addresses.Reset();
+    const int status = StartAddresses(TextOf(query));
+    return status == 0 ? WriteCurrent(text) : status;
+  });
+}
+
+int AuSearcher::GetNextAddress(char* out, int outSize) {
+  return Answer(out, outSize, [&](BoundedText& text) {
+    if (!searches_) return NotOpen();
+    if (!searches_->addresses.IsStarted())
+      return lastFailure_.Record(PAF_AU_ERR_NO_ENUMERATION, std::string_view());
+    return WriteCurrent(text);
+  });
+}
+
+/** An address that does not fit stays the current one, so that the caller can ask again with a larger buffer. */
+int AuSearcher::WriteCurrent(BoundedText& out) {
+  Enumeration& addresses = searches_->addresses;
+  const Point* point = addresses.Current();
+  if (!point) {
+    AppendEmptyRecord(out, settings_.outputFields, settings_.delimiter);
+    return 0;
+  }
+  AppendAddressRecord(out, searches_->engine->Data(), *point, settings_.outputFields, settings_.delimiter);
+  if (out.IsWhole()) addresses.Advance();
+  return 0;
+}
+
+int AuSearcher::StartAddresses(std::string_view query) {
+  const bool isRecord = query.find(settings_.delimiter) != std::string_view::npos;
+  return isRecord ? StartWithRecord(query) : StartWithLine(query);
+}
+
+int AuSearcher::StartWithRecord(std::string_view record) {
+  const QueryRecord query = ReadQueryRecord(record, settings_.delimiter);
+  if (!query.dpid.empty()) return StartWithDpid(query.dpid);
+  if (query.hasOthers) return PAF_ERR_NOT_IMPLEMENTED;
+  if (query.locality.empty() && query.state.empty() && query.postcode.empty())
+    return FailQuery(PAF_AU_ERR_BAD_QUERY, std::string_view());
+  FixedText<kMaxInputBytes + 1> line(query.locality);
+  for (const std::string_view part : {query.state, query.postcode}) {
+    line.Append(" ");
+    if (!line.Append(part)) break;
+  }
+  return StartWithLine(line.View());
+}
+
+int AuSearcher::StartWithDpid(std::string_view text) {
+  std::string_view digits = text;
+  const bool isNegative = digits.front() == '-';
+  if (isNegative) digits.remove_prefix(1);
+  if (digits.empty() || !std::all_of(digits.begin(), digits.end(), IsDigit))
+    return FailQuery(PAF_AU_ERR_BAD_QUERY, "The identifier in field 8 is no number.");
+  const std::uint32_t dpid = isNegative ? 0 : DigitsToDpid(digits);
+  const std::optional<std::uint32_t> ordinal = searches_->engine->Data().FindDpid(dpid);
+  if (dpid == 0 || !ordinal) {
+    FixedText<64> detail("No address has the identifier ");
+    detail.Append(text);
+    detail.Append(".");
+    return FailQuery(PAF_AU_ERR_UNKNOWN_DPID, detail.View());
+  }
+  findStatus_ = PAF_AU_FIND_MATCHED;
+  searches_->addresses.StartWith(*ordinal);
+  return 0;
+}
+
+int AuSearcher::StartWithLine(std::string_view line) {
+  if (searches_->query.Read(line) != InputFault::None) {
+    Failure failure;
+    failure.fault = Fault::TooLong;
+    return FailSearch(Verdict::TooLong, failure);
+  }
+  const Failure failure = FindLocalities(*searches_->engine, searches_->query, searches_->addresses.Localities());
+  if (failure.fault != Fault::None) return FailSearch(VerdictOf(failure.fault), failure);
+  findStatus_ = PAF_AU_FIND_MATCHED;
+  searches_->addresses.StartLocalities();
+  return 0;
+}
+
+int AuSearcher::GetParsedInput(char* out, int outSize) {
+  return Answer(out, outSize, [&](BoundedText& text) {
+    if (!searches_) return NotOpen();
+    const auto status = static_cast<PafAuFindStatus>(findStatus_);
+    const Searches& s = *searches_;
+    if (parsed_ == Parsed::Nothing)
+      AppendEmptyRecord(text, FieldList::Whole(), settings_.delimiter);
+    else if (parsed_ == Parsed::Address)
+      AppendParsedRecord(text, s.matcher.Input(), s.matcher.LastReading(), status, settings_.delimiter);
+    else
+      AppendParsedRecord(text, s.fixer.Input(), s.fixer.LastReading(), status, settings_.delimiter);
+    return 0;
+  });
+}
+
+int AuSearcher::GetProperties(const char* name, char* out, int outSize) {
+  return Answer(out, outSize, [&](BoundedText& text) {
+    const Database* data = searches_ ? &searches_->engine->Data() : nullptr;
+    const int status = ReadProperty(TextOf(name), data, &settings_, text);
+    return status == 0 ? 0 : lastFailure_.Record(status, std::string_view());
+  });
+}
+
+int AuSearcher::SetProperties(const char* name, const char* value, char* errText, int errSize) {
+  BoundedText error(errText, errSize);
+  return Guarded([&] {
+    if (!searches_) return NotOpen();
+    char buffer[256];
+    BoundedText reason(buffer, sizeof buffer);
+    const int status = WriteProperty(TextOf(name), TextOf(value), searches_->engine->Data(), settings_, reason);
+    if (status == 0) return 0;
+    error << reason.View();
+    return lastFailure_.Record(status, reason.View());
+  });
+}
+
+/** Fields that the other database had as attributes and this one has not leave the output fields as they are. */
+void AuSearcher::TakeOverFrom(IArfSearcher* previous) {
+  const auto* other = dynamic_cast<const AuSearcher*>(previous);
+  if (!other || !searches_ || !other->searches_) return;
+  settings_.delimiter = other->settings_.delimiter;
+  char names[4096];
+  BoundedText text(names, sizeof names);
+  other->settings_.outputFields.Write(other->searches_->engine->Data(), text);
+  if (text.IsWhole()) settings_.outputFields.Read(searches_->engine->Data(), text.View());
+}
+
+void AuSearcher::GetErrorDescription(char* out, int code, int outSize) {
+  BoundedText text(out, outSize);
+  lastFailure_.Describe(code, searches_ ? &searches_->engine->Data() : nullptr, text);
+}
+
+}  // namespace arf

@@ -1,0 +1,98 @@
+/** One client's searches in an open database. */
+#ifndef QXPAF_ARF_AU_AU_SEARCHER_H
+#define QXPAF_ARF_AU_AU_SEARCHER_H
+
+#include <memory>
+#include <string_view>
+
+#include "arf/au/au_database.h"
+#include "arf/au/enumeration.h"
+#include "arf/au/last_failure.h"
+#include "arf/au/live_objects.h"
+#include "arf/au/settings.h"
+#include "arf/match/last_line_fixer.h"
+#include "arf/match/matcher.h"
+#include "qxpaf/arf_au.h"
+#include "qxpaf/arf_plugin.h"
+
+namespace arf {
+
+class AuSearcher final : public IArfSearcher, private LiveObject
+{
+ public:
+  /** @param database  may be unopened; all searches then fail with PAF_AU_ERR_NOT_OPEN */
+  explicit AuSearcher(AuDatabase& database);
+
+  void Release() override;
+  IArfDb* GetArfDb() override { return &database_; }
+
+  int LookupAddress(const char* address, char* out, int outSize, int amas) override;
+  int FixLastLine(const char* input, char* out, int outSize) override;
+  int GetAddress(const char* query, char* out, int outSize) override;
+  int GetNextAddress(char* out, int outSize) override;
+  int GetFindStatus() override { return findStatus_; }
+  int GetParsedInput(char* out, int outSize) override;
+  int GetProperties(const char* name, char* out, int outSize) override;
+  int SetProperties(const char* name, const char* value, char* errText, int errSize) override;
+  void TakeOverFrom(IArfSearcher* previous) override;
+  void GetErrorDescription(char* out, int code, int outSize) override;
+
+  // Not offered: 6408, and an empty text where there is room for one.
+  int ValidatePartialAddress(const char* input, char* out, int outSize) override;
+  int GetPopupHint(const char* text1, const char* text2, int number, char* out, int outSize) override;
+  int GetNextPopupHint(char* out, int outSize) override;
+  int GetAddressHint(const char* text1, const char* text2, char* out, int outSize) override;
+  int GetNextAddressHint(char* out, int outSize) override;
+  int ValidateFullAddress(const char* input, char* out, int outSize, int flags, char* resultFlag) override;
+  int FormatAddress(const char* input, char* out, long formatOption, int outSize) override;
+  int SetGeographicalCodes(const char* codes, char* errText, int errSize) override;
+  int BeginPolygonSearch(const char* text1, const char* text2) override;
+  int GetNextAddressInPolygon(char* out, int outSize) override;
+  int GetSearchStatistics(const char* text1, const char* text2, const char* text3, const char* text4, char* out,
+                          int outSize) override;
+  int BeginGifConcordance(std::intptr_t a, std::intptr_t b, std::intptr_t c, std::intptr_t d, std::intptr_t e,
+                          int n) override;
+  int GetNextGifConcordance(char* out1, int size1, char* out2, int size2, void* detail) override;
+  int BeginAddressSearch(const char* query) override;
+  int GetNextAddressSearch(char* out, int outSize) override;
+
+ private:
+  /** Everything that needs an open database. */
+  struct Searches
+  {
+    explicit Searches(std::shared_ptr<const Engine> shared)
+        : engine(std::move(shared)), matcher(*engine), fixer(*engine), addresses(engine->Data()) {}
+    std::shared_ptr<const Engine> engine;
+    Matcher matcher;
+    LastLineFixer fixer;
+    InputText query;  ///< of GetAddress
+    Enumeration addresses;
+  };
+
+  /** Whose input GetParsedInput shows. */
+  enum class Parsed { Nothing, Address, LastLine };
+
+  template <class Operation>
+  int Answer(char* out, int outSize, Operation&& operation);
+  int NotOpen();
+  int Lookup(std::string_view address, Rules rules, BoundedText& out);
+  int Fix(std::string_view input, BoundedText& out);
+  int StartAddresses(std::string_view query);
+  int StartWithRecord(std::string_view record);
+  int StartWithDpid(std::string_view text);
+  int StartWithLine(std::string_view line);
+  int WriteCurrent(BoundedText& out);
+  int FailSearch(Verdict verdict, const Failure& failure);
+  int FailQuery(int code, std::string_view detail);
+
+  AuDatabase& database_;
+  std::unique_ptr<Searches> searches_;
+  Settings settings_;
+  LastFailure lastFailure_;
+  int findStatus_ = PAF_AU_FIND_NONE;
+  Parsed parsed_ = Parsed::Nothing;
+};
+
+}  // namespace arf
+
+#endif
