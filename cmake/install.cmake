@@ -13,6 +13,7 @@ write_basic_package_version_file(${CMAKE_CURRENT_BINARY_DIR}/qxpafConfigVersion.
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qxpafConfig.cmake ${CMAKE_CURRENT_BINARY_DIR}/qxpafConfigVersion.cmake
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/qxpaf)
 
+file(RELATIVE_PATH QXPAF_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/qxpaf.pc.in ${CMAKE_CURRENT_BINARY_DIR}/qxpaf.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qxpaf.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 

@@ -6,7 +6,7 @@
 
 static int Complain(int status)
 {
-  char reason[256];
+  char reason[1024];
   pafGetErrorDescription(reason, status, sizeof reason);
   printf("%s (status %d)\n", reason, status);
   return 1;

@@ -7,37 +7,49 @@ namespace arf {
 namespace {
 
 /** Mode 4, and any that may come, are like 1. */
-OpenMode ModeOf(int mode) {
+OpenMode ModeOf(int mode)
+{
   if (mode == static_cast<int>(OpenMode::Memory)) return OpenMode::Memory;
   if (mode == static_cast<int>(OpenMode::Mapped)) return OpenMode::Mapped;
   return OpenMode::Disk;
 }
 
-int StatusOf(OpenFailure failure) {
+int StatusOf(OpenFailure failure)
+{
   switch (failure) {
-    case OpenFailure::None: return 0;
-    case OpenFailure::CannotOpen: return PAF_ERR_OPEN_FILE;
-    case OpenFailure::NotADatabase: return PAF_AU_ERR_NOT_A_DATABASE;
-    case OpenFailure::WrongVersion: return PAF_AU_ERR_DATABASE_VERSION;
-    case OpenFailure::Truncated: return PAF_AU_ERR_DATABASE_TRUNCATED;
-    case OpenFailure::Damaged: return PAF_AU_ERR_DATABASE_DAMAGED;
-    case OpenFailure::OutOfMemory: return PAF_ERR_OUT_OF_MEMORY;
+    case OpenFailure::None:
+      return 0;
+    case OpenFailure::CannotOpen:
+      return PAF_ERR_OPEN_FILE;
+    case OpenFailure::NotADatabase:
+      return PAF_AU_ERR_NOT_A_DATABASE;
+    case OpenFailure::WrongVersion:
+      return PAF_AU_ERR_DATABASE_VERSION;
+    case OpenFailure::Truncated:
+      return PAF_AU_ERR_DATABASE_TRUNCATED;
+    case OpenFailure::Damaged:
+      return PAF_AU_ERR_DATABASE_DAMAGED;
+    case OpenFailure::OutOfMemory:
+      return PAF_ERR_OUT_OF_MEMORY;
   }
   return PAF_AU_ERR_INTERNAL;
 }
 
 }  // namespace
 
-void AuDatabase::Release() {
+void AuDatabase::Release()
+{
   delete this;
 }
 
-int AuDatabase::Open(const char* path, int mode, char* errText, int errSize) {
+int AuDatabase::Open(const char* path, int mode, char* errText, int errSize)
+{
   BoundedText error(errText, errSize);
   return Guarded([&] { return OpenFile(path, mode, errText, errSize); });
 }
 
-int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize) {
+int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize)
+{
   BoundedText error(errText, errSize);
   if (engine_) {
     error << "The database " << path_ << " is open already.";
@@ -55,7 +67,8 @@ int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize)
   return StatusOf(result.failure);
 }
 
-void AuDatabase::Close() {
+void AuDatabase::Close()
+{
   engine_.reset();
 }
 

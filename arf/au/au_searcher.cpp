@@ -28,7 +28,8 @@ constexpr VerdictRow kVerdicts[] = {
     {Verdict::Several, PAF_AU_ERR_SEVERAL_FOUND, PAF_AU_FIND_SEVERAL},
 };
 
-std::uint32_t DigitsToDpid(std::string_view digits) {
+std::uint32_t DigitsToDpid(std::string_view digits)
+{
   std::uint32_t dpid = 0;
   const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), dpid);
   return result.ec == std::errc() ? dpid : 0;
@@ -44,19 +45,30 @@ struct QueryRecord
   bool hasOthers = false;
 };
 
-QueryRecord ReadQueryRecord(std::string_view record, char delimiter) {
+QueryRecord ReadQueryRecord(std::string_view record, char delimiter)
+{
   QueryRecord query;
   for (unsigned field = 1;; ++field) {
     const std::size_t end = std::min(record.find(delimiter), record.size());
     const std::string_view value = Trimmed(record.substr(0, end));
     switch (field) {
-      case PAF_AU_FIELD_LOCALITY: query.locality = value; break;
-      case PAF_AU_FIELD_STATE: query.state = value; break;
-      case PAF_AU_FIELD_POSTCODE: query.postcode = value; break;
-      case PAF_AU_FIELD_DPID: query.dpid = value; break;
+      case PAF_AU_FIELD_LOCALITY:
+        query.locality = value;
+        break;
+      case PAF_AU_FIELD_STATE:
+        query.state = value;
+        break;
+      case PAF_AU_FIELD_POSTCODE:
+        query.postcode = value;
+        break;
+      case PAF_AU_FIELD_DPID:
+        query.dpid = value;
+        break;
       case PAF_AU_FIELD_COUNTRY:
-      case PAF_AU_FIELD_MATCH_QUALITY: break;
-      default: query.hasOthers = query.hasOthers || !value.empty();
+      case PAF_AU_FIELD_MATCH_QUALITY:
+        break;
+      default:
+        query.hasOthers = query.hasOthers || !value.empty();
     }
     if (end == record.size()) return query;
     record.remove_prefix(end + 1);
@@ -65,17 +77,20 @@ QueryRecord ReadQueryRecord(std::string_view record, char delimiter) {
 
 }  // namespace
 
-AuSearcher::AuSearcher(AuDatabase& database) : database_(database) {
+AuSearcher::AuSearcher(AuDatabase& database) : database_(database)
+{
   if (database.GetEngine()) searches_ = std::make_unique<Searches>(database.GetEngine());
 }
 
-void AuSearcher::Release() {
+void AuSearcher::Release()
+{
   delete this;
 }
 
 /** Runs an operation that fills `out`; an answer that does not fit leaves an empty text and 6406. */
 template <class Operation>
-int AuSearcher::Answer(char* out, int outSize, Operation&& operation) {
+int AuSearcher::Answer(char* out, int outSize, Operation&& operation)
+{
   BoundedText text(out, outSize);
   int status = Guarded([&] { return operation(text); });
   if (status == 0 && !text.IsWhole()) status = PAF_ERR_BUFFER_TOO_SMALL;
@@ -83,11 +98,13 @@ int AuSearcher::Answer(char* out, int outSize, Operation&& operation) {
   return status;
 }
 
-int AuSearcher::NotOpen() {
+int AuSearcher::NotOpen()
+{
   return lastFailure_.Record(PAF_AU_ERR_NOT_OPEN, std::string_view());
 }
 
-int AuSearcher::FailSearch(Verdict verdict, const Failure& failure) {
+int AuSearcher::FailSearch(Verdict verdict, const Failure& failure)
+{
   const auto row = std::find_if(std::begin(kVerdicts), std::end(kVerdicts),
                                 [verdict](const VerdictRow& r) { return r.verdict == verdict; });
   if (row == std::end(kVerdicts)) return PAF_AU_ERR_INTERNAL;
@@ -95,18 +112,21 @@ int AuSearcher::FailSearch(Verdict verdict, const Failure& failure) {
   return lastFailure_.Record(row->status, failure);
 }
 
-int AuSearcher::FailQuery(int code, std::string_view detail) {
+int AuSearcher::FailQuery(int code, std::string_view detail)
+{
   findStatus_ = code == PAF_AU_ERR_UNKNOWN_DPID ? PAF_AU_FIND_NOTHING : PAF_AU_FIND_NOT_SEARCHED;
   return lastFailure_.Record(code, detail);
 }
 
-int AuSearcher::LookupAddress(const char* address, char* out, int outSize, int amas) {
+int AuSearcher::LookupAddress(const char* address, char* out, int outSize, int amas)
+{
   return Answer(out, outSize, [&](BoundedText& text) {
     return Lookup(TextOf(address), amas == 0 ? Rules::Lenient : Rules::Strict, text);
   });
 }
 
-int AuSearcher::Lookup(std::string_view address, Rules rules, BoundedText& out) {
+int AuSearcher::Lookup(std::string_view address, Rules rules, BoundedText& out)
+{
   if (!searches_) return NotOpen();
   parsed_ = Parsed::Address;
   const LookupAnswer answer = searches_->matcher.Lookup(address, rules);
@@ -116,11 +136,13 @@ int AuSearcher::Lookup(std::string_view address, Rules rules, BoundedText& out) 
   return 0;
 }
 
-int AuSearcher::FixLastLine(const char* input, char* out, int outSize) {
+int AuSearcher::FixLastLine(const char* input, char* out, int outSize)
+{
   return Answer(out, outSize, [&](BoundedText& text) { return Fix(TextOf(input), text); });
 }
 
-int AuSearcher::Fix(std::string_view input, BoundedText& out) {
+int AuSearcher::Fix(std::string_view input, BoundedText& out)
+{
   if (!searches_) return NotOpen();
   parsed_ = Parsed::LastLine;
   const LastLineAnswer answer = searches_->fixer.Fix(input);
@@ -130,7 +152,8 @@ int AuSearcher::Fix(std::string_view input, BoundedText& out) {
   return 0;
 }
 
-int AuSearcher::GetAddress(const char* query, char* out, int outSize) {
+int AuSearcher::GetAddress(const char* query, char* out, int outSize)
+{
   return Answer(out, outSize, [&](BoundedText& text) {
     if (!searches_) return NotOpen();
     searches_->addresses.Reset();
@@ -139,17 +162,18 @@ int AuSearcher::GetAddress(const char* query, char* out, int outSize) {
   });
 }
 
-int AuSearcher::GetNextAddress(char* out, int outSize) {
+int AuSearcher::GetNextAddress(char* out, int outSize)
+{
   return Answer(out, outSize, [&](BoundedText& text) {
     if (!searches_) return NotOpen();
-    if (!searches_->addresses.IsStarted())
-      return lastFailure_.Record(PAF_AU_ERR_NO_ENUMERATION, std::string_view());
+    if (!searches_->addresses.IsStarted()) return lastFailure_.Record(PAF_AU_ERR_NO_ENUMERATION, std::string_view());
     return WriteCurrent(text);
   });
 }
 
 /** An address that does not fit stays the current one, so that the caller can ask again with a larger buffer. */
-int AuSearcher::WriteCurrent(BoundedText& out) {
+int AuSearcher::WriteCurrent(BoundedText& out)
+{
   Enumeration& addresses = searches_->addresses;
   const Point* point = addresses.Current();
   if (!point) {
@@ -161,12 +185,14 @@ int AuSearcher::WriteCurrent(BoundedText& out) {
   return 0;
 }
 
-int AuSearcher::StartAddresses(std::string_view query) {
+int AuSearcher::StartAddresses(std::string_view query)
+{
   const bool isRecord = query.find(settings_.delimiter) != std::string_view::npos;
   return isRecord ? StartWithRecord(query) : StartWithLine(query);
 }
 
-int AuSearcher::StartWithRecord(std::string_view record) {
+int AuSearcher::StartWithRecord(std::string_view record)
+{
   const QueryRecord query = ReadQueryRecord(record, settings_.delimiter);
   if (!query.dpid.empty()) return StartWithDpid(query.dpid);
   if (query.hasOthers) return PAF_ERR_NOT_IMPLEMENTED;
@@ -180,7 +206,8 @@ int AuSearcher::StartWithRecord(std::string_view record) {
   return StartWithLine(line.View());
 }
 
-int AuSearcher::StartWithDpid(std::string_view text) {
+int AuSearcher::StartWithDpid(std::string_view text)
+{
   std::string_view digits = text;
   const bool isNegative = digits.front() == '-';
   if (isNegative) digits.remove_prefix(1);
@@ -199,7 +226,8 @@ int AuSearcher::StartWithDpid(std::string_view text) {
   return 0;
 }
 
-int AuSearcher::StartWithLine(std::string_view line) {
+int AuSearcher::StartWithLine(std::string_view line)
+{
   if (searches_->query.Read(line) != InputFault::None) {
     Failure failure;
     failure.fault = Fault::TooLong;
@@ -212,7 +240,8 @@ int AuSearcher::StartWithLine(std::string_view line) {
   return 0;
 }
 
-int AuSearcher::GetParsedInput(char* out, int outSize) {
+int AuSearcher::GetParsedInput(char* out, int outSize)
+{
   return Answer(out, outSize, [&](BoundedText& text) {
     if (!searches_) return NotOpen();
     const auto status = static_cast<PafAuFindStatus>(findStatus_);
@@ -227,7 +256,8 @@ int AuSearcher::GetParsedInput(char* out, int outSize) {
   });
 }
 
-int AuSearcher::GetProperties(const char* name, char* out, int outSize) {
+int AuSearcher::GetProperties(const char* name, char* out, int outSize)
+{
   return Answer(out, outSize, [&](BoundedText& text) {
     const Database* data = searches_ ? &searches_->engine->Data() : nullptr;
     const int status = ReadProperty(TextOf(name), data, &settings_, text);
@@ -235,7 +265,8 @@ int AuSearcher::GetProperties(const char* name, char* out, int outSize) {
   });
 }
 
-int AuSearcher::SetProperties(const char* name, const char* value, char* errText, int errSize) {
+int AuSearcher::SetProperties(const char* name, const char* value, char* errText, int errSize)
+{
   BoundedText error(errText, errSize);
   return Guarded([&] {
     if (!searches_) return NotOpen();
@@ -249,7 +280,8 @@ int AuSearcher::SetProperties(const char* name, const char* value, char* errText
 }
 
 /** Fields that the other database had as attributes and this one has not leave the output fields as they are. */
-void AuSearcher::TakeOverFrom(IArfSearcher* previous) {
+void AuSearcher::TakeOverFrom(IArfSearcher* previous)
+{
   const auto* other = dynamic_cast<const AuSearcher*>(previous);
   if (!other || !searches_ || !other->searches_) return;
   settings_.delimiter = other->settings_.delimiter;
@@ -259,7 +291,8 @@ void AuSearcher::TakeOverFrom(IArfSearcher* previous) {
   if (text.IsWhole()) settings_.outputFields.Read(searches_->engine->Data(), text.View());
 }
 
-void AuSearcher::GetErrorDescription(char* out, int code, int outSize) {
+void AuSearcher::GetErrorDescription(char* out, int code, int outSize)
+{
   BoundedText text(out, outSize);
   lastFailure_.Describe(code, searches_ ? &searches_->engine->Data() : nullptr, text);
 }

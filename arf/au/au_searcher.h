@@ -61,7 +61,9 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   struct Searches
   {
     explicit Searches(std::shared_ptr<const Engine> shared)
-        : engine(std::move(shared)), matcher(*engine), fixer(*engine), addresses(engine->Data()) {}
+        : engine(std::move(shared)), matcher(*engine), fixer(*engine), addresses(engine->Data())
+    {
+    }
     std::shared_ptr<const Engine> engine;
     Matcher matcher;
     LastLineFixer fixer;
@@ -70,7 +72,12 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   };
 
   /** Whose input GetParsedInput shows. */
-  enum class Parsed { Nothing, Address, LastLine };
+  enum class Parsed
+  {
+    Nothing,
+    Address,
+    LastLine
+  };
 
   template <class Operation>
   int Answer(char* out, int outSize, Operation&& operation);

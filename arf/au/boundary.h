@@ -12,7 +12,8 @@ namespace arf {
 
 /** Runs an operation and turns what it throws into a status. */
 template <class Operation>
-int Guarded(Operation&& operation) noexcept {
+int Guarded(Operation&& operation) noexcept
+{
   try {
     return operation();
   } catch (const std::bad_alloc&) {
@@ -23,7 +24,8 @@ int Guarded(Operation&& operation) noexcept {
 }
 
 /** A text that a caller passed; null counts as empty. */
-inline std::string_view TextOf(const char* text) {
+inline std::string_view TextOf(const char* text)
+{
   return text ? std::string_view(text) : std::string_view();
 }
 

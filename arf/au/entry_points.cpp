@@ -7,11 +7,13 @@
 #include "arf/au/settings.h"
 #include "arf/match/bounded_text.h"
 
-IArfDb* GetDb() {
+IArfDb* GetDb()
+{
   return new (std::nothrow) arf::AuDatabase;
 }
 
-IArfSearcher* GetSearcher(IArfDb* db) {
+IArfSearcher* GetSearcher(IArfDb* db)
+{
   auto* database = dynamic_cast<arf::AuDatabase*>(db);
   if (!database) return nullptr;
   IArfSearcher* searcher = nullptr;
@@ -22,11 +24,13 @@ IArfSearcher* GetSearcher(IArfDb* db) {
   return searcher;
 }
 
-int CanUnloadNow() {
+int CanUnloadNow()
+{
   return arf::LiveObject::Exist() ? 0 : 1;
 }
 
-int GetOtherProperties(const char* request, char* out, int outSize) {
+int GetOtherProperties(const char* request, char* out, int outSize)
+{
   arf::BoundedText text(out, outSize);
   int status = arf::Guarded([&] { return arf::ReadProperty(arf::TextOf(request), nullptr, nullptr, text); });
   if (status == PAF_AU_ERR_UNKNOWN_PROPERTY) status = PAF_ERR_NOT_IMPLEMENTED;

@@ -2,7 +2,8 @@
 
 namespace arf {
 
-void Enumeration::Reset() {
+void Enumeration::Reset()
+{
   localities_.clear();
   nextLocality_ = 0;
   streets_ = {};
@@ -11,14 +12,16 @@ void Enumeration::Reset() {
   started_ = false;
 }
 
-void Enumeration::StartWith(std::uint32_t ordinal) {
+void Enumeration::StartWith(std::uint32_t ordinal)
+{
   Reset();
   point_ = database_.PointAt(ordinal);
   atPoint_ = true;
   started_ = true;
 }
 
-void Enumeration::StartLocalities() {
+void Enumeration::StartLocalities()
+{
   nextLocality_ = 0;
   streets_ = {};
   cursor_ = {};
@@ -26,7 +29,8 @@ void Enumeration::StartLocalities() {
   Advance();
 }
 
-void Enumeration::Advance() {
+void Enumeration::Advance()
+{
   for (;;) {
     atPoint_ = cursor_.Next(point_);
     if (atPoint_) return;

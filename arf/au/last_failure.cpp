@@ -5,21 +5,24 @@
 
 namespace arf {
 
-int LastFailure::Record(int code, const Failure& failure) {
+int LastFailure::Record(int code, const Failure& failure)
+{
   code_ = code;
   failure_ = failure;
   detail_.Clear();
   return code;
 }
 
-int LastFailure::Record(int code, std::string_view detail) {
+int LastFailure::Record(int code, std::string_view detail)
+{
   code_ = code;
   failure_ = {};
   detail_ = FixedText<200>(detail);
   return code;
 }
 
-void LastFailure::Describe(int code, const Database* database, BoundedText& text) const {
+void LastFailure::Describe(int code, const Database* database, BoundedText& text) const
+{
   const StatusText* status = FindStatusText(code);
   if (!status) return;
   const bool isLast = code == code_;

@@ -56,13 +56,15 @@ constexpr FieldRow kFields[] = {
 constexpr FieldRow kReserved{};
 constexpr unsigned kDefaultFields = PAF_AU_FIELD_DPID;
 
-const FieldRow& RowOf(unsigned number) {
-  const auto row = std::find_if(std::begin(kFields), std::end(kFields),
-                                [number](const FieldRow& r) { return r.number == number; });
+const FieldRow& RowOf(unsigned number)
+{
+  const auto row =
+      std::find_if(std::begin(kFields), std::end(kFields), [number](const FieldRow& r) { return r.number == number; });
   return row == std::end(kFields) ? kReserved : *row;
 }
 
-std::optional<FieldChoice> FindByNumber(std::string_view text) {
+std::optional<FieldChoice> FindByNumber(std::string_view text)
+{
   unsigned number = 0;
   const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
   const bool isField = result.ec == std::errc() && result.ptr == text.data() + text.size() && number >= 1 &&
@@ -70,14 +72,16 @@ std::optional<FieldChoice> FindByNumber(std::string_view text) {
   return isField ? std::optional(FieldChoice::Field(number)) : std::nullopt;
 }
 
-std::optional<FieldChoice> FindAttributeColumn(const Database& database, std::string_view name) {
+std::optional<FieldChoice> FindAttributeColumn(const Database& database, std::string_view name)
+{
   for (std::uint32_t column = 0; column < database.AttributeCount(); ++column)
     if (EqualIgnoringCase(database.AttributeName(column), name)) return FieldChoice::Attribute(column);
   return std::nullopt;
 }
 
 /** Takes the next entry off a list, without the white space around it. */
-std::string_view TakeEntry(std::string_view& list) {
+std::string_view TakeEntry(std::string_view& list)
+{
   const std::size_t end = std::min(list.find_first_of(",;"), list.size());
   const std::string_view entry = Trimmed(list.substr(0, end));
   list.remove_prefix(std::min(end + 1, list.size()));
@@ -86,26 +90,31 @@ std::string_view TakeEntry(std::string_view& list) {
 
 }  // namespace
 
-std::string_view FieldName(unsigned number) {
+std::string_view FieldName(unsigned number)
+{
   return RowOf(number).name;
 }
 
-std::string_view FieldAttribute(unsigned number) {
+std::string_view FieldAttribute(unsigned number)
+{
   return RowOf(number).attribute;
 }
 
-std::optional<FieldChoice> FindField(const Database& database, std::string_view text) {
+std::optional<FieldChoice> FindField(const Database& database, std::string_view text)
+{
   for (const FieldRow& row : kFields)
     if (EqualIgnoringCase(row.name, text)) return FieldChoice::Field(row.number);
   if (const std::optional<FieldChoice> field = FindByNumber(text)) return field;
   return FindAttributeColumn(database, text);
 }
 
-FieldList::FieldList() {
+FieldList::FieldList()
+{
   for (unsigned number = 1; number <= kDefaultFields; ++number) fields_[count_++] = FieldChoice::Field(number);
 }
 
-FieldList FieldList::Whole() {
+FieldList FieldList::Whole()
+{
   FieldList list;
   list.count_ = 0;
   for (unsigned number = 1; number <= PAF_AU_FIELD_COUNT; ++number)
@@ -113,7 +122,8 @@ FieldList FieldList::Whole() {
   return list;
 }
 
-std::string_view FieldList::Read(const Database& database, std::string_view text) {
+std::string_view FieldList::Read(const Database& database, std::string_view text)
+{
   FieldList list;
   list.count_ = 0;
   while (!text.empty()) {
@@ -129,10 +139,12 @@ std::string_view FieldList::Read(const Database& database, std::string_view text
   return {};
 }
 
-void FieldList::Write(const Database& database, BoundedText& text) const {
+void FieldList::Write(const Database& database, BoundedText& text) const
+{
   for (const FieldChoice& field : Fields()) {
     if (text.Length() > 0) text << ';';
-    const std::string_view name = field.IsAttribute() ? database.AttributeName(field.Column()) : FieldName(field.Number());
+    const std::string_view name =
+        field.IsAttribute() ? database.AttributeName(field.Column()) : FieldName(field.Number());
     if (name.empty())
       text << std::uint32_t{field.Number()};
     else

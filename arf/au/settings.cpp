@@ -25,11 +25,13 @@ struct Property
   bool (*write)(std::string_view value, const Database& database, Settings& settings, BoundedText& reason);
 };
 
-void ReadDelimiter(const Database&, const Settings& settings, BoundedText& out) {
+void ReadDelimiter(const Database&, const Settings& settings, BoundedText& out)
+{
   out << settings.delimiter;
 }
 
-bool WriteDelimiter(std::string_view value, const Database&, Settings& settings, BoundedText& reason) {
+bool WriteDelimiter(std::string_view value, const Database&, Settings& settings, BoundedText& reason)
+{
   const auto isPlain = [](char c) {
     const char lower = LowerAscii(c);
     return c > 0 && c != '\n' && !(lower >= 'a' && lower <= 'z') && !(c >= '0' && c <= '9');
@@ -42,11 +44,13 @@ bool WriteDelimiter(std::string_view value, const Database&, Settings& settings,
   return true;
 }
 
-void ReadOutputFields(const Database& database, const Settings& settings, BoundedText& out) {
+void ReadOutputFields(const Database& database, const Settings& settings, BoundedText& out)
+{
   settings.outputFields.Write(database, out);
 }
 
-bool WriteOutputFields(std::string_view value, const Database& database, Settings& settings, BoundedText& reason) {
+bool WriteOutputFields(std::string_view value, const Database& database, Settings& settings, BoundedText& reason)
+{
   const std::string_view fault = settings.outputFields.Read(database, value);
   if (!fault.empty()) reason << "Not a list of fields: " << fault << '.';
   return fault.empty();
@@ -66,12 +70,14 @@ constexpr std::string_view kList = "Properties";
 constexpr std::string_view kNameByIndex = "PropertyName";
 
 /** Whether a property exists with what is there. */
-bool Exists(const Property& property, const Database* database, const Settings* settings) {
+bool Exists(const Property& property, const Database* database, const Settings* settings)
+{
   if (property.read) return database && settings;
   return property.infoKey.empty() || (database && !database->Info(property.infoKey).empty());
 }
 
-void ListProperties(const Database* database, const Settings* settings, BoundedText& out) {
+void ListProperties(const Database* database, const Settings* settings, BoundedText& out)
+{
   for (const Property& property : kProperties) {
     if (!Exists(property, database, settings)) continue;
     if (out.Length() > 0) out << ';';
@@ -80,7 +86,8 @@ void ListProperties(const Database* database, const Settings* settings, BoundedT
 }
 
 /** The name with a number from 1; nothing when the number is none or too large. */
-void NameByIndex(std::string_view number, const Database* database, const Settings* settings, BoundedText& out) {
+void NameByIndex(std::string_view number, const Database* database, const Settings* settings, BoundedText& out)
+{
   std::uint32_t index = 0;
   const auto result = std::from_chars(number.data(), number.data() + number.size(), index);
   if (result.ec != std::errc() || result.ptr != number.data() + number.size()) return;
@@ -88,11 +95,13 @@ void NameByIndex(std::string_view number, const Database* database, const Settin
     if (Exists(property, database, settings) && index > 0 && --index == 0) out << property.name;
 }
 
-bool StartsIgnoringCase(std::string_view text, std::string_view start) {
+bool StartsIgnoringCase(std::string_view text, std::string_view start)
+{
   return text.size() > start.size() && EqualIgnoringCase(text.substr(0, start.size()), start);
 }
 
-const Property* FindProperty(std::string_view name) {
+const Property* FindProperty(std::string_view name)
+{
   const auto property = std::find_if(std::begin(kProperties), std::end(kProperties),
                                      [name](const Property& p) { return EqualIgnoringCase(p.name, name); });
   return property == std::end(kProperties) ? nullptr : property;
@@ -100,7 +109,8 @@ const Property* FindProperty(std::string_view name) {
 
 }  // namespace
 
-int ReadProperty(std::string_view name, const Database* database, const Settings* settings, BoundedText& out) {
+int ReadProperty(std::string_view name, const Database* database, const Settings* settings, BoundedText& out)
+{
   if (EqualIgnoringCase(name, kList)) {
     ListProperties(database, settings, out);
     return 0;
@@ -119,12 +129,14 @@ int ReadProperty(std::string_view name, const Database* database, const Settings
 }
 
 int WriteProperty(std::string_view name, std::string_view value, const Database& database, Settings& settings,
-                  BoundedText& reason) {
+                  BoundedText& reason)
+{
   const Property* property = FindProperty(name);
   if (property && property->write)
     return property->write(value, database, settings, reason) ? 0 : PAF_AU_ERR_PROPERTY_VALUE;
   const bool isKnown = property || EqualIgnoringCase(name, kList) || StartsIgnoringCase(name, kNameByIndex);
-  reason << (isKnown ? "The property \"" : "There is no property \"") << name << (isKnown ? "\" can only be read." : "\".");
+  reason << (isKnown ? "The property \"" : "There is no property \"") << name
+         << (isKnown ? "\" can only be read." : "\".");
   return isKnown ? PAF_AU_ERR_READ_ONLY_PROPERTY : PAF_AU_ERR_UNKNOWN_PROPERTY;
 }
 

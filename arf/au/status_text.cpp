@@ -10,7 +10,8 @@ namespace {
 constexpr StatusText kTexts[] = {
     {PAF_AU_ERR_NOT_FOUND, "Nothing in the text was recognised as an address.",
      "Write number, street, locality, state and postcode."},
-    {PAF_AU_ERR_SEVERAL_FOUND, "More than one address fits.", "Add the unit, the street type, the state or the postcode."},
+    {PAF_AU_ERR_SEVERAL_FOUND, "More than one address fits.",
+     "Add the unit, the street type, the state or the postcode."},
     {PAF_AU_ERR_WRONG_STREET, "The locality is known, but not the street.",
      "Check the street's name, type and suffix."},
     {PAF_AU_ERR_WRONG_NUMBER, "The street is known, but not the number or unit.", "Check the number and the unit."},
@@ -37,9 +38,10 @@ constexpr StatusText kTexts[] = {
 
 }  // namespace
 
-const StatusText* FindStatusText(int code) {
-  const auto row = std::find_if(std::begin(kTexts), std::end(kTexts),
-                                [code](const StatusText& text) { return text.code == code; });
+const StatusText* FindStatusText(int code)
+{
+  const auto row =
+      std::find_if(std::begin(kTexts), std::end(kTexts), [code](const StatusText& text) { return text.code == code; });
   return row == std::end(kTexts) ? nullptr : row;
 }
 

@@ -26,11 +26,16 @@ std::span<const CanonicalRow> CanonicalRows();
 /** The canonical form of a word of a match key; the word itself when it has no other. */
 std::string_view CanonicalWord(std::string_view word);
 
+/** Whether a word next to another is one of several initials, which stand for themselves: the E of "J.E." is no EAST.
+ */
+bool AreInitials(std::string_view word, std::string_view neighbour);
+
 /** "THE", which names have or lack in front of other words. */
 bool IsArticle(std::string_view word);
 
 /** Continues the hash of a name with its next word; FNV-1a. */
-inline std::uint32_t HashCanonical(std::uint32_t hash, std::string_view canonicalWord) {
+inline std::uint32_t HashCanonical(std::uint32_t hash, std::string_view canonicalWord)
+{
   for (const char c : canonicalWord) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
   return hash;
 }

@@ -15,7 +15,9 @@ class Engine
   explicit Engine(std::unique_ptr<const Database> database)
       : database_(std::move(database)),
         localityNames_(*database_, &Database::LocalityNameCount, &Database::LocalityName),
-        streetNames_(*database_, &Database::StreetNameCount, &Database::StreetName) {}
+        streetNames_(*database_, &Database::StreetNameCount, &Database::StreetName)
+  {
+  }
 
   const Database& Data() const { return *database_; }
   const NameIndex& LocalityNames() const { return localityNames_; }

@@ -17,12 +17,14 @@ class ListText
   ListText(BoundedText& text, std::string_view separator) : text_(text), separator_(separator) {}
 
   /** Whether the next thing is to be written; it is counted in any case. */
-  bool Next() {
+  bool Next()
+  {
     if (++count_ > kListed) return false;
     if (count_ > 1) text_ << separator_;
     return true;
   }
-  void Finish(std::uint32_t total) {
+  void Finish(std::uint32_t total)
+  {
     if (total > kListed) text_ << " and " << total - kListed << " more";
   }
   void Finish() { Finish(count_); }
@@ -34,14 +36,16 @@ class ListText
   std::uint32_t count_ = 0;
 };
 
-void AppendStreetOf(BoundedText& text, const Database& database, const Street& street) {
+void AppendStreetOf(BoundedText& text, const Database& database, const Street& street)
+{
   AppendStreet(text, street);
   text << ',';
   AppendLocality(text, database.LocalityAt(street.locality));
 }
 
 /** "; it is part of 138-144.", false when no range holds the number. */
-bool AppendRangesAround(BoundedText& text, const Database& database, const Street& street, std::uint32_t number) {
+bool AppendRangesAround(BoundedText& text, const Database& database, const Street& street, std::uint32_t number)
+{
   ListText list(text, ",");
   PointCursor cursor = database.PointsNumbered(street, number);
   std::uint32_t listedFirst = 0;
@@ -57,7 +61,8 @@ bool AppendRangesAround(BoundedText& text, const Database& database, const Stree
 }
 
 /** "; numbers there run from 1 to 812." */
-void AppendNumberRange(BoundedText& text, const Database& database, const Street& street) {
+void AppendNumberRange(BoundedText& text, const Database& database, const Street& street)
+{
   std::uint32_t lowest = UINT32_MAX;
   std::uint32_t highest = 0;
   PointCursor cursor = database.Points(street);
@@ -74,7 +79,8 @@ void AppendNumberRange(BoundedText& text, const Database& database, const Street
     text << "; numbers there run from " << lowest << " to " << highest << '.';
 }
 
-void AppendNumberFailure(BoundedText& text, const Database& database, const Failure& failure) {
+void AppendNumberFailure(BoundedText& text, const Database& database, const Failure& failure)
+{
   const Street street = database.StreetAt(failure.street);
   if (failure.fault == Fault::NumberMissing) {
     text << "No number was written for";
@@ -87,7 +93,8 @@ void AppendNumberFailure(BoundedText& text, const Database& database, const Fail
 }
 
 /** "No UNIT 99 at 12 GEORGE STREET, SYDNEY NSW 2000; there are the building and UNIT 1, UNIT 2 and 4 more." */
-void AppendUnitFailure(BoundedText& text, const Database& database, const Failure& failure) {
+void AppendUnitFailure(BoundedText& text, const Database& database, const Failure& failure)
+{
   const Street street = database.StreetAt(failure.street);
   text << "No";
   text.Word(failure.written.View()) << " at " << failure.number;
@@ -106,7 +113,8 @@ void AppendUnitFailure(BoundedText& text, const Database& database, const Failur
   text << '.';
 }
 
-void AppendStreetFailure(BoundedText& text, const Database& database, const Failure& failure) {
+void AppendStreetFailure(BoundedText& text, const Database& database, const Failure& failure)
+{
   const Locality locality = database.LocalityAt(failure.locality);
   text << '"' << failure.written.View() << "\" was not found in";
   AppendLocality(text, locality);
@@ -122,7 +130,8 @@ void AppendStreetFailure(BoundedText& text, const Database& database, const Fail
 }
 
 /** "SYDNEY is NSW 2000, not VIC 3000." */
-void AppendPlaceFailure(BoundedText& text, const Database& database, const Failure& failure) {
+void AppendPlaceFailure(BoundedText& text, const Database& database, const Failure& failure)
+{
   const Locality locality = database.LocalityAt(failure.locality);
   text << locality.name << " is";
   ListText list(text, ",");
@@ -135,7 +144,8 @@ void AppendPlaceFailure(BoundedText& text, const Database& database, const Failu
   text.Word(failure.writtenPlace.View()) << '.';
 }
 
-void AppendUnknownLocality(BoundedText& text, const Failure& failure) {
+void AppendUnknownLocality(BoundedText& text, const Failure& failure)
+{
   text << "No locality was recognised";
   if (!failure.written.Empty()) text << " in \"" << failure.written.View() << '"';
   if (!failure.writtenPlace.Empty()) text << " for " << failure.writtenPlace.View();
@@ -143,7 +153,8 @@ void AppendUnknownLocality(BoundedText& text, const Failure& failure) {
 }
 
 /** "3 addresses fit: …", or localities. */
-void AppendSeveral(BoundedText& text, const Database& database, const Failure& failure) {
+void AppendSeveral(BoundedText& text, const Database& database, const Failure& failure)
+{
   const bool areAddresses = failure.fault == Fault::SeveralAddresses;
   const PointSet& points = failure.points;
   text << points.count;
@@ -165,28 +176,38 @@ void AppendSeveral(BoundedText& text, const Database& database, const Failure& f
 
 }  // namespace
 
-void AppendFailure(BoundedText& text, const Database& database, const Failure& failure) {
+void AppendFailure(BoundedText& text, const Database& database, const Failure& failure)
+{
   switch (failure.fault) {
-    case Fault::None: return;
-    case Fault::NothingRecognised: text << "Neither a locality nor a street was recognised."; return;
+    case Fault::None:
+      return;
+    case Fault::NothingRecognised:
+      text << "Neither a locality nor a street was recognised.";
+      return;
     case Fault::TooLong:
       text << "The text has more than " << std::uint32_t{kMaxInputBytes} << " bytes or "
            << std::uint32_t{kMaxInputWords} << " words.";
       return;
-    case Fault::LocalityUnknown: return AppendUnknownLocality(text, failure);
-    case Fault::PlaceContradicts: return AppendPlaceFailure(text, database, failure);
+    case Fault::LocalityUnknown:
+      return AppendUnknownLocality(text, failure);
+    case Fault::PlaceContradicts:
+      return AppendPlaceFailure(text, database, failure);
     case Fault::StreetMissing:
       text << "No street was written for";
       AppendLocality(text, database.LocalityAt(failure.locality));
       text << '.';
       return;
     case Fault::StreetUnknown:
-    case Fault::StreetTypeDiffers: return AppendStreetFailure(text, database, failure);
+    case Fault::StreetTypeDiffers:
+      return AppendStreetFailure(text, database, failure);
     case Fault::NumberMissing:
-    case Fault::NumberUnknown: return AppendNumberFailure(text, database, failure);
-    case Fault::UnitUnknown: return AppendUnitFailure(text, database, failure);
+    case Fault::NumberUnknown:
+      return AppendNumberFailure(text, database, failure);
+    case Fault::UnitUnknown:
+      return AppendUnitFailure(text, database, failure);
     case Fault::SeveralAddresses:
-    case Fault::SeveralLocalities: return AppendSeveral(text, database, failure);
+    case Fault::SeveralLocalities:
+      return AppendSeveral(text, database, failure);
   }
 }
 

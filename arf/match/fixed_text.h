@@ -18,7 +18,8 @@ class FixedText
   explicit FixedText(std::string_view text) { Append(text); }
 
   /** False, and cut, when the text does not fit. */
-  bool Append(std::string_view text) {
+  bool Append(std::string_view text)
+  {
     const std::string_view taken = text.substr(0, Capacity - length_);
     std::copy(taken.begin(), taken.end(), text_.begin() + length_);
     length_ = static_cast<std::uint16_t>(length_ + taken.size());

@@ -10,7 +10,8 @@ namespace arf {
 namespace {
 
 /** The length of the well-formed UTF-8 sequence at the front, and its code point; 0 when there is none. */
-std::size_t DecodeUtf8(std::string_view text, char32_t& codePoint) {
+std::size_t DecodeUtf8(std::string_view text, char32_t& codePoint)
+{
   const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
   const unsigned char lead = byte(0);
   if (lead < 0x80) {
@@ -29,7 +30,8 @@ std::size_t DecodeUtf8(std::string_view text, char32_t& codePoint) {
   return codePoint < kSmallest[length] || codePoint > 0x10FFFF || isSurrogate ? 0 : length;
 }
 
-bool IsValidUtf8(std::string_view text) {
+bool IsValidUtf8(std::string_view text)
+{
   for (char32_t ignored = 0; !text.empty();) {
     const std::size_t length = DecodeUtf8(text, ignored);
     if (length == 0) return false;
@@ -38,29 +40,46 @@ bool IsValidUtf8(std::string_view text) {
   return true;
 }
 
-enum class Sign { Letter, Dropped, Dot, Space, Break, Slash, Dash };
+enum class Sign
+{
+  Letter,
+  Dropped,
+  Dot,
+  Space,
+  Break,
+  Slash,
+  Dash
+};
 
-Sign ClassifyAscii(char32_t c) {
+Sign ClassifyAscii(char32_t c)
+{
   if ((c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')) return Sign::Letter;
   switch (c) {
     case '\'':
-    case '`': return Sign::Dropped;
-    case '.': return Sign::Dot;
+    case '`':
+      return Sign::Dropped;
+    case '.':
+      return Sign::Dot;
     case '/':
-    case '\\': return Sign::Slash;
-    case '-': return Sign::Dash;
+    case '\\':
+      return Sign::Slash;
+    case '-':
+      return Sign::Dash;
     case ',':
     case ';':
     case '(':
     case ')':
     case '[':
     case ']':
-    case 0x7F: return Sign::Break;
-    default: return c < ' ' ? Sign::Break : Sign::Space;
+    case 0x7F:
+      return Sign::Break;
+    default:
+      return c < ' ' ? Sign::Break : Sign::Space;
   }
 }
 
-Sign Classify(char32_t c) {
+Sign Classify(char32_t c)
+{
   if (c < 0x80) return ClassifyAscii(c);
   if (c < 0xA0 || c == 0x2028 || c == 0x2029) return Sign::Break;
   if (c == 0xB4 || c == 0x2BC || c == 0x2018 || c == 0x2019 || c == 0x201B || c == 0x2032) return Sign::Dropped;
@@ -72,7 +91,8 @@ Sign Classify(char32_t c) {
 }
 
 /** The joint of two signs that meet: a break wins, a slash or dash survives spaces, and two of them cancel out. */
-Joint Combine(Joint pending, Joint next) {
+Joint Combine(Joint pending, Joint next)
+{
   if (pending == Joint::Break || next == Joint::Break) return Joint::Break;
   if (pending == Joint::Space) return next;
   return next == Joint::Space || next == pending ? pending : Joint::Space;
@@ -84,10 +104,10 @@ Joint Combine(Joint pending, Joint next) {
 class InputReader
 {
  public:
-  InputReader(InputText& target, std::string_view text)
-      : target_(target), rest_(text), isUtf8_(IsValidUtf8(text)) {}
+  InputReader(InputText& target, std::string_view text) : target_(target), rest_(text), isUtf8_(IsValidUtf8(text)) {}
 
-  InputFault Run() {
+  InputFault Run()
+  {
     target_.count_ = 0;
     while (!rest_.empty()) {
       const std::string_view sequence = TakeCharacter();
@@ -97,12 +117,25 @@ class InputReader
       }
     }
     EndWord();
+    KeepInitials();
     return InputFault::None;
   }
 
  private:
+  void KeepInitials()
+  {
+    for (std::size_t i = 1; i < target_.count_; ++i) {
+      Word& word = target_.words_[i];
+      Word& before = target_.words_[i - 1];
+      if (!AreInitials(word.text, before.text)) continue;
+      word.canonical = word.text;
+      before.canonical = before.text;
+    }
+  }
+
   /** The next character as UTF-8, its code point in codePoint_. */
-  std::string_view TakeCharacter() {
+  std::string_view TakeCharacter()
+  {
     if (isUtf8_) {
       const std::size_t length = DecodeUtf8(rest_, codePoint_);
       const std::string_view sequence = rest_.substr(0, length);
@@ -116,22 +149,34 @@ class InputReader
   }
 
   /** False when there is no room for another word. */
-  bool Take(std::string_view sequence) {
+  bool Take(std::string_view sequence)
+  {
     switch (Classify(codePoint_)) {
-      case Sign::Letter: return Append(sequence);
-      case Sign::Dropped: return true;
+      case Sign::Letter:
+        return Append(sequence);
+      case Sign::Dropped:
+        return true;
       case Sign::Dot:
         if (!JoinsInitials()) Separate(Joint::Space);
         return true;
-      case Sign::Space: Separate(Joint::Space); return true;
-      case Sign::Break: Separate(Joint::Break); return true;
-      case Sign::Slash: Separate(Joint::Slash); return true;
-      case Sign::Dash: Separate(Joint::Dash); return true;
+      case Sign::Space:
+        Separate(Joint::Space);
+        return true;
+      case Sign::Break:
+        Separate(Joint::Break);
+        return true;
+      case Sign::Slash:
+        Separate(Joint::Slash);
+        return true;
+      case Sign::Dash:
+        Separate(Joint::Dash);
+        return true;
     }
     return true;
   }
 
-  bool Append(std::string_view sequence) {
+  bool Append(std::string_view sequence)
+  {
     if (!inWord_) {
       if (target_.count_ == kMaxInputWords) return false;
       if (size_ > 0) target_.buffer_[size_++] = ' ';
@@ -151,7 +196,8 @@ class InputReader
   }
 
   /** "N.S.W." and "P.O." are one word each; the dots of "Mt.Isa" and "P.O.Box" separate. */
-  bool JoinsInitials() {
+  bool JoinsInitials()
+  {
     if (!inWord_ || !onlyInitials_ || rest_.empty() || !IsLetterAt(0) || IsWordAt(1)) return false;
     if (!IsUpperOrLower(target_.buffer_[size_ - 1])) return false;
     sinceDot_ = 0;
@@ -161,12 +207,14 @@ class InputReader
   bool IsLetterAt(std::size_t i) const { return i < rest_.size() && IsUpperOrLower(rest_[i]); }
   bool IsWordAt(std::size_t i) const { return IsLetterAt(i) || (i < rest_.size() && IsDigit(rest_[i])); }
 
-  void Separate(Joint joint) {
+  void Separate(Joint joint)
+  {
     EndWord();
     pending_ = Combine(pending_, joint);
   }
 
-  void EndWord() {
+  void EndWord()
+  {
     if (!inWord_) return;
     inWord_ = false;
     const std::string_view text(target_.buffer_.data() + wordStart_, size_ - wordStart_);
@@ -194,32 +242,37 @@ class InputReader
   Joint pending_ = Joint::Space;
 };
 
-InputFault InputText::Read(std::string_view text) {
+InputFault InputText::Read(std::string_view text)
+{
   count_ = 0;
   if (text.size() > kMaxInputBytes) return InputFault::TooLong;
   return InputReader(*this, text).Run();
 }
 
-std::string_view InputText::Text(std::size_t first, std::size_t last) const {
+std::string_view InputText::Text(std::size_t first, std::size_t last) const
+{
   if (first >= last) return {};
   const char* start = words_[first].text.data();
   const std::string_view end = words_[last - 1].text;
   return {start, static_cast<std::size_t>(end.data() + end.size() - start)};
 }
 
-bool InputText::HasInnerBreak(WordRange range) const {
+bool InputText::HasInnerBreak(WordRange range) const
+{
   for (std::size_t i = range.first + 1; i < range.last; ++i)
     if (words_[i].before == Joint::Break) return true;
   return false;
 }
 
-bool InputText::HasDigit(WordRange range) const {
+bool InputText::HasDigit(WordRange range) const
+{
   for (std::size_t i = range.first; i < range.last; ++i)
     if (words_[i].hasDigit) return true;
   return false;
 }
 
-std::size_t InputText::WordsWithoutDigits(std::size_t first, std::size_t end, std::size_t most) const {
+std::size_t InputText::WordsWithoutDigits(std::size_t first, std::size_t end, std::size_t most) const
+{
   std::size_t count = 0;
   while (count < most && first + count < end && !words_[end - 1 - count].hasDigit) ++count;
   return count;

@@ -35,7 +35,12 @@ struct Word
   bool isNumber = false;  ///< nothing but digits
 };
 
-enum class InputFault { None, TooLong, TooManyWords };
+enum class InputFault
+{
+  None,
+  TooLong,
+  TooManyWords
+};
 
 /** A half-open range of word positions. */
 struct WordRange
@@ -89,10 +94,12 @@ class KeyBuffer
   std::size_t length_;
 };
 
-inline bool IsDigit(char c) {
+inline bool IsDigit(char c)
+{
   return c >= '0' && c <= '9';
 }
-inline bool IsUpperLetter(char c) {
+inline bool IsUpperLetter(char c)
+{
   return c >= 'A' && c <= 'Z';
 }
 

@@ -24,14 +24,16 @@ constexpr TerritoryPostcode kTerritoryPostcodes[] = {
     {"2540", "ACT"}, {"2540", "NSW"}, {"2899", "NSW"}, {"6798", "WA"}, {"6799", "WA"}, {"7151", "TAS"},
 };
 
-PlaceWords ReadCountry(const Word& word) {
+PlaceWords ReadCountry(const Word& word)
+{
   PlaceWords found;
   found.isCountry = std::find(std::begin(kCountryNames), std::end(kCountryNames), word.text) != std::end(kCountryNames);
   found.count = found.isCountry ? 1 : 0;
   return found;
 }
 
-PlaceWords ReadState(const InputText& input, std::size_t first, std::size_t end) {
+PlaceWords ReadState(const InputText& input, std::size_t first, std::size_t end)
+{
   PlaceWords found;
   found.place.state = StateCode(input.Text(first, end));
   found.count = found.place.state.empty() ? 0 : end - first;
@@ -39,7 +41,8 @@ PlaceWords ReadState(const InputText& input, std::size_t first, std::size_t end)
 }
 
 /** Four digits, or three where the leading zero was lost. */
-bool ReadPostcode(std::string_view digits, FixedText<kPostcodeLength>& postcode) {
+bool ReadPostcode(std::string_view digits, FixedText<kPostcodeLength>& postcode)
+{
   if (!std::all_of(digits.begin(), digits.end(), IsDigit)) return false;
   if (digits.size() != kPostcodeLength && digits.size() + 1 != kPostcodeLength) return false;
   postcode.Clear();
@@ -48,14 +51,16 @@ bool ReadPostcode(std::string_view digits, FixedText<kPostcodeLength>& postcode)
 }
 
 /** "NSW2000" */
-bool ReadRunTogether(std::string_view word, WrittenPlace& place) {
+bool ReadRunTogether(std::string_view word, WrittenPlace& place)
+{
   if (word.size() <= kPostcodeLength) return false;
   const std::size_t letters = word.size() - kPostcodeLength;
   place.state = StateCode(word.substr(0, letters));
   return !place.state.empty() && ReadPostcode(word.substr(letters), place.postcode);
 }
 
-PlaceWords ReadPostcodeWord(const Word& word, const WrittenPlace& known) {
+PlaceWords ReadPostcodeWord(const Word& word, const WrittenPlace& known)
+{
   PlaceWords found;
   if (!known.postcode.Empty()) return found;
   const bool isPostcode = word.isNumber && ReadPostcode(word.text, found.place.postcode);
@@ -65,26 +70,31 @@ PlaceWords ReadPostcodeWord(const Word& word, const WrittenPlace& known) {
 
 }  // namespace
 
-bool WrittenPlace::StateFits(const Locality& locality) const {
+bool WrittenPlace::StateFits(const Locality& locality) const
+{
   if (state.empty() || state == locality.state) return true;
   if (locality.state != kOtherTerritories) return false;
-  return std::any_of(std::begin(kTerritoryPostcodes), std::end(kTerritoryPostcodes),
-                     [&](const TerritoryPostcode& row) { return row.postcode == locality.postcode && row.state == state; });
+  return std::any_of(std::begin(kTerritoryPostcodes), std::end(kTerritoryPostcodes), [&](const TerritoryPostcode& row) {
+    return row.postcode == locality.postcode && row.state == state;
+  });
 }
 
-void WrittenPlace::Merge(const WrittenPlace& more) {
+void WrittenPlace::Merge(const WrittenPlace& more)
+{
   if (!more.state.empty()) state = more.state;
   if (!more.postcode.Empty()) postcode = more.postcode;
 }
 
-FixedText<24> WrittenPlace::Text() const {
+FixedText<24> WrittenPlace::Text() const
+{
   FixedText<24> text(state);
   if (!state.empty() && !postcode.Empty()) text.Append(" ");
   text.Append(postcode.View());
   return text;
 }
 
-PlaceWords ReadPlaceBefore(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known) {
+PlaceWords ReadPlaceBefore(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known)
+{
   if (end <= first) return {};
   if (input[end - 1].hasDigit) return ReadPostcodeWord(input[end - 1], known);
   if (!known.state.empty()) return ReadCountry(input[end - 1]);
@@ -93,7 +103,8 @@ PlaceWords ReadPlaceBefore(const InputText& input, std::size_t first, std::size_
   return ReadCountry(input[end - 1]);
 }
 
-PlaceWords ReadPlaceAfter(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known) {
+PlaceWords ReadPlaceAfter(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known)
+{
   if (end <= first) return {};
   if (input[first].hasDigit) return ReadPostcodeWord(input[first], known);
   for (std::size_t count = std::min(kLongestStateName, end - first); count > 0 && known.state.empty(); --count)
@@ -101,7 +112,8 @@ PlaceWords ReadPlaceAfter(const InputText& input, std::size_t first, std::size_t
   return ReadCountry(input[first]);
 }
 
-Tails::Tails(const InputText& input) {
+Tails::Tails(const InputText& input)
+{
   Tail tail{input.Count(), {}};
   std::array<Tail, kMax> shortestFirst;
   while (count_ < kMax) {

@@ -38,7 +38,8 @@ struct PlaceWords
   bool isCountry = false;
 };
 
-/** The words directly before `end` but not before `first`, the longest reading; says nothing that `known` has already. */
+/** The words directly before `end` but not before `first`, the longest reading; says nothing that `known` has already.
+ */
 PlaceWords ReadPlaceBefore(const InputText& input, std::size_t first, std::size_t end, const WrittenPlace& known);
 
 /** The same for the words directly behind `first`. */

@@ -8,7 +8,7 @@
 namespace arf {
 namespace {
 
-constexpr std::size_t kLongestName = 8;  // words
+constexpr std::size_t kLongestName = 8;       // words
 constexpr std::size_t kShortestMistyped = 4;  // letters; shorter names are too close to each other
 
 // Ways to correct a line, in the order of preference.
@@ -16,7 +16,8 @@ constexpr std::uint8_t kTypoPenalty = kFirstChange;
 constexpr std::uint8_t kWrongPlacePenalty = kFirstChange + 1;
 
 /** A name without its spaces. */
-FixedText<255> Compact(std::string_view key) {
+FixedText<255> Compact(std::string_view key)
+{
   FixedText<255> text;
   while (!key.empty()) {
     const std::size_t space = std::min(key.find(' '), key.size());
@@ -28,7 +29,8 @@ FixedText<255> Compact(std::string_view key) {
 
 }  // namespace
 
-LastLineAnswer LastLineFixer::Fix(std::string_view text) {
+LastLineAnswer LastLineFixer::Fix(std::string_view text)
+{
   candidates_ = {};
   failure_ = {};
   reading_ = {};
@@ -41,7 +43,8 @@ LastLineAnswer LastLineFixer::Fix(std::string_view text) {
 }
 
 /** Every way to cut place words off both ends; those that cut most first. */
-void LastLineFixer::Collect() {
+void LastLineFixer::Collect()
+{
   const Tails tails(input_);
   Line barest{{0, tails.begin()->localityEnd}, tails.begin()->place};
   for (const Tail& tail : tails) {
@@ -65,14 +68,16 @@ void LastLineFixer::Collect() {
   failure_.writtenPlace = barest.place.Text();
 }
 
-void LastLineFixer::CollectFrom(const Line& line) {
+void LastLineFixer::CollectFrom(const Line& line)
+{
   if (line.name.Empty())
     CollectPostcode(line);
   else if (line.name.last - line.name.first <= kLongestName)
     CollectName(line);
 }
 
-void LastLineFixer::CollectName(const Line& line) {
+void LastLineFixer::CollectName(const Line& line)
+{
   for (const NameHit& hit : engine_.LocalityNames().Find(input_, line.name)) {
     nameIsKnown_ = true;
     const auto penalty = static_cast<std::uint8_t>(hit.fit);
@@ -81,14 +86,16 @@ void LastLineFixer::CollectName(const Line& line) {
 }
 
 /** Nothing but a postcode, or a postcode and a state. */
-void LastLineFixer::CollectPostcode(const Line& line) {
+void LastLineFixer::CollectPostcode(const Line& line)
+{
   if (line.place.postcode.Empty()) return;
   for (const std::uint32_t locality : data_.LocalitiesOfPostcode(line.place.postcode.View()))
     if (line.place.StateFits(data_.LocalityAt(locality))) Add(line, locality, 0);
 }
 
 /** A locality whose name fits. Name and one of state and postcode outvote the other. */
-void LastLineFixer::Add(const Line& line, std::uint32_t index, std::uint8_t penalty) {
+void LastLineFixer::Add(const Line& line, std::uint32_t index, std::uint8_t penalty)
+{
   const Locality locality = data_.LocalityAt(index);
   const bool stateFits = line.place.StateFits(locality);
   const bool postcodeFits = line.place.PostcodeFits(locality);
@@ -105,7 +112,8 @@ void LastLineFixer::Add(const Line& line, std::uint32_t index, std::uint8_t pena
   failure_.writtenPlace = line.place.Text();
 }
 
-void LastLineFixer::CollectTypos(const Line& line) {
+void LastLineFixer::CollectTypos(const Line& line)
+{
   if (line.name.Empty()) return;
   const FixedText<255> written = Compact(input_.Text(line.name));
   if (written.View().size() < kShortestMistyped || input_.HasDigit(line.name)) return;
@@ -117,7 +125,8 @@ void LastLineFixer::CollectTypos(const Line& line) {
   for (std::uint32_t name = 0; name < data_.LocalityNameCount(); ++name) CollectTypo(line, written.View(), name);
 }
 
-void LastLineFixer::CollectTypo(const Line& line, std::string_view written, std::uint32_t name) {
+void LastLineFixer::CollectTypo(const Line& line, std::string_view written, std::uint32_t name)
+{
   constexpr std::size_t kMostSpaces = kLongestName;
   const std::string_view key = data_.LocalityName(name);
   if (key.size() + 1 < written.size() || key.size() > written.size() + 1 + kMostSpaces) return;
@@ -125,7 +134,8 @@ void LastLineFixer::CollectTypo(const Line& line, std::string_view written, std:
   for (const std::uint32_t locality : data_.LocalitiesNamed(name)) Add(line, locality, kTypoPenalty);
 }
 
-LastLineAnswer LastLineFixer::Answer() {
+LastLineAnswer LastLineFixer::Answer()
+{
   if (candidates_.count == 1) {
     failure_ = {};
     return {Verdict::Found, candidates_.ordinals[0], candidates_.penalty >= kFirstChange};

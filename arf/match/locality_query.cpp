@@ -8,11 +8,13 @@ namespace arf {
 namespace {
 
 void AddFitting(const Database& data, const WrittenPlace& place, std::uint32_t locality,
-                std::vector<std::uint32_t>& found) {
+                std::vector<std::uint32_t>& found)
+{
   if (place.Fits(data.LocalityAt(locality))) found.push_back(locality);
 }
 
-void AddByPlace(const Database& data, const WrittenPlace& place, std::vector<std::uint32_t>& found) {
+void AddByPlace(const Database& data, const WrittenPlace& place, std::vector<std::uint32_t>& found)
+{
   if (!place.postcode.Empty()) {
     for (const std::uint32_t locality : data.LocalitiesOfPostcode(place.postcode.View()))
       AddFitting(data, place, locality, found);
@@ -24,7 +26,8 @@ void AddByPlace(const Database& data, const WrittenPlace& place, std::vector<std
 
 }  // namespace
 
-Failure FindLocalities(const Engine& engine, const InputText& line, std::vector<std::uint32_t>& found) {
+Failure FindLocalities(const Engine& engine, const InputText& line, std::vector<std::uint32_t>& found)
+{
   const Database& data = engine.Data();
   Failure failure;
   found.clear();

@@ -11,14 +11,16 @@ namespace {
 constexpr std::size_t kLongestLocalityName = 6;  // words
 
 /** The words behind the last break before `end`. */
-WordRange LastPart(const InputText& input, std::size_t end) {
+WordRange LastPart(const InputText& input, std::size_t end)
+{
   std::size_t first = end;
   while (first > 0 && input[first - 1].before != Joint::Break) --first;
   return {first > 0 ? first - 1 : 0, end};
 }
 
 /** Whether some words look like a street: one of them has a digit and one is a street type. */
-bool LooksLikeStreet(const InputText& input) {
+bool LooksLikeStreet(const InputText& input)
+{
   bool hasType = false;
   for (std::size_t i = 0; i < input.Count() && !hasType; ++i)
     hasType = input[i].text.size() > 1 && !ExpandStreetType(input[i].text).empty();
@@ -27,7 +29,8 @@ bool LooksLikeStreet(const InputText& input) {
 
 }  // namespace
 
-LookupAnswer Matcher::Lookup(std::string_view text, Rules rules) {
+LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
+{
   rules_ = rules;
   visited_ = 0;
   sawLocality_ = false;
@@ -46,7 +49,8 @@ LookupAnswer Matcher::Lookup(std::string_view text, Rules rules) {
   return {VerdictOf(fault), 0, false};
 }
 
-void Matcher::Search() {
+void Matcher::Search()
+{
   if (input_.Count() == 0) return;
   ForEachPlace(&Matcher::SearchStreets);
   if (decision_.HasCandidates()) return;
@@ -59,7 +63,8 @@ void Matcher::Search() {
   FailWithoutPlace(*tails.begin());
 }
 
-void Matcher::ForEachPlace(PlaceStep step) {
+void Matcher::ForEachPlace(PlaceStep step)
+{
   const Tails tails(input_);
   for (const Tail& tail : tails) {
     const std::size_t end = tail.localityEnd;
@@ -70,7 +75,8 @@ void Matcher::ForEachPlace(PlaceStep step) {
 }
 
 /** Takes the words from `start` to the end of the locality as its name, if there is such a name. */
-void Matcher::ReadLocality(const Tail& tail, std::size_t start, PlaceStep step) {
+void Matcher::ReadLocality(const Tail& tail, std::size_t start, PlaceStep step)
+{
   const WordRange words{start, tail.localityEnd};
   const NameHits hits = engine_.LocalityNames().Find(input_, words);
   for (const NameHit& hit : hits) {
@@ -94,7 +100,8 @@ void Matcher::ReadLocality(const Tail& tail, std::size_t start, PlaceStep step) 
   }
 }
 
-void Matcher::TryLocality(const Tail& tail, Place& place, const NameHit& hit, PlaceStep step) {
+void Matcher::TryLocality(const Tail& tail, Place& place, const NameHit& hit, PlaceStep step)
+{
   place.reading.place = tail.place;
   place.count = 0;
   const std::span<const std::uint32_t> named = data_.LocalitiesNamed(hit.name);
@@ -109,7 +116,8 @@ void Matcher::TryLocality(const Tail& tail, Place& place, const NameHit& hit, Pl
   decision_.Fail(failure, place.reading);
 }
 
-void Matcher::AddLocality(Place& place, std::uint32_t locality) {
+void Matcher::AddLocality(Place& place, std::uint32_t locality)
+{
   if (place.count < kMaxPlaces)
     place.localities[place.count++] = locality;
   else
@@ -117,7 +125,8 @@ void Matcher::AddLocality(Place& place, std::uint32_t locality) {
 }
 
 /** "12 Smith St 2000": the postcode's localities together have just one such address. */
-void Matcher::TryPostcodeOnly(const Tail& tail) {
+void Matcher::TryPostcodeOnly(const Tail& tail)
+{
   if (tail.place.postcode.Empty()) return;
   Place place;
   place.body = {0, tail.localityEnd};
@@ -128,7 +137,8 @@ void Matcher::TryPostcodeOnly(const Tail& tail) {
   if (place.count > 0) SearchStreets(place);
 }
 
-void Matcher::FailWithoutPlace(const Tail& tail) {
+void Matcher::FailWithoutPlace(const Tail& tail)
+{
   if (decision_.HasCandidates()) return;
   Failure failure;
   const bool something = !tail.place.Empty() || LooksLikeStreet(input_);
@@ -140,7 +150,8 @@ void Matcher::FailWithoutPlace(const Tail& tail) {
   decision_.Fail(failure, reading);
 }
 
-void Matcher::FailPlace(Fault fault, const Place& place, WordRange written) {
+void Matcher::FailPlace(Fault fault, const Place& place, WordRange written)
+{
   if (!Worthwhile(fault)) return;
   Failure failure;
   failure.fault = fault;
@@ -149,7 +160,8 @@ void Matcher::FailPlace(Fault fault, const Place& place, WordRange written) {
   decision_.Fail(failure, place.reading);
 }
 
-void Matcher::FailStreet(Fault fault, const Reading& reading, std::uint32_t street, std::string_view written) {
+void Matcher::FailStreet(Fault fault, const Reading& reading, std::uint32_t street, std::string_view written)
+{
   if (!Worthwhile(fault)) return;
   Failure failure;
   failure.fault = fault;

@@ -14,7 +14,8 @@ constexpr std::size_t kLongestStreetName = 8;  // words
 /** The number as written, for texts: "12A-14", "LOT 5", "UNIT 3 LEVEL 2". */
 using PremiseText = FixedText<80>;
 
-void AppendNumber(PremiseText& text, std::uint32_t number, std::string_view suffix) {
+void AppendNumber(PremiseText& text, std::uint32_t number, std::string_view suffix)
+{
   char digits[12];
   char* start = std::end(digits);
   do *--start = static_cast<char>('0' + number % 10);
@@ -23,7 +24,8 @@ void AppendNumber(PremiseText& text, std::uint32_t number, std::string_view suff
   text.Append(suffix);
 }
 
-void AppendOccupancy(PremiseText& text, const Occupancy& part, std::string_view defaultType) {
+void AppendOccupancy(PremiseText& text, const Occupancy& part, std::string_view defaultType)
+{
   if (!part.Written()) return;
   if (!text.Empty()) text.Append(" ");
   text.Append(part.type.empty() ? defaultType : part.type);
@@ -31,7 +33,8 @@ void AppendOccupancy(PremiseText& text, const Occupancy& part, std::string_view 
   text.Append(part.number.View());
 }
 
-PremiseText OccupancyText(const Premise& premise) {
+PremiseText OccupancyText(const Premise& premise)
+{
   PremiseText text;
   AppendOccupancy(text, premise.unit, "UNIT");
   AppendOccupancy(text, premise.level, "LEVEL");
@@ -39,7 +42,8 @@ PremiseText OccupancyText(const Premise& premise) {
   return text;
 }
 
-PremiseText NumberText(const Premise& premise) {
+PremiseText NumberText(const Premise& premise)
+{
   PremiseText text;
   if (!premise.HasNumber()) {
     text.Append("LOT ");
@@ -54,13 +58,15 @@ PremiseText NumberText(const Premise& premise) {
   return text;
 }
 
-bool IsEmpty(const Premise& premise) {
+bool IsEmpty(const Premise& premise)
+{
   return !premise.HasNumber() && premise.lot.Empty() && !premise.unit.Written() && !premise.level.Written() &&
          premise.building.Empty();
 }
 
 /** The words behind the last one with a digit: what is most likely meant as the street. */
-WordRange BehindDigits(const InputText& input, WordRange body) {
+WordRange BehindDigits(const InputText& input, WordRange body)
+{
   std::size_t first = body.last;
   while (first > body.first && !input[first - 1].hasDigit) --first;
   return first < body.last ? WordRange{first, body.last} : body;
@@ -68,7 +74,8 @@ WordRange BehindDigits(const InputText& input, WordRange body) {
 
 }  // namespace
 
-void Matcher::SearchStreets(const Place& place) {
+void Matcher::SearchStreets(const Place& place)
+{
   if (place.body.Empty()) return FailPlace(Fault::StreetMissing, place, place.body);
   if (SearchPostal(place)) return;
   const StreetEndings endings(input_, place.body);
@@ -76,7 +83,8 @@ void Matcher::SearchStreets(const Place& place) {
   FailPlace(Fault::StreetUnknown, place, BehindDigits(input_, place.body));
 }
 
-void Matcher::SearchEnding(const Place& place, const StreetEnding& ending) {
+void Matcher::SearchEnding(const Place& place, const StreetEnding& ending)
+{
   const std::size_t first = place.body.first;
   std::size_t start = ending.nameEnd - std::min(kLongestStreetName, ending.nameEnd - first);
   for (; start < ending.nameEnd; ++start) {
@@ -86,7 +94,8 @@ void Matcher::SearchEnding(const Place& place, const StreetEnding& ending) {
   }
 }
 
-void Matcher::SearchName(const Place& place, const StreetEnding& ending, std::size_t start, const NameHit& hit) {
+void Matcher::SearchName(const Place& place, const StreetEnding& ending, std::size_t start, const NameHit& hit)
+{
   std::optional<Premises> premises;
   Reading reading = place.reading;
   reading.streetName = {start, ending.nameEnd};
@@ -112,7 +121,8 @@ void Matcher::SearchName(const Place& place, const StreetEnding& ending, std::si
   }
 }
 
-void Matcher::SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street, std::uint8_t penalty) {
+void Matcher::SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street, std::uint8_t penalty)
+{
   const Street data = data_.StreetAt(street);
   for (const Premise& premise : premises) {
     if (premise.lenientOnly && Strict()) continue;
@@ -122,7 +132,8 @@ void Matcher::SearchStreet(Reading& reading, const Premises& premises, std::uint
 }
 
 void Matcher::SearchPremise(const Reading& reading, const Street& street, std::uint32_t streetIndex,
-                            std::uint8_t penalty) {
+                            std::uint8_t penalty)
+{
   if (penalty >= kPenaltyLimit || Exhausted()) return;
   const Premise& premise = reading.premise;
   if (IsEmpty(premise) && street.points.count != 1) return FailStreet(Fault::NumberMissing, reading, streetIndex, {});
@@ -133,13 +144,16 @@ void Matcher::SearchPremise(const Reading& reading, const Street& street, std::u
   if (!search.found.Empty()) return decision_.Match(search.found, penalty, reading);
   if (!search.units.Empty()) return decision_.Units(search.units, penalty, reading);
   if (!premise.HasNumber() && premise.lot.Empty()) return FailStreet(Fault::NumberMissing, reading, streetIndex, {});
-  const bool unitIsWrong = search.numberExists && premise.HasNumber();
-  FailStreet(unitIsWrong ? Fault::UnitUnknown : Fault::NumberUnknown, reading, streetIndex,
-             (unitIsWrong ? OccupancyText(premise) : NumberText(premise)).View());
+  if (!search.numberExists || !premise.HasNumber())
+    return FailStreet(Fault::NumberUnknown, reading, streetIndex, NumberText(premise).View());
+  const PremiseText occupancy = OccupancyText(premise);
+  FailStreet(Fault::UnitUnknown, reading, streetIndex,
+             occupancy.Empty() ? input_.Text(premise.building) : occupancy.View());
 }
 
 /** Where no street was found, the words may be the name of a building: "Parliament House, Canberra". */
-void Matcher::SearchBuilding(const Place& place) {
+void Matcher::SearchBuilding(const Place& place)
+{
   if (place.body.Empty()) return;
   const Premises premises(input_, place.body);
   Reading reading = place.reading;
@@ -159,7 +173,8 @@ void Matcher::SearchBuilding(const Place& place) {
 }
 
 /** False when the words are no postal delivery. */
-bool Matcher::SearchPostal(const Place& place) {
+bool Matcher::SearchPostal(const Place& place)
+{
   const PostalWords words = ReadPostalAtEnd(input_, place.body);
   if (words.type.empty()) return false;
   Reading reading = place.reading;
@@ -174,7 +189,8 @@ bool Matcher::SearchPostal(const Place& place) {
   return true;
 }
 
-void Matcher::SearchPostalStreet(const Reading& reading, std::uint32_t street, std::uint8_t penalty) {
+void Matcher::SearchPostalStreet(const Reading& reading, std::uint32_t street, std::uint8_t penalty)
+{
   PostalNumber number;
   if (!ReadPostalNumber(reading.postalNumber, number)) return;
   PointSet found;

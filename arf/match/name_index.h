@@ -35,7 +35,8 @@ class NameHits
 {
  public:
   static constexpr std::size_t kMax = 6;
-  void Add(NameHit hit) {
+  void Add(NameHit hit)
+  {
     if (count_ < kMax) hits_[count_++] = hit;
   }
   const NameHit* begin() const { return hits_.data(); }

@@ -20,7 +20,11 @@ struct OccupancyWords
 };
 
 /** How an ambiguous type is taken. */
-enum class Preference { Units, Levels };
+enum class Preference
+{
+  Units,
+  Levels
+};
 
 /** The type alone, directly before `end` and not before `first`. */
 OccupancyWords ReadDesignator(const InputText& input, std::size_t first, std::size_t end, Preference preference);

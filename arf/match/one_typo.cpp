@@ -5,7 +5,8 @@
 
 namespace arf {
 
-bool IsOneTypoApart(std::string_view a, std::string_view b) {
+bool IsOneTypoApart(std::string_view a, std::string_view b)
+{
   if (a.size() > b.size()) std::swap(a, b);
   if (b.size() - a.size() > 1) return false;
   const auto difference = static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin()).first - a.begin());

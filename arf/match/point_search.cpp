@@ -15,13 +15,19 @@ constexpr std::string_view kLot = "LOT";
 /** How an address fits: not at all, as a unit of what was asked for, or with a penalty. */
 struct Fit
 {
-  enum class Kind { None, Unit, Match };
+  enum class Kind
+  {
+    None,
+    Unit,
+    Match
+  };
   Kind kind = Kind::None;
   std::uint8_t penalty = 0;
 };
 constexpr Fit kNoFit{};
 
-std::string_view WithoutZeros(std::string_view text) {
+std::string_view WithoutZeros(std::string_view text)
+{
   while (text.size() > 1 && text.front() == '0' && IsDigit(text[1])) text.remove_prefix(1);
   return text;
 }
@@ -31,11 +37,16 @@ class PremiseComparison
 {
  public:
   PremiseComparison(const InputText& input, const Premise& premise, Rules rules)
-      : premise_(premise), lenient_(rules == Rules::Lenient), buildingWords_(input.Text(premise.building)),
-        building_(buildingWords_) {}
+      : premise_(premise),
+        lenient_(rules == Rules::Lenient),
+        buildingWords_(input.Text(premise.building)),
+        building_(buildingWords_)
+  {
+  }
 
   /** The penalty of an address's number and lot, or PointSet::kNone. */
-  std::uint8_t CompareNumber(const Point& point) const {
+  std::uint8_t CompareNumber(const Point& point) const
+  {
     const bool startsAlike = point.numberFirst == premise_.numberFirst && point.numberPrefix.empty() &&
                              point.numberFirstSuffix == premise_.numberFirstSuffix;
     const bool endsAlike =
@@ -44,7 +55,8 @@ class PremiseComparison
     return lenient_ && IsInside(point) && premise_.lot.Empty() ? kInsideRangePenalty : PointSet::kNone;
   }
 
-  Fit Compare(const Point& point, std::uint8_t numberPenalty) const {
+  Fit Compare(const Point& point, std::uint8_t numberPenalty) const
+  {
     if (numberPenalty == PointSet::kNone) return kNoFit;
     Fit fit = CompareOccupancy(point);
     if (fit.kind == Fit::Kind::None) return fit;
@@ -57,17 +69,21 @@ class PremiseComparison
     return fit;
   }
 
-  bool HasBuilding(const Point& point) const {
+  bool HasBuilding(const Point& point) const
+  {
     return !point.building.empty() && CanonicalName(KeyBuffer(point.building).View()).View() == building_.View();
   }
 
  private:
-  bool IsInside(const Point& point) const {
+  bool IsInside(const Point& point) const
+  {
     return premise_.HasNumber() && premise_.numberLast == 0 && premise_.numberFirstSuffix.empty() &&
-           point.numberLast != 0 && point.numberFirst <= premise_.numberFirst && premise_.numberFirst <= point.numberLast;
+           point.numberLast != 0 && point.numberFirst <= premise_.numberFirst &&
+           premise_.numberFirst <= point.numberLast;
   }
 
-  std::uint8_t CompareLot(const Point& point) const {
+  std::uint8_t CompareLot(const Point& point) const
+  {
     const std::string_view written = premise_.lot.View();
     if (written.empty()) return point.lot.empty() ? 0 : premise_.HasNumber() ? kUnwrittenLotPenalty : PointSet::kNone;
     if (SameIdentifier(written, point.lot)) return 0;
@@ -75,7 +91,8 @@ class PremiseComparison
     return lenient_ && premise_.HasNumber() && point.lot.empty() ? kUnknownLotPenalty : PointSet::kNone;
   }
 
-  Fit CompareOccupancy(const Point& point) const {
+  Fit CompareOccupancy(const Point& point) const
+  {
     const bool isLot = point.unitType == kLot && !premise_.lot.Empty();
     const bool isUnit = !isLot && !(point.unitNumber.empty() && point.unitType.empty());
     const bool isLevel = !point.levelNumber.empty() || !point.levelType.empty();
@@ -86,7 +103,8 @@ class PremiseComparison
     return {Fit::Kind::Match, level.penalty};
   }
 
-  Fit CompareLevel(const Point& point, bool isLevel) const {
+  Fit CompareLevel(const Point& point, bool isLevel) const
+  {
     const bool sameNumber = SameIdentifier(premise_.level.number.View(), point.levelNumber);
     const bool sameType = SameLevelType(premise_.level.type, point.levelType) ||
                           (point.levelType.empty() && !premise_.level.number.Empty());
@@ -94,13 +112,16 @@ class PremiseComparison
     return lenient_ && premise_.unit.Written() ? Fit{Fit::Kind::Match, kUnknownLevelPenalty} : kNoFit;
   }
 
-  Fit CompareUnit(const Point& point, std::uint8_t penalty) const {
+  Fit CompareUnit(const Point& point, std::uint8_t penalty) const
+  {
     if (!SameIdentifier(premise_.unit.number.View(), point.unitNumber)) return kNoFit;
     Fit fit{Fit::Kind::Match, penalty};
     const std::string_view written = premise_.unit.type;
     if (written.empty()) {
-      if (!Interchangeable(kDefaultUnit, point.unitType)) fit.penalty += kUnusualUnitPenalty;
-      else if (lenient_ && point.unitType != kDefaultUnit) fit.penalty += kPreferredUnitPenalty;
+      if (!Interchangeable(kDefaultUnit, point.unitType))
+        fit.penalty += kUnusualUnitPenalty;
+      else if (lenient_ && point.unitType != kDefaultUnit)
+        fit.penalty += kPreferredUnitPenalty;
     } else if (written != point.unitType) {
       if (premise_.unit.number.Empty() || !Interchangeable(written, point.unitType)) return kNoFit;
       fit.penalty += kOtherUnitTypePenalty;
@@ -116,7 +137,8 @@ class PremiseComparison
   CanonicalName building_;
 };
 
-void Collect(PointCursor cursor, const PremiseComparison& comparison, PointSearch& search) {
+void Collect(PointCursor cursor, const PremiseComparison& comparison, PointSearch& search)
+{
   for (Point point; cursor.Next(point);) {
     ++search.visited;
     const std::uint8_t number = comparison.CompareNumber(point);
@@ -129,7 +151,8 @@ void Collect(PointCursor cursor, const PremiseComparison& comparison, PointSearc
 
 /** Without a number, a lot or a building's name can still say which address is meant. */
 void CollectByLotOrBuilding(PointCursor cursor, const PremiseComparison& comparison, const Premise& premise,
-                            PointSearch& search) {
+                            PointSearch& search)
+{
   for (Point point; cursor.Next(point);) {
     ++search.visited;
     const bool sameLot = !premise.lot.Empty() && SameIdentifier(premise.lot.View(), point.lot);
@@ -142,7 +165,8 @@ void CollectByLotOrBuilding(PointCursor cursor, const PremiseComparison& compari
 
 }  // namespace
 
-void PointSet::Add(std::uint32_t ordinal, std::uint8_t withPenalty) {
+void PointSet::Add(std::uint32_t ordinal, std::uint8_t withPenalty)
+{
   if (withPenalty > penalty) return;
   if (withPenalty < penalty) {
     penalty = withPenalty;
@@ -154,20 +178,24 @@ void PointSet::Add(std::uint32_t ordinal, std::uint8_t withPenalty) {
   ++count;
 }
 
-void PointSet::Add(const PointSet& other, std::uint8_t morePenalty) {
-  const auto sum = static_cast<std::uint8_t>(std::min<unsigned>(PointSet::kNone - 1U, other.penalty + 0U + morePenalty));
+void PointSet::Add(const PointSet& other, std::uint8_t morePenalty)
+{
+  const auto sum =
+      static_cast<std::uint8_t>(std::min<unsigned>(PointSet::kNone - 1U, other.penalty + 0U + morePenalty));
   const std::size_t kept = std::min<std::size_t>(other.count, kKept);
   for (std::size_t i = 0; i < kept; ++i) Add(other.ordinals[i], sum);
   // What was not kept cannot be compared; it only makes the answer "several", which it is already.
   if (other.count > kept && sum == penalty) count = std::max(count, other.count);
 }
 
-void PointSet::DropFrom(std::uint8_t limit) {
+void PointSet::DropFrom(std::uint8_t limit)
+{
   if (penalty >= limit) *this = {};
 }
 
 PointSearch SearchPoints(const Database& database, const InputText& input, const Street& street, const Premise& premise,
-                         Rules rules) {
+                         Rules rules)
+{
   PointSearch search;
   const PremiseComparison comparison(input, premise, rules);
   Collect(database.PointsNumbered(street, premise.numberFirst), comparison, search);
@@ -183,7 +211,8 @@ PointSearch SearchPoints(const Database& database, const InputText& input, const
   return search;
 }
 
-bool SameIdentifier(std::string_view a, std::string_view b) {
+bool SameIdentifier(std::string_view a, std::string_view b)
+{
   return WithoutZeros(a) == WithoutZeros(b);
 }
 

@@ -14,7 +14,11 @@
 
 namespace arf {
 
-enum class Rules { Strict, Lenient };
+enum class Rules
+{
+  Strict,
+  Lenient
+};
 
 /** The best addresses found so far, all with the same penalty; the number is right, the first ones are kept. */
 struct PointSet
@@ -36,8 +40,8 @@ struct PointSet
 
 struct PointSearch
 {
-  PointSet found;     ///< addresses that fit what was written
-  PointSet units;     ///< units and levels at the number, where none was written
+  PointSet found;             ///< addresses that fit what was written
+  PointSet units;             ///< units and levels at the number, where none was written
   bool numberExists = false;  ///< the number is there, whatever else was written
   std::uint32_t visited = 0;  ///< addresses looked at
 };

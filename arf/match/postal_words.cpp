@@ -12,7 +12,8 @@ constexpr std::size_t kLongestType = 5;  // words: "ROADSIDE MAIL BOX OR BAG"
 constexpr std::size_t kMaxPrefixLetters = 3;
 
 /** The longest type directly before `end`. */
-PostalWords ReadTypeBefore(const InputText& input, std::size_t first, std::size_t end) {
+PostalWords ReadTypeBefore(const InputText& input, std::size_t first, std::size_t end)
+{
   for (std::size_t count = input.WordsWithoutDigits(first, end, kLongestType); count > 0; --count) {
     const std::string_view type = ExpandPostalType(input.Text(end - count, end));
     if (!type.empty()) return {type, end - count, {}};
@@ -22,7 +23,8 @@ PostalWords ReadTypeBefore(const InputText& input, std::size_t first, std::size_
 
 }  // namespace
 
-PostalWords ReadPostalAtEnd(const InputText& input, WordRange body) {
+PostalWords ReadPostalAtEnd(const InputText& input, WordRange body)
+{
   const std::size_t end = body.last;
   PostalNumber ignored;
   // One word of a number, or a letter and a number.
@@ -39,7 +41,8 @@ PostalWords ReadPostalAtEnd(const InputText& input, WordRange body) {
   return found.type.empty() || PostalTypeTakesNumber(found.type) ? PostalWords{} : found;
 }
 
-bool ReadPostalNumber(std::string_view text, PostalNumber& number) {
+bool ReadPostalNumber(std::string_view text, PostalNumber& number)
+{
   number = {};
   if (text.empty()) return true;
   const std::size_t letters = std::min(text.find_first_not_of("ABCDEFGHIJKLMNOPQRSTUVWXYZ"), text.size());

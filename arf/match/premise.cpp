@@ -11,30 +11,36 @@ namespace {
 constexpr std::size_t kMaxNumberDigits = 9;
 constexpr std::size_t kMaxSuffixLetters = 2;
 
-bool IsOrdinalEnding(std::string_view letters) {
+bool IsOrdinalEnding(std::string_view letters)
+{
   return letters == "ST" || letters == "ND" || letters == "RD" || letters == "TH";
 }
 
-bool IsSingleLetter(const Word& word) {
+bool IsSingleLetter(const Word& word)
+{
   return word.text.size() == 1 && IsUpperLetter(word.text.front());
 }
 
-bool IsNumberSign(std::string_view word) {
+bool IsNumberSign(std::string_view word)
+{
   return word == "NO" || word == "NUMBER" || word == "NR" || word == "NUM";
 }
 
 /** Whether two numbers can be the ends of a range: "12-14", "35D-35F". */
-bool IsBefore(const HouseNumber& first, const HouseNumber& last) {
+bool IsBefore(const HouseNumber& first, const HouseNumber& last)
+{
   return first.number < last.number || (first.number == last.number && first.suffix < last.suffix);
 }
 
-bool IsLot(std::string_view word) {
+bool IsLot(std::string_view word)
+{
   return word == "LOT";
 }
 
 }  // namespace
 
-bool ReadHouseNumber(std::string_view word, HouseNumber& number) {
+bool ReadHouseNumber(std::string_view word, HouseNumber& number)
+{
   const auto letters = std::find_if_not(word.begin(), word.end(), IsDigit);
   const auto digits = static_cast<std::size_t>(letters - word.begin());
   if (digits == 0 || digits > kMaxNumberDigits || word.size() - digits > kMaxSuffixLetters) return false;
@@ -51,11 +57,14 @@ class PremiseParser
 {
  public:
   PremiseParser(const InputText& input, std::size_t first, Preference preference, Premises& result)
-      : input_(input), first_(first), preference_(preference), result_(result) {}
+      : input_(input), first_(first), preference_(preference), result_(result)
+  {
+  }
 
   bool SawAmbiguousType() const { return sawAmbiguous_; }
 
-  void Run(std::size_t end) {
+  void Run(std::size_t end)
+  {
     ReadRange(end);
     ReadDetachedSuffix(end);
     ReadSingleNumber(end);
@@ -66,17 +75,20 @@ class PremiseParser
  private:
   bool Has(std::size_t position) const { return position > first_; }
   const Word& Before(std::size_t position) const { return input_[position - 1]; }
-  bool Joined(std::size_t position, Joint joint) const {
+  bool Joined(std::size_t position, Joint joint) const
+  {
     return position > first_ && position < input_.Count() && input_[position].before == joint;
   }
 
   /** Whether the word before `position` is a lot's number. */
-  bool FollowsLot(std::size_t position) const {
+  bool FollowsLot(std::size_t position) const
+  {
     return Has(position) && Has(position - 1) && IsLot(Before(position - 1).text);
   }
 
   /** "12-14", "12A-14B"; "3-12" may also stand for "3/12". */
-  void ReadRange(std::size_t end) {
+  void ReadRange(std::size_t end)
+  {
     if (!Has(end) || !Has(end - 1) || !Joined(end - 1, Joint::Dash)) return;
     HouseNumber first, last;
     if (!ReadHouseNumber(Before(end), last)) return;
@@ -93,13 +105,14 @@ class PremiseParser
     premise.lenientOnly = true;
     premise.penalty = kDashPairPenalty;
     if (!premise.unit.number.Append(Before(end - 1).text) || !Before(end - 1).hasDigit) return;
-    ReadElements(premise, ReadUnitDesignator(premise, end - 2));
+    ReadBehindDesignator(premise, end - 2);
   }
 
   bool ReadHouseNumber(const Word& word, HouseNumber& number) const { return arf::ReadHouseNumber(word.text, number); }
 
   /** "12 A" */
-  void ReadDetachedSuffix(std::size_t end) {
+  void ReadDetachedSuffix(std::size_t end)
+  {
     if (!Has(end) || !Has(end - 1) || !IsSingleLetter(Before(end))) return;
     if (input_[end - 1].before != Joint::Space || !Before(end - 1).isNumber) return;
     HouseNumber number;
@@ -111,7 +124,8 @@ class PremiseParser
     ReadLeftOfNumber(premise, end - 2);
   }
 
-  void ReadSingleNumber(std::size_t end) {
+  void ReadSingleNumber(std::size_t end)
+  {
     HouseNumber number;
     if (!Has(end) || Joined(end - 1, Joint::Dash) || !ReadHouseNumber(Before(end), number)) return;
     if (FollowsLot(end) || FollowsDesignator(end - 1)) return;
@@ -124,18 +138,19 @@ class PremiseParser
    * "Unit 12 Smith St" has a unit but no number. A type that ends a longer text is part of a name ("Town Hall 483"),
    * and so is one that a comma separates from the number.
    */
-  bool FollowsDesignator(std::size_t number) {
+  bool FollowsDesignator(std::size_t number)
+  {
     if (!Has(number) || input_[number].before != Joint::Space) return false;
     const OccupancyWords words = Designator(number);
     if (words.count == 0 || StandsAlone(words.type)) return false;
     const bool hasOwnNumber = ReadOccupancyBefore(input_, first_, number, preference_).count > words.count;
     if (hasOwnNumber) return false;  // "2nd Floor 12"
-    const std::size_t start = number - words.count;
-    return start == first_ || input_[start].before == Joint::Break || Before(start).hasDigit;
+    return !IsInName(number - words.count);
   }
 
   /** "Lot 5 Smith Street" */
-  void ReadLotOnly(std::size_t end) {
+  void ReadLotOnly(std::size_t end)
+  {
     if (!FollowsLot(end)) return;
     Premise premise;
     if (!Before(end).hasDigit || !premise.lot.Append(Before(end).text)) return;
@@ -143,14 +158,16 @@ class PremiseParser
     ReadElements(premise, end - 2);
   }
 
-  void SetNumber(Premise& premise, const HouseNumber& number) {
+  void SetNumber(Premise& premise, const HouseNumber& number)
+  {
     foundNumber_ = true;
     premise.numberFirst = number.number;
     premise.numberFirstSuffix = number.suffix;
   }
 
   /** @param start  the position of the number */
-  void ReadLeftOfNumber(Premise premise, std::size_t start) {
+  void ReadLeftOfNumber(Premise premise, std::size_t start)
+  {
     if (Joined(start, Joint::Slash)) return ReadSlashed(premise, start);
     std::size_t position = start;
     if (Has(position) && IsNumberSign(Before(position).text)) --position;
@@ -159,7 +176,8 @@ class PremiseParser
   }
 
   /** "3/12", "U3/12", "Level 2/12", "4-6/35D", "Unit 3 / 12" */
-  void ReadSlashed(const Premise& number, std::size_t start) {
+  void ReadSlashed(const Premise& number, std::size_t start)
+  {
     const Word& word = Before(start);
     if (OccupancyWords combined = Noted(ReadCombined(word.text, preference_)); combined.count > 0) {
       Premise premise = number;
@@ -173,13 +191,31 @@ class PremiseParser
     if (!fits || !identifier.Append(word.text)) return;
     if (!word.hasDigit && !IsSingleLetter(word)) return;
     if (isPair) --position;
-    ReadElements(premise, ReadUnitDesignator(premise, position));
+    ReadBehindDesignator(premise, position);
   }
 
-  /** The designator before an identifier that is set already; it may turn the unit into a level. */
-  std::size_t ReadUnitDesignator(Premise& premise, std::size_t position) {
+  /**
+   * The designator before an identifier that is set already, and what is left of it. The end of a name may look like a
+   * designator ("Town Hall, 1/135"); behind a comma it is none, otherwise it may be either.
+   */
+  void ReadBehindDesignator(const Premise& identified, std::size_t position)
+  {
     const OccupancyWords words = Designator(position);
-    if (words.count == 0) return position;
+    const bool inName = words.count > 0 && IsInName(position - words.count);
+    if (words.count > 0 && !(inName && input_[position].before == Joint::Break)) {
+      Premise premise = identified;
+      SetType(premise, words);
+      ReadElements(premise, position - words.count);
+    }
+    if (words.count > 0 && !inName) return;
+    Premise premise = identified;
+    if (inName) premise.penalty = static_cast<std::uint8_t>(premise.penalty + kTypeInNamePenalty);
+    ReadElements(premise, position);
+  }
+
+  /** Gives the unit its type, which may turn it into a level or a lot. */
+  static void SetType(Premise& premise, const OccupancyWords& words)
+  {
     premise.unit.type = words.type;
     if (IsLot(words.type)) {
       premise.lot = premise.unit.number;
@@ -188,11 +224,17 @@ class PremiseParser
       premise.level = premise.unit;
       premise.unit = {};
     }
-    return position - words.count;
+  }
+
+  /** Whether the words from `start` on continue a text that is no number, so that they may be part of a name. */
+  bool IsInName(std::size_t start) const
+  {
+    return start > first_ && input_[start].before != Joint::Break && !Before(start).hasDigit;
   }
 
   /** "3 12 Smith St", where nothing says that 3 is a unit. */
-  void ReadBarePair(Premise premise, std::size_t position) {
+  void ReadBarePair(Premise premise, std::size_t position)
+  {
     if (premise.numberLast != 0 || !Has(position) || !Before(position).hasDigit) return;
     if (FollowsLot(position) || Designator(position - 1).count > 0) return;
     if (!premise.unit.number.Append(Before(position).text)) return;
@@ -202,7 +244,8 @@ class PremiseParser
   }
 
   /** Units, levels and lots before `position`, then the rest. */
-  void ReadElements(Premise premise, std::size_t position) {
+  void ReadElements(Premise premise, std::size_t position)
+  {
     position = TakeElements(premise, position);
     const std::size_t restEnd = position;
     // A building's name may stand between the unit and the number.
@@ -222,7 +265,8 @@ class PremiseParser
     result_.Add(premise);
   }
 
-  std::size_t TakeElements(Premise& premise, std::size_t position) {
+  std::size_t TakeElements(Premise& premise, std::size_t position)
+  {
     for (;;) {
       if (FollowsLot(position) && premise.lot.Empty() && premise.lot.Append(Before(position).text)) {
         position -= 2;
@@ -235,7 +279,8 @@ class PremiseParser
   }
 
   /** False, and nothing changed, when the premise has such a part already or the number is too long for one. */
-  static bool Take(Premise& premise, const OccupancyWords& words) {
+  static bool Take(Premise& premise, const OccupancyWords& words)
+  {
     Occupancy& part = words.isLevel ? premise.level : premise.unit;
     Identifier number;
     if (part.Written() || !number.Append(words.number)) return false;
@@ -244,7 +289,8 @@ class PremiseParser
   }
 
   OccupancyWords Designator(std::size_t end) { return Noted(ReadDesignator(input_, first_, end, preference_)); }
-  OccupancyWords Noted(const OccupancyWords& words) {
+  OccupancyWords Noted(const OccupancyWords& words)
+  {
     sawAmbiguous_ = sawAmbiguous_ || (words.count > 0 && words.isAmbiguous);
     return words;
   }
@@ -257,7 +303,8 @@ class PremiseParser
   Premises& result_;
 };
 
-Premises::Premises(const InputText& input, WordRange words) {
+Premises::Premises(const InputText& input, WordRange words)
+{
   PremiseParser units(input, words.first, Preference::Units, *this);
   units.Run(words.last);
   if (units.SawAmbiguousType()) PremiseParser(input, words.first, Preference::Levels, *this).Run(words.last);

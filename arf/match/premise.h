@@ -35,9 +35,9 @@ struct Premise
   Occupancy unit;
   Occupancy level;
   Identifier lot;
-  WordRange building;             ///< words that belong to nothing else
-  bool buildingIsBinding = false; ///< those words hold numbers, so that they must not be passed over
-  bool lenientOnly = false;       ///< a reading that strict rules do not take
+  WordRange building;              ///< words that belong to nothing else
+  bool buildingIsBinding = false;  ///< those words hold numbers, so that they must not be passed over
+  bool lenientOnly = false;        ///< a reading that strict rules do not take
   std::uint8_t penalty = 0;
 
   bool HasNumber() const { return numberFirst != 0; }
@@ -57,7 +57,8 @@ class Premises
 
  private:
   friend class PremiseParser;
-  void Add(const Premise& premise) {
+  void Add(const Premise& premise)
+  {
     if (count_ < kMax) readings_[count_++] = premise;
   }
   std::array<Premise, kMax> readings_;
@@ -71,7 +72,8 @@ struct HouseNumber
   std::string_view suffix;  ///< a view of the word given
 };
 
-/** Reads up to nine digits and up to two letters that make no ordinal ("1ST"); false when the word is something else. */
+/** Reads up to nine digits and up to two letters that make no ordinal ("1ST"); false when the word is something else.
+ */
 bool ReadHouseNumber(std::string_view word, HouseNumber& number);
 
 }  // namespace arf

@@ -20,7 +20,8 @@ struct TableWords
 using Expand = std::string_view (*)(std::string_view);
 
 /** The longest text of the table directly before `end`. */
-TableWords ReadBefore(const InputText& input, std::size_t first, std::size_t end, std::size_t longest, Expand expand) {
+TableWords ReadBefore(const InputText& input, std::size_t first, std::size_t end, std::size_t longest, Expand expand)
+{
   for (std::size_t count = input.WordsWithoutDigits(first, end, longest); count > 0; --count) {
     const std::string_view full = expand(input.Text(end - count, end));
     if (!full.empty()) return {full, end - count};
@@ -30,7 +31,8 @@ TableWords ReadBefore(const InputText& input, std::size_t first, std::size_t end
 
 }  // namespace
 
-StreetEndings::StreetEndings(const InputText& input, WordRange range) : first_(range.first) {
+StreetEndings::StreetEndings(const InputText& input, WordRange range) : first_(range.first)
+{
   const std::size_t end = range.last;
   if (range.Empty()) return;
   const TableWords suffix = ReadBefore(input, first_, end, kLongestSuffix, ExpandStreetSuffix);
@@ -45,11 +47,13 @@ StreetEndings::StreetEndings(const InputText& input, WordRange range) : first_(r
   if (type.start == end && suffix.start == end && !input[end - 1].hasDigit) Add(end - 1, input[end - 1].text, {}, true);
 }
 
-void StreetEndings::Add(std::size_t nameEnd, std::string_view type, std::string_view suffix, bool isGuess) {
+void StreetEndings::Add(std::size_t nameEnd, std::string_view type, std::string_view suffix, bool isGuess)
+{
   if (nameEnd > first_) endings_[count_++] = {nameEnd, type, suffix, isGuess};
 }
 
-bool MayStartName(const InputText& input, std::size_t first, std::size_t position) {
+bool MayStartName(const InputText& input, std::size_t first, std::size_t position)
+{
   if (position == first || input[position].before == Joint::Break) return true;
   const Word& previous = input[position - 1];
   if (previous.hasDigit) return true;

@@ -1,6 +1,7 @@
 /**
- * Where in an input a street may stand, and what its words say. "12 King St West" ends in a suffix, a type before it and
- * a name before that; but the last words may all belong to the name ("The Esplanade"), so there are several readings.
+ * Where in an input a street may stand, and what its words say. "12 King St West" ends in a suffix, a type before it
+ * and a name before that; but the last words may all belong to the name ("The Esplanade"), so there are several
+ * readings.
  */
 #ifndef QXPAF_ARF_MATCH_STREET_READING_H
 #define QXPAF_ARF_MATCH_STREET_READING_H

@@ -39,8 +39,8 @@ enum PafAuStatus
 
   /** No address of the database has this identifier. Remedy: check the number and which database is open. */
   PAF_AU_ERR_UNKNOWN_DPID = 10,
-  /** The query record cannot be used: the identifier is no number, or nothing usable is filled in. Remedy: fill field 8,
-      or fields 4 to 6. */
+  /** The query record cannot be used: the identifier is no number, or nothing usable is filled in. Remedy: fill field
+     8, or fields 4 to 6. */
   PAF_AU_ERR_BAD_QUERY = 11,
   /** There is no enumeration to continue. Remedy: start one with pafGetAddressId. */
   PAF_AU_ERR_NO_ENUMERATION = 12,
@@ -74,15 +74,15 @@ enum PafAuStatus
 /** How the last search of an instance went, as pafGetFindStatusId answers it; also field 9 of records. */
 enum PafAuFindStatus
 {
-  PAF_AU_FIND_NONE = 0,           /**< nothing has been searched yet */
-  PAF_AU_FIND_MATCHED = 1,        /**< found as written, up to usual abbreviations */
-  PAF_AU_FIND_CHANGED = 2,        /**< found, but something that was written was replaced or passed over */
-  PAF_AU_FIND_SEVERAL = 3,        /**< PAF_AU_ERR_SEVERAL_FOUND */
-  PAF_AU_FIND_NO_NUMBER = 4,      /**< PAF_AU_ERR_WRONG_NUMBER: the street is right */
-  PAF_AU_FIND_NO_STREET = 5,      /**< PAF_AU_ERR_WRONG_STREET: the locality is right */
-  PAF_AU_FIND_NO_LOCALITY = 6,    /**< PAF_AU_ERR_WRONG_LOCALITY */
-  PAF_AU_FIND_NOTHING = 7,        /**< PAF_AU_ERR_NOT_FOUND, PAF_AU_ERR_UNKNOWN_DPID */
-  PAF_AU_FIND_NOT_SEARCHED = 8    /**< the input was refused: too long, or a query that cannot be used */
+  PAF_AU_FIND_NONE = 0,        /**< nothing has been searched yet */
+  PAF_AU_FIND_MATCHED = 1,     /**< found as written, up to usual abbreviations */
+  PAF_AU_FIND_CHANGED = 2,     /**< found, but something that was written was replaced or passed over */
+  PAF_AU_FIND_SEVERAL = 3,     /**< PAF_AU_ERR_SEVERAL_FOUND */
+  PAF_AU_FIND_NO_NUMBER = 4,   /**< PAF_AU_ERR_WRONG_NUMBER: the street is right */
+  PAF_AU_FIND_NO_STREET = 5,   /**< PAF_AU_ERR_WRONG_STREET: the locality is right */
+  PAF_AU_FIND_NO_LOCALITY = 6, /**< PAF_AU_ERR_WRONG_LOCALITY */
+  PAF_AU_FIND_NOTHING = 7,     /**< PAF_AU_ERR_NOT_FOUND, PAF_AU_ERR_UNKNOWN_DPID */
+  PAF_AU_FIND_NOT_SEARCHED = 8 /**< the input was refused: too long, or a query that cannot be used */
 };
 
 /**
@@ -92,22 +92,22 @@ enum PafAuFindStatus
  */
 enum PafAuField
 {
-  PAF_AU_FIELD_ADDRESS_LINE_1 = 1,         /**< [AddressLine1] the building's name if there is one, else the street line */
-  PAF_AU_FIELD_ADDRESS_LINE_2 = 2,         /**< [AddressLine2] the street line behind a building's name */
-  PAF_AU_FIELD_ADDRESS_LINE_3 = 3,         /**< [AddressLine3] always empty */
-  PAF_AU_FIELD_LOCALITY = 4,               /**< [Locality] */
-  PAF_AU_FIELD_STATE = 5,                  /**< [State] its code, "NSW" */
-  PAF_AU_FIELD_POSTCODE = 6,               /**< [Postcode] four digits */
-  PAF_AU_FIELD_COUNTRY = 7,                /**< [Country] "AUSTRALIA" */
-  PAF_AU_FIELD_DPID = 8,                   /**< [DPID] the identifier, eight digits */
-  PAF_AU_FIELD_MATCH_QUALITY = 9,          /**< [MatchQuality] a find status */
-  PAF_AU_FIELD_BUILDING = 10,              /**< [Building] */
-  PAF_AU_FIELD_UNIT_TYPE = 11,             /**< [UnitType] full form, "APARTMENT" */
-  PAF_AU_FIELD_UNIT_NUMBER = 12,           /**< [UnitNumber] "3", "G07" */
-  PAF_AU_FIELD_LEVEL_TYPE = 13,            /**< [LevelType] full form, "LEVEL" */
-  PAF_AU_FIELD_LEVEL_NUMBER = 14,          /**< [LevelNumber] */
-  PAF_AU_FIELD_LOT = 15,                   /**< [Lot] */
-  PAF_AU_FIELD_NUMBER_FIRST = 16,          /**< [NumberFirst] */
+  PAF_AU_FIELD_ADDRESS_LINE_1 = 1, /**< [AddressLine1] the building's name if there is one, else the street line */
+  PAF_AU_FIELD_ADDRESS_LINE_2 = 2, /**< [AddressLine2] the street line behind a building's name */
+  PAF_AU_FIELD_ADDRESS_LINE_3 = 3, /**< [AddressLine3] always empty */
+  PAF_AU_FIELD_LOCALITY = 4,       /**< [Locality] */
+  PAF_AU_FIELD_STATE = 5,          /**< [State] its code, "NSW" */
+  PAF_AU_FIELD_POSTCODE = 6,       /**< [Postcode] four digits */
+  PAF_AU_FIELD_COUNTRY = 7,        /**< [Country] "AUSTRALIA" */
+  PAF_AU_FIELD_DPID = 8,           /**< [DPID] the identifier, eight digits */
+  PAF_AU_FIELD_MATCH_QUALITY = 9,  /**< [MatchQuality] a find status */
+  PAF_AU_FIELD_BUILDING = 10,      /**< [Building] */
+  PAF_AU_FIELD_UNIT_TYPE = 11,     /**< [UnitType] full form, "APARTMENT" */
+  PAF_AU_FIELD_UNIT_NUMBER = 12,   /**< [UnitNumber] "3", "G07" */
+  PAF_AU_FIELD_LEVEL_TYPE = 13,    /**< [LevelType] full form, "LEVEL" */
+  PAF_AU_FIELD_LEVEL_NUMBER = 14,  /**< [LevelNumber] */
+  PAF_AU_FIELD_LOT = 15,           /**< [Lot] */
+  PAF_AU_FIELD_NUMBER_FIRST = 16,  /**< [NumberFirst] */
   PAF_AU_FIELD_NUMBER_FIRST_SUFFIX = 17,   /**< [NumberFirstSuffix] */
   PAF_AU_FIELD_NUMBER_LAST = 18,           /**< [NumberLast] of a range; empty otherwise */
   PAF_AU_FIELD_NUMBER_LAST_SUFFIX = 19,    /**< [NumberLastSuffix] */

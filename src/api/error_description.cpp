@@ -1,5 +1,6 @@
 /** From a status code to text. */
 #include <cstring>
+#include <utility>
 
 #include "api/instance_table.h"
 #include "errors/boundary.h"
@@ -32,14 +33,13 @@ void DescribeLastError(char* buffer, int code, int size)
 {
   ThreadData* record = nullptr;
   if (GetThreadData(false, record) != 0 || record == nullptr) return;
-  const ThreadData last = *record;
-  record->ClearError();
-  if (last.lastErrorCode != code) return;
-  if (last.lastErrorText[0] != '\0') {
-    CopyCut(buffer, Capacity(size), last.lastErrorText);
+  const LastError last = std::exchange(record->lastError, LastError());
+  if (last.code != code) return;
+  if (last.text[0] != '\0') {
+    CopyCut(buffer, Capacity(size), last.text);
     return;
   }
-  const int id = last.lastErrorId != 0 ? last.lastErrorId : last.defaultId;
+  const int id = last.id != 0 ? last.id : record->defaultId;
   if (id != 0) AtBoundary([&] { return AskSearcher(id, code, buffer, size); });
 }
 
@@ -49,15 +49,15 @@ void AppendRecordedDetail(char* buffer, int code, int size)
   constexpr const char* kSeparator = ". ";
   ThreadData* record = nullptr;
   if (GetThreadData(false, record) != 0 || record == nullptr) return;
+  const LastError last = std::exchange(record->lastError, LastError());
   const std::size_t length = std::strlen(buffer);
-  const std::size_t detail = std::strlen(record->lastErrorText);
-  const bool mine = record->lastErrorCode == code && record->lastErrorId == 0 && detail != 0;
+  const std::size_t detail = std::strlen(last.text);
+  const bool mine = last.code == code && last.id == 0 && detail != 0;
   if (mine && length + detail + std::strlen(kSeparator) < Capacity(size)) {
     if (length != 0) CopyCut(buffer + length, Capacity(size) - length, kSeparator);
     const std::size_t end = std::strlen(buffer);
-    CopyCut(buffer + end, Capacity(size) - end, record->lastErrorText);
+    CopyCut(buffer + end, Capacity(size) - end, last.text);
   }
-  record->ClearError();
 }
 
 }  // namespace

@@ -60,13 +60,6 @@ ThreadRecords& Records()
 
 }  // namespace
 
-void ThreadData::ClearError()
-{
-  lastErrorText[0] = '\0';
-  lastErrorCode = 0;
-  lastErrorId = 0;
-}
-
 int CreateThreadKey(void (*destructor)(void*))
 {
   const int result = pthread_key_create(&threadKey, destructor);
@@ -119,9 +112,9 @@ int SetInstanceError(int code, int id, const char* text)
 {
   ThreadData* record = nullptr;
   if (GetThreadData(true, record) != 0) return code;
-  record->lastErrorCode = code;
-  record->lastErrorId = id;
-  CopyCut(record->lastErrorText, sizeof record->lastErrorText, text != nullptr ? text : "");
+  record->lastError.code = code;
+  record->lastError.id = id;
+  CopyCut(record->lastError.text, sizeof record->lastError.text, text != nullptr ? text : "");
   return code;
 }
 

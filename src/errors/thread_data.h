@@ -6,17 +6,21 @@ namespace qxpaf {
 
 inline constexpr int kErrorTextSize = 256;
 
+/** What a failure left behind; touched by its own thread only. */
+struct LastError
+{
+  int id = 0;    ///< Id of the instance whose call failed last; 0 the library itself
+  int code = 0;  ///< 0 none
+  char text[kErrorTextSize] = {};
+};
+
 struct ThreadData
 {
-  int defaultId = 0;      ///< Id of the thread's default instance; 0 none
-  int lastErrorId = 0;    ///< Id of the instance whose call failed last; 0 the library itself
-  int lastErrorCode = 0;  ///< 0 none
-  char lastErrorText[kErrorTextSize] = {};
-
-  /** Forgets the last error. */
-  void ClearError();
+  int defaultId = 0;  ///< Id of the thread's default instance; 0 none
+  LastError lastError;
 
  private:
+  // Links of the list of all records, written by other threads under its lock.
   friend class ThreadRecords;
   ThreadData* previous_ = nullptr;
   ThreadData* next_ = nullptr;

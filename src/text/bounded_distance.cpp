@@ -1,6 +1,7 @@
 #include "text/bounded_distance.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "text/compared_text.h"
 #include "text/scratch_array.h"
@@ -72,9 +73,9 @@ class DiagonalSearch
   {
     if (i < 0) return kUnreached;
     const Index end = std::min(rests_.aLength, rests_.bLength - d);
-    const Char* const b = rests_.b + d;
-    while (i < end && rests_.a[i] == b[i]) ++i;
-    if (!digitsMayDiffer_ && i < end && IsDigit(rests_.a[i]) && IsDigit(b[i])) passedDigits_ = true;
+    if (i < end)
+      i += static_cast<Index>(CommonLength(rests_.a + i, rests_.b + i + d, static_cast<std::size_t>(end - i)));
+    if (!digitsMayDiffer_ && i < end && IsDigit(rests_.a[i]) && IsDigit(rests_.b[i + d])) passedDigits_ = true;
     return i;
   }
 
@@ -88,8 +89,9 @@ class DiagonalSearch
   Index* before_;   // with one less
 };
 
-// Fills the table of distances from the ends of both texts backwards, on the diagonals that the bound allows, three rows
-// at a time. Places where digits clash are infinitely far, so no shorter way can be told from its furthest place only.
+// Fills the table of distances from the ends of both texts backwards, on the diagonals that the bound allows, three
+// rows at a time. A way can end where digits clash, so the furthest place of a diagonal may be a dead end where one
+// before it is none, and all of them have to be looked at.
 template <class Char>
 class BackwardTable
 {
@@ -134,32 +136,25 @@ class BackwardTable
 // No finite distance is larger, so a larger bound would only cost memory.
 int UsefulBound(Index largestDistance, int bound)
 {
-  return static_cast<int>(std::min<Index>(largestDistance, bound));
+  return static_cast<int>(std::min<Index>({largestDistance, bound, INT_MAX - 1}));
 }
 
 }  // namespace
 
 template <class Char>
-std::optional<int> DistanceOfAnything(const RestPair<Char>& rests, int bound)
+std::optional<int> BoundedDistance(const RestPair<Char>& rests, int bound, bool digitsMayDiffer)
 {
-  const Index largest = std::max(rests.aLength, rests.bLength);
-  return DiagonalSearch<Char>(rests, UsefulBound(largest, bound), true).Run();
-}
-
-template <class Char>
-std::optional<int> DistanceWithFixedDigits(const RestPair<Char>& rests, int bound)
-{
-  const Index largest = rests.aLength + rests.bLength;
-  DiagonalSearch<Char> search(rests, UsefulBound(largest, bound), false);
+  // Without fixed digits the distance never exceeds the longer length, with them it may take both.
+  const Index largest = digitsMayDiffer ? std::max(rests.aLength, rests.bLength) : rests.aLength + rests.bLength;
+  const int useful = UsefulBound(largest, bound);
+  DiagonalSearch<Char> search(rests, useful, digitsMayDiffer);
   const std::optional<int> distance = search.Run();
   // Fixed digits never make a distance smaller; and a way that meets no such digits is open with them fixed as well.
   if (!distance || !search.PassedDigits()) return distance;
-  return BackwardTable<Char>(rests, UsefulBound(largest, bound)).Run();
+  return BackwardTable<Char>(rests, useful).Run();
 }
 
-template std::optional<int> DistanceOfAnything(const RestPair<char>&, int);
-template std::optional<int> DistanceOfAnything(const RestPair<wchar_t>&, int);
-template std::optional<int> DistanceWithFixedDigits(const RestPair<char>&, int);
-template std::optional<int> DistanceWithFixedDigits(const RestPair<wchar_t>&, int);
+template std::optional<int> BoundedDistance(const RestPair<char>&, int, bool);
+template std::optional<int> BoundedDistance(const RestPair<wchar_t>&, int, bool);
 
 }  // namespace qxpaf

@@ -28,13 +28,10 @@ struct RestPair
   }
 };
 
-// The distance when it is at most bound, which is at least 1 and at least the difference of the lengths.
+// The distance when it is at most bound, which is at least 1 and at least the difference of the lengths. Slower where
+// digits may not differ and both rests hold some.
 template <class Char>
-std::optional<int> DistanceOfAnything(const RestPair<Char>& rests, int bound);
-
-// The same where digits may not differ. Slower where both rests hold digits.
-template <class Char>
-std::optional<int> DistanceWithFixedDigits(const RestPair<Char>& rests, int bound);
+std::optional<int> BoundedDistance(const RestPair<Char>& rests, int bound, bool digitsMayDiffer);
 
 }  // namespace qxpaf
 

@@ -32,27 +32,6 @@ struct Sound
 
 using Rule = Sound (*)(const Place&);
 
-Sound Silent(const Place&)
-{
-  return {};
-}
-
-Sound Itself(const Place& at)
-{
-  return {at.current};
-}
-
-template <char code>
-Sound Always(const Place&)
-{
-  return {code};
-}
-
-Sound Vowel(const Place& at)
-{
-  return at.IsStart() ? Itself(at) : Sound{};
-}
-
 Sound RuleB(const Place& at)
 {
   return at.previous == 'M' && at.next == '\0' ? Sound{} : Sound{'B'};
@@ -126,7 +105,7 @@ Sound RuleT(const Place& at)
 
 Sound Glide(const Place& at)
 {
-  return IsVowel(at.next) ? Itself(at) : Sound{};
+  return IsVowel(at.next) ? Sound{at.current} : Sound{};
 }
 
 Sound RuleX(const Place&)
@@ -134,15 +113,33 @@ Sound RuleX(const Place&)
   return {'K', 'S'};
 }
 
-constexpr Rule kLetterRules[26] = {
-    Vowel,  RuleB,  RuleC,  RuleD, Vowel, Itself, RuleG, RuleH,       Vowel,  // A-I
-    Itself, RuleK,  Itself, Itself, Itself, Vowel, RuleP, Always<'K'>, Itself,  // J-R
-    RuleS,  RuleT,  Vowel,  Always<'F'>, Glide, RuleX, Glide, Always<'S'>,      // S-Z
+// Letters whose sound never depends on their neighbours. A blank gives nothing: vowels, which are heard at the start
+// only. A dot stands for a letter with a rule of its own.
+//                             ABCDEFGHIJKLMNOPQRSTUVWXYZ
+constexpr char kFixedCodes[] = " ... F.. J.LMN .KR.. F...S";
+
+constexpr char kByRule = '.';
+
+// 0 for what gives nothing.
+constexpr ByteTable<char> kCodes([](char c) {
+  if (c < 'A' || c > 'Z') return '\0';
+  const char code = kFixedCodes[c - 'A'];
+  return code == ' ' ? '\0' : code;
+});
+
+constexpr Rule kRules[26] = {
+    nullptr, RuleB, RuleC,   RuleD,   nullptr, nullptr, RuleG, RuleH,   nullptr,  // A-I
+    nullptr, RuleK, nullptr, nullptr, nullptr, nullptr, RuleP, nullptr, nullptr,  // J-R
+    RuleS,   RuleT, nullptr, nullptr, Glide,   RuleX,   Glide, nullptr,           // S-Z
 };
 
-constexpr ByteTable<Rule> kRules([](char c) -> Rule {
-  return c >= 'A' && c <= 'Z' ? kLetterRules[c - 'A'] : Silent;
-});
+Sound SoundOf(const Place& at)
+{
+  if (at.current == at.previous) return {};
+  if (at.IsStart() && IsVowel(at.current)) return {at.current};
+  const char code = kCodes[at.current];
+  return code == kByRule ? kRules[at.current - 'A'](at) : Sound{code};
+}
 
 // The places of a name, one after the other, in upper case. No working copy is made, and nothing behind the terminator
 // is read.
@@ -189,11 +186,6 @@ Walk Begin(const char* name)
   if (StartsSilent(name[0], name[1])) return {name + 1, name[1]};
   if (name[0] == 'W' && name[1] == 'R') return {name + 1, 'W'};
   return {name, name[0] == 'X' ? 'S' : kUpper[name[0]]};
-}
-
-Sound SoundOf(const Place& at)
-{
-  return at.current == at.previous ? Sound{} : kRules[at.current](at);
 }
 
 }  // namespace

@@ -26,8 +26,9 @@ class ByteTable
 };
 
 // A letter in upper case; 0 for everything else.
-inline constexpr ByteTable<char> kUpperLetter(
-    [](char c) { return AsciiUpper(c) >= 'A' && AsciiUpper(c) <= 'Z' ? AsciiUpper(c) : '\0'; });
+inline constexpr ByteTable<char> kUpperLetter([](char c) {
+  return AsciiUpper(c) >= 'A' && AsciiUpper(c) <= 'Z' ? AsciiUpper(c) : '\0';
+});
 
 // Every byte, letters in upper case.
 inline constexpr ByteTable<char> kUpper([](char c) { return AsciiUpper(c); });

@@ -15,14 +15,6 @@ bool MayBeAdded(wchar_t, bool)
   return true;
 }
 
-// The slips between texts that differ in their first characters; neither is empty.
-template <class Char>
-bool IsOneSlip(const Char* a, const Char* b)
-{
-  const bool transposed = a[0] == b[1] && a[1] == b[0] && SameText(a + 2, b + 2);
-  return transposed || SameText(a + 1, b + 1) || SameText(a + 1, b) || SameText(a, b + 1);
-}
-
 // One-sided on purpose: callers see only which digits of b, and of a, are refused.
 template <class Char>
 bool DigitsForbid(const Char* a, const Char* b)

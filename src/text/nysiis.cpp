@@ -84,9 +84,7 @@ void ReplaceEnding(Word& word)
 // A rule changes the letter at p and perhaps the next ones. Letters before p have had their rules already.
 using Rule = void (*)(char* p, bool isFirst);
 
-void Unchanged(char*, bool)
-{
-}
+void Unchanged(char*, bool) {}
 
 void OpenVowel(char* p, bool)
 {
@@ -167,9 +165,9 @@ void RuleZ(char* p, bool)
 }
 
 constexpr Rule kRules[26] = {
-    OpenVowel, Unchanged, Unchanged, RuleD, RuleE,     Unchanged, RuleG, RuleH,     OpenVowel,  // A-I
-    Unchanged, RuleK,     Unchanged, RuleM, Unchanged, OpenVowel, RuleP, RuleQ,     Unchanged,  // J-R
-    RuleS,     Unchanged, OpenVowel, Unchanged, RuleW, Unchanged, RuleY, RuleZ,                 // S-Z
+    OpenVowel, Unchanged, Unchanged, RuleD,     RuleE,     Unchanged, RuleG, RuleH, OpenVowel,  // A-I
+    Unchanged, RuleK,     Unchanged, RuleM,     Unchanged, OpenVowel, RuleP, RuleQ, Unchanged,  // J-R
+    RuleS,     Unchanged, OpenVowel, Unchanged, RuleW,     Unchanged, RuleY, RuleZ,             // S-Z
 };
 
 // Appends the sounds of the word without repetitions, at most len + 1 letters, and returns how many they are.

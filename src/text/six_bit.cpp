@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 
 #include "qxpaf/text/packing.h"
 
@@ -46,7 +45,7 @@ void ClearAhead(char* dst, std::size_t dstSize, std::size_t used, std::size_t sr
   if (srcLen < 2) return;
   const std::size_t current = srcLen / kGroupChars * kGroupBytes + srcLen % kGroupChars * kGroupBytes / kGroupChars;
   const std::size_t stop = std::min(current + 2, dstSize);
-  if (used < stop) std::memset(dst + used, 0, stop - used);
+  for (std::size_t i = used; i < stop; ++i) dst[i] = '\0';
 }
 
 }  // namespace

@@ -16,18 +16,16 @@ namespace {
 constexpr std::size_t kGroupChars = 4;
 constexpr std::size_t kGroupBytes = 3;
 
-// Covers groups by blocks of kBlockGroups. What is left at the end is covered by a block that reaches back over groups
-// that were done already: the same bytes are written twice. False, with nothing done, when there is not even one block.
-// A block is a function (std::size_t group) on the groups from there on; inlined, since only then may the caller be
-// compiled for another processor than this function.
+// Covers groups, at least kBlockGroups of them, by blocks of so many. What is left at the end is covered by a block
+// that reaches back over groups that were done already: the same bytes are written twice. A block is a function
+// (std::size_t group) on the groups from there on; inlined, since only then may the caller be compiled for another
+// processor than this function.
 template <std::size_t kBlockGroups, class Block>
-[[gnu::always_inline]] inline bool InBlocks(std::size_t groups, Block block)
+[[gnu::always_inline]] inline void InBlocks(std::size_t groups, Block block)
 {
-  if (groups < kBlockGroups) return false;
   std::size_t group = 0;
   for (; groups - group >= kBlockGroups; group += kBlockGroups) block(group);
   if (group != groups) block(groups - kBlockGroups);
-  return true;
 }
 
 // ---- Words ----------------------------------------------------------------------------------------------------------
@@ -72,7 +70,11 @@ void PackWords(char* to, const char* from, std::size_t groups)
   const auto block = [=](std::size_t group) {
     PackWord<kWordGroups>(to + group * kGroupBytes, from + group * kGroupChars);
   };
-  if (!InBlocks<kWordGroups>(groups, block) && groups != 0) PackWord<1>(to, from);
+  if (groups >= kWordGroups) {
+    InBlocks<kWordGroups>(groups, block);
+  } else if (groups != 0) {
+    PackWord<1>(to, from);
+  }
 }
 
 void UnpackWords(char* to, const char* from, std::size_t groups)
@@ -80,7 +82,11 @@ void UnpackWords(char* to, const char* from, std::size_t groups)
   const auto block = [=](std::size_t group) {
     UnpackWord<kWordGroups>(to + group * kGroupChars, from + group * kGroupBytes);
   };
-  if (!InBlocks<kWordGroups>(groups, block) && groups != 0) UnpackWord<1>(to, from);
+  if (groups >= kWordGroups) {
+    InBlocks<kWordGroups>(groups, block);
+  } else if (groups != 0) {
+    UnpackWord<1>(to, from);
+  }
 }
 
 #ifdef QXPAF_SIX_BIT_X86
@@ -139,17 +145,17 @@ constexpr std::size_t kSsse3Groups = 4;
   Store16(to, UnpackLanes(_mm_shuffle_epi8(Load12(from), order)));
 }
 
-[[gnu::target("ssse3")]] bool PackSsse3(char* to, const char* from, std::size_t groups)
+[[gnu::target("ssse3")]] void PackSsse3(char* to, const char* from, std::size_t groups)
 {
-  return InBlocks<kSsse3Groups>(
+  InBlocks<kSsse3Groups>(
       groups, [=](std::size_t group) __attribute__((target("ssse3"))) {
         PackSixteen(to + group * kGroupBytes, from + group * kGroupChars);
       });
 }
 
-[[gnu::target("ssse3")]] bool UnpackSsse3(char* to, const char* from, std::size_t groups)
+[[gnu::target("ssse3")]] void UnpackSsse3(char* to, const char* from, std::size_t groups)
 {
-  return InBlocks<kSsse3Groups>(
+  InBlocks<kSsse3Groups>(
       groups, [=](std::size_t group) __attribute__((target("ssse3"))) {
         UnpackSixteen(to + group * kGroupChars, from + group * kGroupBytes);
       });
@@ -190,17 +196,17 @@ constexpr std::size_t kAvx2Groups = 8;
                       _mm256_add_epi8(_mm256_or_si256(odd, even), _mm256_set1_epi8(0x20)));
 }
 
-[[gnu::target("avx2")]] bool PackAvx2(char* to, const char* from, std::size_t groups)
+[[gnu::target("avx2")]] void PackAvx2(char* to, const char* from, std::size_t groups)
 {
-  return InBlocks<kAvx2Groups>(
+  InBlocks<kAvx2Groups>(
       groups, [=](std::size_t group) __attribute__((target("avx2"))) {
         PackThirtyTwo(to + group * kGroupBytes, from + group * kGroupChars);
       });
 }
 
-[[gnu::target("avx2")]] bool UnpackAvx2(char* to, const char* from, std::size_t groups)
+[[gnu::target("avx2")]] void UnpackAvx2(char* to, const char* from, std::size_t groups)
 {
-  return InBlocks<kAvx2Groups>(
+  InBlocks<kAvx2Groups>(
       groups, [=](std::size_t group) __attribute__((target("avx2"))) {
         UnpackThirtyTwo(to + group * kGroupChars, from + group * kGroupBytes);
       });
@@ -220,16 +226,24 @@ SixBitPath BestSixBitPath()
 
 void PackSixBitGroups(SixBitPath path, char* to, const char* from, std::size_t groups)
 {
-  if (path == SixBitPath::kAvx2 && PackAvx2(to, from, groups)) return;
-  if (path != SixBitPath::kPortable && PackSsse3(to, from, groups)) return;
-  PackWords(to, from, groups);
+  if (path == SixBitPath::kAvx2 && groups >= kAvx2Groups) {
+    PackAvx2(to, from, groups);
+  } else if (path != SixBitPath::kPortable && groups >= kSsse3Groups) {
+    PackSsse3(to, from, groups);
+  } else {
+    PackWords(to, from, groups);
+  }
 }
 
 void UnpackSixBitGroups(SixBitPath path, char* to, const char* from, std::size_t groups)
 {
-  if (path == SixBitPath::kAvx2 && UnpackAvx2(to, from, groups)) return;
-  if (path != SixBitPath::kPortable && UnpackSsse3(to, from, groups)) return;
-  UnpackWords(to, from, groups);
+  if (path == SixBitPath::kAvx2 && groups >= kAvx2Groups) {
+    UnpackAvx2(to, from, groups);
+  } else if (path != SixBitPath::kPortable && groups >= kSsse3Groups) {
+    UnpackSsse3(to, from, groups);
+  } else {
+    UnpackWords(to, from, groups);
+  }
 }
 
 #else

@@ -30,14 +30,14 @@ class SoundexDigits
   // The next digit, '1' to '6'; kEnd when there is none, and then always.
   char Next()
   {
-    for (;; ++next_) {
+    for (;;) {
       const char code = kCodes[*next_];
-      if (code == kIgnored || (code == previous_ && code != kEnd)) continue;
       if (code == kEnd) return kEnd;
-      previous_ = code;
-      if (code == kVowel) continue;
       ++next_;
-      return code;
+      const char before = previous_;
+      previous_ = code == kIgnored ? before : code;
+      // Vowels and ignored characters are the smallest codes.
+      if ((code > kVowel) & (code != before)) return code;
     }
   }
 

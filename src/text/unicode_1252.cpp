@@ -7,7 +7,7 @@
 
 std::string RemoveAccents1252(std::string s)
 {
-  qxpaf::MapString<qxpaf::ByteMapping<qxpaf::kAnsiAccents, qxpaf::AsciiCase::kKept>>(s);
+  qxpaf::MapBytes<qxpaf::AsciiCase::kKept>(s.data(), s.size(), qxpaf::kAnsiAccents);
   return s;
 }
 
@@ -18,12 +18,12 @@ std::string UnicodeRemoveAccents(std::string s)
 
 std::string ToUpper1252(std::string s)
 {
-  qxpaf::MapString<qxpaf::ByteMapping<qxpaf::kAnsiUpper, qxpaf::AsciiCase::kUpper>>(s);
+  qxpaf::MapBytes<qxpaf::AsciiCase::kUpper>(s.data(), s.size(), qxpaf::kAnsiUpper);
   return s;
 }
 
 std::string ToLower1252(std::string s)
 {
-  qxpaf::MapString<qxpaf::ByteMapping<qxpaf::kAnsiLower, qxpaf::AsciiCase::kLower>>(s);
+  qxpaf::MapBytes<qxpaf::AsciiCase::kLower>(s.data(), s.size(), qxpaf::kAnsiLower);
   return s;
 }

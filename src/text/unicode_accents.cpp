@@ -1,6 +1,7 @@
 // Accent removal from wide text, and in place from UTF-8.
 #include <algorithm>
 #include <cstring>
+#include <cwchar>
 #include <iterator>
 
 #include "qxpaf/text/unicode.h"
@@ -25,6 +26,7 @@ constexpr unsigned char kFirstLeadOfTwo = 0xC3;
 constexpr unsigned char kLastLeadOfTwo = 0xC8;
 constexpr unsigned char kLeadOfThree = 0xE1;
 constexpr unsigned int kFirstMiddleOfThree = 0xB8;
+constexpr unsigned int kRowsOfThree = std::size(kUtf8BasesOfThree) / kContinuationValues;
 
 // Whether a sequence that starts with this byte can be replaced.
 bool IsLead(unsigned char byte)
@@ -32,7 +34,7 @@ bool IsLead(unsigned char byte)
   return byte >= kFirstLeadOfTwo && (byte <= kLastLeadOfTwo || byte == kLeadOfThree);
 }
 
-// The byte that replaces the two at s, which start with a lead of two; 0 for none.
+// The byte that replaces the two at s, of which the first is a lead of two; 0 for none.
 char BaseOfTwo(const char* s, const char* end)
 {
   if (end - s < 2) return 0;
@@ -41,13 +43,13 @@ char BaseOfTwo(const char* s, const char* end)
   return last < kContinuationValues ? static_cast<char>(kUtf8BasesOfTwo[row * kContinuationValues + last]) : '\0';
 }
 
-// The byte that replaces the three at s, which start with the lead of three; 0 for none.
+// The same for the three at s, of which the first is the lead of three.
 char BaseOfThree(const char* s, const char* end)
 {
   if (end - s < 3) return 0;
   const unsigned int row = static_cast<unsigned char>(s[1]) - kFirstMiddleOfThree;
   const unsigned int last = ContinuationValue(s[2]);
-  if (row * kContinuationValues >= std::size(kUtf8BasesOfThree) || last >= kContinuationValues) return 0;
+  if (row >= kRowsOfThree || last >= kContinuationValues) return 0;
   return static_cast<char>(kUtf8BasesOfThree[row * kContinuationValues + last]);
 }
 
@@ -111,15 +113,17 @@ const char* FindReplaced(const char* s, const char* end)
   return s;
 }
 
-// Closes the gaps on the way, every byte being moved once, and writes nothing where nothing is replaced. Returns the
-// new length.
+// Closes the gaps on the way, every byte being moved once, and writes nothing
+// where nothing is replaced. Returns the new length.
 std::size_t RemoveAccents(char* s, std::size_t n)
 {
   const char* const end = s + n;
   const char* from = FindReplaced(s, end);
   char* to = s + (from - s);
-  while (from < end)
-    if (!IsLead(static_cast<unsigned char>(*from)) || !Replace(from, end, to)) *to++ = *from++;
+  while (from < end) {
+    if (IsLead(static_cast<unsigned char>(*from)) && Replace(from, end, to)) continue;
+    *to++ = *from++;
+  }
   return static_cast<std::size_t>(to - s);
 }
 
@@ -128,18 +132,18 @@ std::size_t RemoveAccents(char* s, std::size_t n)
 
 wchar_t UnicodeRemoveAccents(wchar_t c)
 {
-  return qxpaf::AccentMapping()(c);
+  return qxpaf::MapCharacter<qxpaf::AccentMapping>(c);
 }
 
 std::wstring UnicodeRemoveAccents(std::wstring s)
 {
-  qxpaf::MapString<qxpaf::AccentMapping>(s);
+  qxpaf::MapWide<qxpaf::AccentMapping>(s.data(), s.size());
   return s;
 }
 
 void UnicodeRemoveAccentsMe(wchar_t* s)
 {
-  qxpaf::MapTerminated<qxpaf::AccentMapping>(s);
+  qxpaf::MapWide<qxpaf::AccentMapping>(s, std::wcslen(s));
 }
 
 void Utf8RemoveAccentsMe(char* s)

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <cwchar>
 #include <iterator>
 #include <utility>
 
@@ -29,25 +30,31 @@ struct Expansion
   std::size_t Growth() const { return length == 0 ? 0 : length - 1; }
 };
 
-Expansion UpperExpansion(wchar_t c)
-{
-  return c == kSharpS ? Expansion{2, {L'S', L'S'}} : Expansion{};
-}
-
 // Replaces the elements that expand, which add `growth` elements in all, from the end to the start: each element is
-// moved once, and none that stands before the first expansion.
-template <class ExpansionOf>
-void ExpandElements(std::wstring& s, std::size_t growth, ExpansionOf expansionOf)
+// moved once, and none that stands before the first expansion. `Rule` has
+//
+//     static bool MayExpand(wchar_t c)
+//     static Expansion Expand(wchar_t c)    may be empty
+template <class Rule>
+void ExpandElements(std::wstring& s, std::size_t growth)
 {
   std::size_t from = s.size();
-  s.resize(from + growth);
-  for (std::size_t to = s.size(); from < to;) {
+  std::size_t to = from + growth;
+  s.resize(to);
+  while (from < to) {
     const wchar_t c = s[--from];
-    const Expansion expansion = expansionOf(c);
-    if (expansion.length == 0) s[--to] = c;
-    for (std::size_t i = expansion.length; i > 0; --i) s[--to] = expansion.elements[i - 1];
+    const Expansion expansion = Rule::MayExpand(c) ? Rule::Expand(c) : Expansion();
+    to -= 1 + expansion.Growth();
+    s[to] = c;
+    std::copy_n(expansion.elements.begin(), expansion.length, s.begin() + static_cast<std::ptrdiff_t>(to));
   }
 }
+
+struct UpperRule
+{
+  static bool MayExpand(wchar_t c) { return c == kSharpS; }
+  static Expansion Expand(wchar_t) { return {2, {L'S', L'S'}}; }
+};
 
 bool IsListMark(std::uint32_t entry, std::uint32_t mark)
 {
@@ -71,25 +78,37 @@ Expansion FoldExpansion(std::uint32_t entry)
   return {};
 }
 
+struct FoldRule
+{
+  static bool MayExpand(wchar_t c) { return kCaseFold.Entry(c) >= kPairMark; }
+  static Expansion Expand(wchar_t c) { return FoldExpansion(kCaseFold.Entry(c)); }
+};
+
 // Folds single elements, leaves those that expand (nothing else becomes one of them) and counts what they will add.
 class FoldMapping
 {
  public:
   static constexpr AsciiCase kAsciiCase = AsciiCase::kLower;
+  static constexpr const auto& kTable = kCaseFold;
 
-  wchar_t operator()(wchar_t c)
+  wchar_t operator()(wchar_t c, std::uint32_t entry)
   {
-    const std::uint32_t entry = kCaseFold.Entry(c);
-    if (IsListMark(entry, kPairMark) || IsListMark(entry, kTripleMark)) [[unlikely]] {
-      growth_ += FoldExpansion(entry).Growth();
-      return c;
-    }
+    if (entry >= kPairMark) [[unlikely]]
+      return MapRare(c, entry);
     return entry != 0 ? static_cast<wchar_t>(entry) : c;
   }
 
   std::size_t Growth() const { return growth_; }
 
  private:
+  // List marks, and what folds to characters behind them.
+  wchar_t MapRare(wchar_t c, std::uint32_t entry)
+  {
+    if (!IsListMark(entry, kPairMark) && !IsListMark(entry, kTripleMark)) return static_cast<wchar_t>(entry);
+    growth_ += FoldExpansion(entry).Growth();
+    return c;
+  }
+
   std::size_t growth_ = 0;
 };
 
@@ -98,32 +117,32 @@ class FoldMapping
 
 wchar_t UnicodeToLower(wchar_t c)
 {
-  return qxpaf::LowerMapping()(c);
+  return qxpaf::MapCharacter<qxpaf::LowerMapping>(c);
 }
 
 wchar_t UnicodeToUpper(wchar_t c)
 {
-  return qxpaf::UpperMapping()(c);
+  return qxpaf::MapCharacter<qxpaf::UpperMapping>(c);
 }
 
 std::wstring UnicodeToLower(std::wstring s)
 {
-  qxpaf::MapString<qxpaf::LowerMapping>(s);
+  qxpaf::MapWide<qxpaf::LowerMapping>(s.data(), s.size());
   return s;
 }
 
 std::wstring UnicodeToUpper(std::wstring s)
 {
-  qxpaf::MapString<qxpaf::UpperMapping>(s);
+  qxpaf::MapWide<qxpaf::UpperMapping>(s.data(), s.size());
   if (s.find(qxpaf::kSharpS) == std::wstring::npos) return s;
   const auto growth = std::count(s.begin(), s.end(), qxpaf::kSharpS);
-  qxpaf::ExpandElements(s, static_cast<std::size_t>(growth), qxpaf::UpperExpansion);
+  qxpaf::ExpandElements<qxpaf::UpperRule>(s, static_cast<std::size_t>(growth));
   return s;
 }
 
 void UnicodeUpperCaseMe(wchar_t* s)
 {
-  qxpaf::MapTerminated<qxpaf::UpperMapping>(s);
+  qxpaf::MapWide<qxpaf::UpperMapping>(s, std::wcslen(s));
 }
 
 std::string Utf8ToUpper(const std::string& s)
@@ -138,9 +157,8 @@ std::string Utf8ToUpper(const std::string& s)
 std::wstring UnicodeCaseFold(std::wstring s)
 {
   qxpaf::FoldMapping fold;
-  qxpaf::MapText(s.data(), s.size(), fold);
-  if (fold.Growth() != 0)
-    qxpaf::ExpandElements(s, fold.Growth(), [](wchar_t c) { return qxpaf::FoldExpansion(qxpaf::kCaseFold.Entry(c)); });
+  qxpaf::MapWide(s.data(), s.size(), fold);
+  if (fold.Growth() != 0) qxpaf::ExpandElements<qxpaf::FoldRule>(s, fold.Growth());
   return s;
 }
 

@@ -2,10 +2,10 @@
 #ifndef QXPAF_SRC_TEXT_UNICODE_MAP_H
 #define QXPAF_SRC_TEXT_UNICODE_MAP_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <cwchar>
 #include <type_traits>
 
 #include "text/unicode_tables.h"
@@ -30,25 +30,21 @@ using BlockOf [[gnu::vector_size(16)]] = Lane;
 template <class Element>
 inline constexpr std::size_t kBlockLength = 16 / sizeof(Element);
 
-// All bits that are set in one of the block's elements, as those of 8 / sizeof(Element) elements.
-template <class Element>
-std::uint64_t BitsOfBlock(const Element* s)
+// The bits that are set in one of the block's elements.
+inline std::uint32_t BitsOfBlock(const wchar_t* s)
 {
-  std::uint64_t a;
-  std::uint64_t b;
-  std::memcpy(&a, s, sizeof a);
-  std::memcpy(&b, s + kBlockLength<Element> / 2, sizeof b);
-  return a | b;
+  std::uint64_t halves[2];
+  std::memcpy(&halves[0], s, sizeof halves[0]);
+  std::memcpy(&halves[1], s + 2, sizeof halves[1]);
+  const std::uint64_t bits = halves[0] | halves[1];
+  return static_cast<std::uint32_t>(bits | bits >> 32);
 }
 
 inline bool IsAsciiBlock(const char* s)
 {
-  return (BitsOfBlock(s) & 0x8080808080808080) == 0;
-}
-
-inline bool IsAsciiBlock(const wchar_t* s)
-{
-  return (BitsOfBlock(s) & 0xFFFFFF80FFFFFF80) == 0;
+  std::uint64_t halves[2];
+  std::memcpy(&halves, s, sizeof halves);
+  return ((halves[0] | halves[1]) & 0x8080808080808080) == 0;
 }
 
 template <AsciiCase asciiCase, class Element>
@@ -66,59 +62,72 @@ void MapAsciiBlock(Element* s)
   }
 }
 
-// A mapping has
-//
-//     static constexpr AsciiCase kAsciiCase    what it does to ASCII
-//     Element operator()(Element c)
-template <class Element, class Mapping>
-void MapText(Element* s, std::size_t n, Mapping& map)
-{
-  std::size_t i = 0;
-  for (; n - i >= kBlockLength<Element>; i += kBlockLength<Element>) {
-    if (IsAsciiBlock(s + i)) {
-      MapAsciiBlock<Mapping::kAsciiCase>(s + i);
-    } else {
-      for (std::size_t k = i; k < i + kBlockLength<Element>; ++k) s[k] = map(s[k]);
-    }
-  }
-  for (; i < n; ++i) s[i] = map(s[i]);
-}
-
-// The mapping of wide characters through a table whose entries are characters.
+// A mapping of wide characters through a table whose entries are characters. Others have the same members.
 template <const auto& table, AsciiCase asciiCase>
 struct TableMapping
 {
   static constexpr AsciiCase kAsciiCase = asciiCase;
+  static constexpr const auto& kTable = table;
 
-  wchar_t operator()(wchar_t c) const
-  {
-    const std::uint32_t entry = table.Entry(c);
-    return entry != 0 ? static_cast<wchar_t>(entry) : c;
-  }
+  wchar_t operator()(wchar_t c, std::uint32_t entry) const { return entry != 0 ? static_cast<wchar_t>(entry) : c; }
 };
 
-// The mapping of bytes through a table of all of them.
-template <const auto& table, AsciiCase asciiCase>
-struct ByteMapping
+template <class Mapping>
+wchar_t MapCharacter(wchar_t c, Mapping& map)
 {
-  static constexpr AsciiCase kAsciiCase = asciiCase;
-
-  char operator()(char byte) const { return static_cast<char>(table[static_cast<unsigned char>(byte)]); }
-};
-
-// Maps the text of a string object, zeros included, or of a zero-terminated buffer, in place.
-template <class Mapping, class String>
-void MapString(String& s)
-{
-  const Mapping map;
-  MapText(s.data(), s.size(), map);
+  return map(c, Mapping::kTable.Entry(c));
 }
 
 template <class Mapping>
-void MapTerminated(wchar_t* s)
+void MapWideBlock(wchar_t* s, Mapping& map)
 {
-  const Mapping map;
-  MapText(s, std::wcslen(s), map);
+  const std::uint32_t bits = BitsOfBlock(s);
+  if (bits < 0x80) {
+    MapAsciiBlock<Mapping::kAsciiCase>(s);
+  } else if (bits < kLeadingPages * 256) {
+    for (std::size_t i = 0; i < kBlockLength<wchar_t>; ++i) s[i] = map(s[i], Mapping::kTable.LeadingEntry(s[i]));
+  } else {
+    for (std::size_t i = 0; i < kBlockLength<wchar_t>; ++i) s[i] = MapCharacter(s[i], map);
+  }
+}
+
+template <class Mapping>
+void MapWide(wchar_t* s, std::size_t n, Mapping& map)
+{
+  std::size_t i = 0;
+  for (; n - i >= kBlockLength<wchar_t>; i += kBlockLength<wchar_t>) MapWideBlock(s + i, map);
+  for (; i < n; ++i) s[i] = MapCharacter(s[i], map);
+}
+
+// The same for mappings without a state.
+template <class Mapping>
+wchar_t MapCharacter(wchar_t c)
+{
+  Mapping map;
+  return MapCharacter(c, map);
+}
+
+template <class Mapping>
+void MapWide(wchar_t* s, std::size_t n)
+{
+  Mapping map;
+  MapWide(s, n, map);
+}
+
+// Through a table of all bytes.
+template <AsciiCase asciiCase>
+void MapBytes(char* s, std::size_t n, const std::uint8_t (&table)[256])
+{
+  std::size_t i = 0;
+  while (i < n) {
+    if (n - i >= kBlockLength<char> && IsAsciiBlock(s + i)) {
+      MapAsciiBlock<asciiCase>(s + i);
+      i += kBlockLength<char>;
+      continue;
+    }
+    const std::size_t stop = std::min(n, i + kBlockLength<char>);
+    for (; i < stop; ++i) s[i] = static_cast<char>(table[static_cast<unsigned char>(s[i])]);
+  }
 }
 
 }  // namespace qxpaf

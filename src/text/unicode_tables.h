@@ -20,12 +20,15 @@ struct BmpTable
   std::uint8_t pageOf[256];
   std::uint16_t entries[kPages * 256];
 
-  // 0 outside the plane, negative values included.
+  // Of a character on the leading pages.
+  std::uint32_t LeadingEntry(wchar_t c) const { return entries[static_cast<std::uint32_t>(c)]; }
+
+  // Of any element; 0 outside the plane, negative values included.
   std::uint32_t Entry(wchar_t c) const
   {
     const auto codePoint = static_cast<std::uint32_t>(c);
     if (codePoint < kLeadingPages * 256) [[likely]]
-      return entries[codePoint];
+      return LeadingEntry(c);
     if (codePoint > 0xFFFF) return 0;
     return entries[pageOf[codePoint >> 8] * 256U + (codePoint & 0xFF)];
   }

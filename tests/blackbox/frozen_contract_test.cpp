@@ -144,6 +144,7 @@ TEST_F(FrozenContractTest, TheLibraryCallsTheSlotsOfThePlugin)
   EXPECT_EQ(Calls(), "S24(22,100) ");
   EXPECT_EQ(pafDpidToAddressId(id, 5, out, 32), 7);
   EXPECT_NE(Calls().find("S15('Delimiter',1024) S7('"), std::string::npos);
+  EXPECT_EQ(pafClosePafId(id), 0);
 }
 
 TEST_F(FrozenContractTest, TheLibraryPassesTheGatesOfAnotherCountry)

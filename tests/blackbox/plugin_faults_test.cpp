@@ -84,11 +84,12 @@ TEST_P(LacksGetOtherProperties, ServesInstances)
   EXPECT_EQ(pafClosePafId(id), 0);
 }
 
-ODD_SUITE(NotALibrary);
-TEST_P(NotALibrary, FailsWithTheLoadersWordsAndTheFileName)
+ODD_SUITE(NoLibrary);
+TEST_P(NoLibrary, FailsWithTheLoadersWordsAndTheFileName)
 {
   ASSERT_EQ(dlopen(Library(), RTLD_LAZY), nullptr);
   const std::string loaderText = dlerror();
+  ASSERT_EQ(loaderText.find("No such file"), std::string::npos) << "a file is there, but no library: " << loaderText;
   EXPECT_EQ(TryOpen(), -PAF_ERR_LIBRARY_NOT_LOADED);
   const std::string withName = loaderText + ". " + Library();
   EXPECT_EQ(Describe(PAF_ERR_LIBRARY_NOT_LOADED), withName.size() <= 254 ? withName : loaderText.substr(0, 254));

@@ -23,11 +23,22 @@ expect() {
   [ "$1" = "$2" ] || fail "$3: expected '$2', got '$1'"
 }
 
-"$CMAKE" --install "$build" --prefix "$prefix" > "$work/install.log" 2>&1 || { cat "$work/install.log"; fail "install failed"; }
+# Runs a command quietly; when it fails, shows what it said and ends with the message given first.
+quietly() {
+  message=$1
+  shift
+  "$@" > "$work/log" 2>&1 || {
+    cat "$work/log"
+    fail "$message"
+  }
+}
+
+quietly "install failed" "$CMAKE" --install "$build" --prefix "$prefix"
 
 # What is installed, with the place of libraries written as LIB and the kind of build as CONFIG.
-(cd "$prefix" && find . ! -type d | sed -e 's|^\./||' -e "s|^$libdir/|LIB/|" -e 's|qxpafTargets-[a-z]*\.|qxpafTargets-CONFIG.|' |
-  LC_ALL=C sort) > "$work/files.txt"
+(cd "$prefix" && find . ! -type d) |
+  sed -e 's|^\./||' -e "s|^$libdir/|LIB/|" -e 's|qxpafTargets-[a-z]*\.|qxpafTargets-CONFIG.|' |
+  LC_ALL=C sort > "$work/files.txt"
 diff -u "$here/installed_files.txt" "$work/files.txt" || fail "the installed files are not those of installed_files.txt"
 
 library=$prefix/$libdir/libqxpaf.so
@@ -38,8 +49,9 @@ expect "$soname" "libqxpaf.so.5" "soname"
 expect "$(echo "$dynamic" | sed -n 's/.*(RUNPATH).*\[\(.*\)\]/\1/p')" '$ORIGIN' "run path"
 expect "$(echo "$dynamic" | grep -c '(RPATH)' || true)" 0 "entries of the old run path"
 if [ -z "$flags" ]; then
-  expect "$(echo "$dynamic" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' |
-    grep -Ev '^(libstdc\+\+|libgcc_s|libc|libm|libpthread|libdl|ld-linux.*)\.so' || true)" "" "libraries beyond the standard ones"
+  others=$(echo "$dynamic" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p' |
+    grep -Ev '^(libstdc\+\+|libgcc_s|libc|libm|libpthread|libdl|ld-linux.*)\.so' || true)
+  expect "$others" "" "libraries beyond the standard ones"
 fi
 if grep -rlF -e "$build" -e "$here" "$prefix/include" "$prefix/$libdir/cmake" "$prefix/$libdir/pkgconfig"; then
   fail "installed files name the build tree"
@@ -50,22 +62,23 @@ run() {
 }
 answer="0 found 1 High St"
 
-"$CMAKE" -S "$here/consumer" -B "$work/by-cmake" -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_C_COMPILER="$CC" \
-  -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS="$flags" -DCMAKE_CXX_FLAGS="$flags" -DCMAKE_CXX_STANDARD=17 \
-  > "$work/cmake.log" 2>&1 || { cat "$work/cmake.log"; fail "find_package failed"; }
-"$CMAKE" --build "$work/by-cmake" > "$work/build.log" 2>&1 || { cat "$work/build.log"; fail "building by CMake failed"; }
+quietly "find_package failed" "$CMAKE" -S "$here/consumer" -B "$work/by-cmake" -DCMAKE_PREFIX_PATH="$prefix" \
+  -DCMAKE_C_COMPILER="$CC" -DCMAKE_CXX_COMPILER="$CXX" -DCMAKE_C_FLAGS="$flags" -DCMAKE_CXX_FLAGS="$flags" \
+  -DCMAKE_CXX_STANDARD=17
+quietly "building by CMake failed" "$CMAKE" --build "$work/by-cmake"
 expect "$(run "$work/by-cmake" "$work/by-cmake/application")" "$answer" "the program built by CMake"
 
 PKG_CONFIG_PATH=$prefix/$libdir/pkgconfig
 export PKG_CONFIG_PATH
 expect "$(pkg-config --modversion qxpaf)" "5.10.246" "version of the pkg-config file"
 mkdir "$work/by-hand"
+strict="-Wall -Wextra -Wpedantic -Werror"
 # shellcheck disable=SC2046,SC2086  # the flags are lists
-"$CC" -std=c99 -Wall -Wextra -Wpedantic -Werror $flags "$here/consumer/application.c" -o "$work/by-hand/application" \
-  $(pkg-config --cflags --libs qxpaf) -Wl,-rpath,"$prefix/$libdir" || fail "building by pkg-config failed"
+quietly "building by pkg-config failed" "$CC" -std=c99 $strict $flags "$here/consumer/application.c" \
+  -o "$work/by-hand/application" $(pkg-config --cflags --libs qxpaf) -Wl,-rpath,"$prefix/$libdir"
 # shellcheck disable=SC2046,SC2086
-"$CXX" -std=c++17 -Wall -Wextra -Wpedantic -Werror $flags -fPIC -shared -fvisibility=hidden \
-  $(pkg-config --cflags qxpaf) "$here/consumer/plugin.cpp" -o "$work/by-hand/libconsumer.so" || fail "building the plug-in failed"
+quietly "building the plug-in failed" "$CXX" -std=c++17 $strict $flags -fPIC -shared -fvisibility=hidden \
+  $(pkg-config --cflags qxpaf) "$here/consumer/plugin.cpp" -o "$work/by-hand/libconsumer.so"
 expect "$(run "$work/by-hand" "$work/by-hand/application")" "$answer" "the program built by pkg-config"
 
 # A plug-in installed beside the library is found without any environment.

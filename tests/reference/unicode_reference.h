@@ -248,9 +248,10 @@ inline int ToUpper1252(int byte)
 
 inline int ToLower1252(int byte)
 {
-  for (int upper = 0; upper < 256; ++upper)
-    if (upper != byte && ToUpper1252(upper) == byte) return upper;
-  return byte;
+  if (byte >= 'A' && byte <= 'Z') return byte - 'A' + 'a';
+  if (byte == 0x8A || byte == 0x8C || byte == 0x8E) return byte + 0x10;
+  if ((byte >= 0xC0 && byte <= 0xD6) || (byte >= 0xD8 && byte <= 0xDE)) return byte + 0x20;
+  return byte == 0x9F ? 0xFF : byte;
 }
 
 inline int RemoveAccents1252(int byte)

@@ -51,9 +51,8 @@ QXPAF_API char* strrev_(char* s);
 /**
  * Compares element by element after towlower.
  *
- * @return 1 or -1 when a or b has the lesser element at the first difference: 1 for a greater than b, -1 for a smaller;
- *         where one or both end before any difference: 1 when a goes on, 0 when both end, and -2 (not -1) when b goes
- * on
+ * @return at the first difference 1 when a's element is the greater one, -1 when b's is; where a text ends before any
+ *         difference, 1 when a goes on, 0 when both end, and -2 (not -1) when b goes on
  */
 QXPAF_API int wcsicmp_(const wchar_t* a, const wchar_t* b);
 

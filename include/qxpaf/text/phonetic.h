@@ -45,7 +45,7 @@ QXPAF_API unsigned short Soundex2(const char* name);
  *
  * After R. L. Taft, Name Search Techniques, New York State Identification and Intelligence System, 1970, with the
  * endings, the letter rules and the end rules changed. Leading white space is skipped; of what follows, 51 characters
- * are looked at and other non-letters left out. MacDonald gives MCDANAL, Knight NAGT, Phillips FALAP, Evans EVAN.
+ * are looked at and other non-letters left out. MacDonald gives MCDANALD, Knight NAT, Phillips FALAP, Evans EVAN.
  *
  * @param out at least len + 1 bytes, all of them set: zeros follow the key. Becomes empty when there is no letter, or a
  *            digit, among the characters looked at

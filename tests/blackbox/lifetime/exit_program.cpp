@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <future>
 #include <thread>
 
 #include "fakes/fake_control.h"
@@ -69,11 +70,12 @@ int ReturnWhileAThreadIsInside()
 int ReturnBesideAThreadWithAnError()
 {
   OpenThree();
+  static std::promise<int> failed;
   std::thread([] {
-    pafOpenArfId2(0, "DLL:FakeNowhere");
+    failed.set_value(pafOpenArfId2(0, "DLL:FakeNowhere"));
     std::this_thread::sleep_for(std::chrono::hours(1));
   }).detach();
-  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  Require(failed.get_future().get() == -PAF_ERR_LIBRARY_NOT_LOADED, "a missing plug-in is reported");
   return 0;
 }
 

@@ -1,18 +1,16 @@
 /**
  * The plug-in contract as it was when the first release went out. Never edit this file: plug-ins built from it exist.
  *
- * It shares nothing with <qxpaf/arf_plugin.h>. The comment on each operation is its slot in the table of virtual
- * functions; the destructors take slots 0 and 1.
+ * It shares nothing with <qxpaf/arf_plugin.h> but the names, and is never included beside it. The comment on each
+ * operation is its slot in the table of virtual functions; the destructors take slots 0 and 1.
  */
 #ifndef QXPAF_TESTS_FAKES_FROZEN_CONTRACT_H
 #define QXPAF_TESTS_FAKES_FROZEN_CONTRACT_H
 
-namespace frozen {
-
-class Db
+class IArfDb
 {
  public:
-  virtual ~Db() = default;
+  virtual ~IArfDb() = default;
   virtual void Release() = 0;                                                    // 2
   virtual const char* GetPath() = 0;                                             // 3
   virtual const char* GetCountry() = 0;                                          // 4
@@ -22,12 +20,12 @@ class Db
   virtual void Close() = 0;                                                      // 8
 };
 
-class Searcher
+class IArfSearcher
 {
  public:
-  virtual ~Searcher() = default;
+  virtual ~IArfSearcher() = default;
   virtual void Release() = 0;                                                                           // 2
-  virtual Db* GetArfDb() = 0;                                                                           // 3
+  virtual IArfDb* GetArfDb() = 0;                                                                       // 3
   virtual int LookupAddress(const char*, char*, int, int) = 0;                                          // 4
   virtual int FixLastLine(const char*, char*, int) = 0;                                                 // 5
   virtual int ValidatePartialAddress(const char*, char*, int) = 0;                                      // 6
@@ -47,7 +45,7 @@ class Searcher
   virtual int BeginPolygonSearch(const char*, const char*) = 0;                                         // 20
   virtual int GetNextAddressInPolygon(char*, int) = 0;                                                  // 21
   virtual int GetSearchStatistics(const char*, const char*, const char*, const char*, char*, int) = 0;  // 22
-  virtual void TakeOverFrom(Searcher*) = 0;                                                             // 23
+  virtual void TakeOverFrom(IArfSearcher*) = 0;                                                         // 23
   virtual void GetErrorDescription(char*, int, int) = 0;                                                // 24
   virtual int BeginGifConcordance(long, long, long, long, long, int) = 0;                               // 25
   virtual int GetNextGifConcordance(char*, int, char*, int, void*) = 0;                                 // 26
@@ -55,11 +53,9 @@ class Searcher
   virtual int GetNextAddressSearch(char*, int) = 0;                                                     // 28
 };
 
-}  // namespace frozen
-
 extern "C" {
-__attribute__((visibility("default"))) frozen::Db* GetDb();
-__attribute__((visibility("default"))) frozen::Searcher* GetSearcher(frozen::Db* db);
+__attribute__((visibility("default"))) IArfDb* GetDb();
+__attribute__((visibility("default"))) IArfSearcher* GetSearcher(IArfDb* db);
 __attribute__((visibility("default"))) int CanUnloadNow();
 __attribute__((visibility("default"))) int GetOtherProperties(const char* request, char* out, int outSize);
 

@@ -41,7 +41,7 @@ void Put(char* out, int size, int slot)
   if (size > static_cast<int>(text.size())) std::memcpy(out, text.c_str(), text.size() + 1);
 }
 
-class SlotDb : public Db
+class SlotDb : public IArfDb
 {
  public:
   void Release() override
@@ -80,17 +80,17 @@ class SlotDb : public Db
   int count_ = 0;
 };
 
-class SlotSearcher : public Searcher
+class SlotSearcher : public IArfSearcher
 {
  public:
-  explicit SlotSearcher(Db* db) : db_(db) {}
+  explicit SlotSearcher(IArfDb* db) : db_(db) {}
 
   void Release() override
   {
     Note('S', 2);
     delete this;
   }
-  Db* GetArfDb() override
+  IArfDb* GetArfDb() override
   {
     Note('S', 3);
     return db_;
@@ -127,7 +127,7 @@ class SlotSearcher : public Searcher
   {
     return Note('S', 22, a, b, c, d, size);
   }
-  void TakeOverFrom(Searcher* previous) override { Note('S', 23, previous == this ? "itself" : "another"); }
+  void TakeOverFrom(IArfSearcher* previous) override { Note('S', 23, previous == this ? "itself" : "another"); }
   void GetErrorDescription(char* out, int code, int size) override
   {
     Put(out, size, 24);
@@ -145,18 +145,18 @@ class SlotSearcher : public Searcher
   int GetNextAddressSearch(char*, int size) override { return Note('S', 28, size); }
 
  private:
-  Db* db_;
+  IArfDb* db_;
 };
 
 }  // namespace
 }  // namespace frozen
 
-frozen::Db* GetDb()
+IArfDb* GetDb()
 {
   return new frozen::SlotDb;
 }
 
-frozen::Searcher* GetSearcher(frozen::Db* db)
+IArfSearcher* GetSearcher(IArfDb* db)
 {
   return new frozen::SlotSearcher(db);
 }

@@ -196,17 +196,17 @@ TEST(QueryFrame, RecordsOnlyWhatTheSearcherReports)
     EXPECT_EQ(77, call(instance.Id())) << name;
     ThreadData* record = nullptr;
     ASSERT_EQ(0, GetThreadData(false, record));
-    EXPECT_EQ(isFindStatus ? 1 : 77, record->lastErrorCode) << name;
-    EXPECT_EQ(isFindStatus ? 0 : instance.Id(), record->lastErrorId) << name;
+    EXPECT_EQ(isFindStatus ? 1 : 77, record->lastError.code) << name;
+    EXPECT_EQ(isFindStatus ? 0 : instance.Id(), record->lastError.id) << name;
     const bool hasDetail = std::string(name) == "pafSetGeographicalCodesId";
-    EXPECT_STREQ(isFindStatus ? "before" : hasDetail ? "text" : "", record->lastErrorText) << name;
+    EXPECT_STREQ(isFindStatus ? "before" : hasDetail ? "text" : "", record->lastError.text) << name;
   }
   SetErrorDescription(1, "before");
   for (const auto& [name, call] : Calls()) call(instance.Id() + 1000);
   ThreadData* record = nullptr;
   ASSERT_EQ(0, GetThreadData(false, record));
-  EXPECT_EQ(1, record->lastErrorCode) << "6405 was recorded";
-  record->ClearError();
+  EXPECT_EQ(1, record->lastError.code) << "6405 was recorded";
+  record->lastError = LastError();
 }
 
 TEST(ClosePafId, FreesARemoteInstanceWithoutAServer)

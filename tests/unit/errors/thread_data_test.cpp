@@ -33,9 +33,9 @@ TEST(ThreadData, IsCreatedByTheFirstWriterOnly)
     ASSERT_EQ(0, GetThreadData(true, record));
     ASSERT_NE(nullptr, record);
     EXPECT_EQ(0, record->defaultId);
-    EXPECT_EQ(0, record->lastErrorId);
-    EXPECT_EQ(0, record->lastErrorCode);
-    EXPECT_STREQ("", record->lastErrorText);
+    EXPECT_EQ(0, record->lastError.id);
+    EXPECT_EQ(0, record->lastError.code);
+    EXPECT_STREQ("", record->lastError.text);
     EXPECT_EQ(record, CurrentRecord());
   });
 }
@@ -45,9 +45,9 @@ TEST(ThreadData, RecordsTheLibrarysOwnErrors)
   OnFreshThread([] {
     EXPECT_EQ(6495, SetErrorDescription(6495, "no file"));
     ASSERT_NE(nullptr, CurrentRecord());
-    EXPECT_EQ(6495, CurrentRecord()->lastErrorCode);
-    EXPECT_EQ(0, CurrentRecord()->lastErrorId);
-    EXPECT_STREQ("no file", CurrentRecord()->lastErrorText);
+    EXPECT_EQ(6495, CurrentRecord()->lastError.code);
+    EXPECT_EQ(0, CurrentRecord()->lastError.id);
+    EXPECT_STREQ("no file", CurrentRecord()->lastError.text);
   });
 }
 
@@ -55,14 +55,14 @@ TEST(ThreadData, RecordsAnInstancesErrorsWithOrWithoutText)
 {
   OnFreshThread([] {
     EXPECT_EQ(12, SetInstanceError(12, 3, "reason"));
-    EXPECT_EQ(3, CurrentRecord()->lastErrorId);
-    EXPECT_STREQ("reason", CurrentRecord()->lastErrorText);
+    EXPECT_EQ(3, CurrentRecord()->lastError.id);
+    EXPECT_STREQ("reason", CurrentRecord()->lastError.text);
     for (const char* const none : {static_cast<const char*>(nullptr), ""}) {
       SetInstanceError(12, 3, "reason");
       EXPECT_EQ(13, SetInstanceError(13, 4, none));
-      EXPECT_EQ(13, CurrentRecord()->lastErrorCode);
-      EXPECT_EQ(4, CurrentRecord()->lastErrorId);
-      EXPECT_STREQ("", CurrentRecord()->lastErrorText);
+      EXPECT_EQ(13, CurrentRecord()->lastError.code);
+      EXPECT_EQ(4, CurrentRecord()->lastError.id);
+      EXPECT_STREQ("", CurrentRecord()->lastError.text);
     }
   });
 }
@@ -73,9 +73,9 @@ TEST(ThreadData, CutsTextsAt255Characters)
     for (const std::size_t length : {254U, 255U, 256U, 1000U}) {
       const std::string text(length, 'x');
       SetErrorDescription(1, text.c_str());
-      EXPECT_EQ(text.substr(0, 255), CurrentRecord()->lastErrorText);
+      EXPECT_EQ(text.substr(0, 255), CurrentRecord()->lastError.text);
       SetInstanceError(1, 1, text.c_str());
-      EXPECT_EQ(text.substr(0, 255), CurrentRecord()->lastErrorText);
+      EXPECT_EQ(text.substr(0, 255), CurrentRecord()->lastError.text);
     }
   });
 }
@@ -85,19 +85,19 @@ TEST(ThreadData, BelongsToItsThread)
   OnFreshThread([] {
     SetErrorDescription(1, "mine");
     OnFreshThread([] { EXPECT_EQ(nullptr, CurrentRecord()); });
-    EXPECT_STREQ("mine", CurrentRecord()->lastErrorText);
+    EXPECT_STREQ("mine", CurrentRecord()->lastError.text);
   });
 }
 
-TEST(ThreadData, ClearErrorForgetsCodeIdAndText)
+TEST(ThreadData, AnEmptyErrorForgetsCodeIdAndText)
 {
   OnFreshThread([] {
     SetInstanceError(9, 8, "seven");
     CurrentRecord()->defaultId = 6;
-    CurrentRecord()->ClearError();
-    EXPECT_EQ(0, CurrentRecord()->lastErrorCode);
-    EXPECT_EQ(0, CurrentRecord()->lastErrorId);
-    EXPECT_STREQ("", CurrentRecord()->lastErrorText);
+    CurrentRecord()->lastError = LastError();
+    EXPECT_EQ(0, CurrentRecord()->lastError.code);
+    EXPECT_EQ(0, CurrentRecord()->lastError.id);
+    EXPECT_STREQ("", CurrentRecord()->lastError.text);
     EXPECT_EQ(6, CurrentRecord()->defaultId);
     CurrentRecord()->defaultId = 0;
   });

@@ -231,6 +231,13 @@ TEST(WideToUtf8, ReservesForAsciiAndTheTerminator)
   }
 }
 
+TEST(WideToUtf8, ReservesNothingForWhatIsLeftOut)
+{
+  const std::string out = WideToUtf8(std::wstring(1000, static_cast<wchar_t>(0x110000)) + L"x");
+  EXPECT_EQ(out, "x");
+  EXPECT_LE(out.capacity(), 1002U);
+}
+
 TEST(ToUtf8IfWide, NarrowTextIsCopied)
 {
   const std::string bytes("\xE9\0\xFFx", 4);

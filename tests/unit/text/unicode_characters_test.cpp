@@ -193,6 +193,15 @@ TEST(Windows1252, EveryByteOfEveryTable)
   }
 }
 
+TEST(Windows1252, LowerIsTheInverseOfUpper)
+{
+  for (int byte = 0; byte < 256; ++byte) {
+    const std::string text(1, static_cast<char>(byte));
+    EXPECT_TRUE(ToUpper1252(text) == text || ToLower1252(ToUpper1252(text)) == text) << byte;
+    EXPECT_TRUE(ToLower1252(text) == text || ToUpper1252(ToLower1252(text)) == text) << byte;
+  }
+}
+
 TEST(Windows1252, Examples)
 {
   EXPECT_EQ(RemoveAccents1252("\xD0\xF0"), "Dd");

@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <thread>
 
 #include "unit/arf/build/test_database.h"
 
@@ -164,21 +163,6 @@ TEST_F(SmallDatabase, OpensADirectoryGivenWithASlash)
 {
   Build(kSmallCsv);
   EXPECT_NE(OpenOrFail(dir_.Path("db") + "/", OpenMode::Disk), nullptr);
-}
-
-TEST_F(SmallDatabase, IsReadByManyThreads)
-{
-  Build(kSmallCsv);
-  std::vector<std::thread> threads;
-  for (int t = 0; t < 4; ++t) {
-    threads.emplace_back([this] {
-      for (int i = 0; i < 1000; ++i) {
-        EXPECT_EQ(database_->PointAt(*database_->FindDpid(30000002)).numberFirst, 138U);
-        EXPECT_EQ(database_->StreetsNamed(*database_->FindStreetName("o'connor")).size(), 2U);
-      }
-    });
-  }
-  for (std::thread& thread : threads) thread.join();
 }
 
 struct Refusal

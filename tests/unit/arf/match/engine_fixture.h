@@ -15,12 +15,13 @@ namespace arf_test {
 
 inline std::string TestDataFile(const std::string& name)
 {
-  return std::string(ARF_TEST_DATA) + "/" + name;
+  std::string path = ARF_TEST_DATA "/";
+  path += name;
+  return path;
 }
 
 /** Builds a database from a CSV file into "db" of a directory; returns its path. Throws when that fails. */
-inline std::string BuildDatabaseFrom(const test_support::TempDir& dir, const std::string& csv,
-                                     bool skipBadRows = false)
+inline std::string BuildDatabaseFrom(const test_support::TempDir& dir, const std::string& csv, bool skipBadRows = false)
 {
   arf::BuildOptions options;
   options.csvPath = csv;

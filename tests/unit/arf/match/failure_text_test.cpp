@@ -62,10 +62,14 @@ TEST(FailureText, OfLookups)
       {"Unit 99 Level 2, 12-14 George St Sydney",
        "No UNIT 99 LEVEL 2 at 12 GEORGE STREET, SYDNEY NSW 2000; there is the building, LEVEL 5, UNIT 1, UNIT 2 and 3 "
        "more."},
+      {"Stage 2 Works, 1 George St Sydney",
+       "No STAGE 2 WORKS at 1 GEORGE STREET, SYDNEY NSW 2000; there is the building."},
       {"99/1 George St Sydney", "No UNIT 99 at 1 GEORGE STREET, SYDNEY NSW 2000; there is the building."},
-      {"1 Windsor St Richmond", "2 addresses fit: 1 WINDSOR STREET, RICHMOND NSW 2753; 1 WINDSOR STREET, RICHMOND VIC 3121."},
-      {"11 Smith Rd Sydney", "2 addresses fit: HARBOUR TOWER, 11 SMITH ROAD, SYDNEY NSW 2000; OPERA COURT, 11 SMITH ROAD, "
-                             "SYDNEY NSW 2000."},
+      {"1 Windsor St Richmond",
+       "2 addresses fit: 1 WINDSOR STREET, RICHMOND NSW 2753; 1 WINDSOR STREET, RICHMOND VIC 3121."},
+      {"11 Smith Rd Sydney",
+       "2 addresses fit: HARBOUR TOWER, 11 SMITH ROAD, SYDNEY NSW 2000; OPERA COURT, 11 SMITH ROAD, "
+       "SYDNEY NSW 2000."},
       {"40 George St Sydney NSW 2000", "1 address fits: UNIT 7 40 GEORGE STREET, SYDNEY NSW 2000."},
   };
   const auto matcher = std::make_unique<arf::Matcher>(arf_test::SmallEngine());

@@ -151,12 +151,18 @@ TEST(FindLocalities, Rows)
     arf::Fault fault;
   };
   const Row rows[] = {
-      {"SYDNEY NSW 2000", 1, arf::Fault::None},      {"Sydney", 2, arf::Fault::None},
-      {"richmond", 2, arf::Fault::None},             {"Richmond VIC", 1, arf::Fault::None},
-      {"mt isa", 1, arf::Fault::None},               {"VIC", 5, arf::Fault::None},
-      {"2000", 1, arf::Fault::None},                 {"VIC 2000", 0, arf::Fault::LocalityUnknown},
-      {"Sydney VIC", 0, arf::Fault::PlaceContradicts}, {"Melborne", 0, arf::Fault::LocalityUnknown},
-      {"Gap", 0, arf::Fault::LocalityUnknown},       {"", 0, arf::Fault::NothingRecognised},
+      {"SYDNEY NSW 2000", 1, arf::Fault::None},
+      {"Sydney", 2, arf::Fault::None},
+      {"richmond", 2, arf::Fault::None},
+      {"Richmond VIC", 1, arf::Fault::None},
+      {"mt isa", 1, arf::Fault::None},
+      {"VIC", 5, arf::Fault::None},
+      {"2000", 1, arf::Fault::None},
+      {"VIC 2000", 0, arf::Fault::LocalityUnknown},
+      {"Sydney VIC", 0, arf::Fault::PlaceContradicts},
+      {"Melborne", 0, arf::Fault::LocalityUnknown},
+      {"Gap", 0, arf::Fault::LocalityUnknown},
+      {"", 0, arf::Fault::NothingRecognised},
       {"TAS", 0, arf::Fault::LocalityUnknown},
   };
   std::vector<std::uint32_t> found;

@@ -19,7 +19,7 @@ using arf::Verdict;
 std::string OutcomeOf(Matcher& matcher, const std::string& written, Rules rules)
 {
   static const std::map<Verdict, std::string> kNames = {
-      {Verdict::Nothing, "nothing"}, {Verdict::TooLong, "long"},     {Verdict::WrongLocality, "locality"},
+      {Verdict::Nothing, "nothing"},    {Verdict::TooLong, "long"},       {Verdict::WrongLocality, "locality"},
       {Verdict::WrongStreet, "street"}, {Verdict::WrongNumber, "number"}, {Verdict::Several, "several"}};
   const arf::LookupAnswer answer = matcher.Lookup(written, rules);
   if (answer.verdict != Verdict::Found) return kNames.at(answer.verdict);
@@ -41,9 +41,11 @@ TEST(LookupCases, AllRows)
   EXPECT_GT(rows.size(), 150U);
   for (const arf_test::TsvRow& row : rows) {
     EXPECT_EQ(OutcomeOf(*matcher, row.fields[0], Rules::Strict), row.fields[1])
-        << row.place << " strict: " << row.fields[0] << "\n" << ReasonOf(*matcher);
+        << row.place << " strict: " << row.fields[0] << "\n"
+        << ReasonOf(*matcher);
     EXPECT_EQ(OutcomeOf(*matcher, row.fields[0], Rules::Lenient), row.fields[2])
-        << row.place << " lenient: " << row.fields[0] << "\n" << ReasonOf(*matcher);
+        << row.place << " lenient: " << row.fields[0] << "\n"
+        << ReasonOf(*matcher);
   }
 }
 

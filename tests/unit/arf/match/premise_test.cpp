@@ -59,6 +59,9 @@ TEST(Premise, AllReadings)
       {"3/12-14", {"unit(:3) 12-14", "unit(:12) 14[3]!?"}},
       {"Unit 3 12", {"unit(UNIT:3) 12"}},
       {"U3 12", {"unit(UNIT:3) 12", "unit(:U3) 12?"}},
+      {"APTG1, 12", {"unit(APARTMENT:G1) 12", "unit(:APTG1) 12?"}},
+      {"UG1, 12", {"level(UPPER GROUND FLOOR:1) 12", "unit(:UG1) 12?"}},
+      {"XG1, 12", {"12[XG1]!", "unit(:XG1) 12?"}},
       {"U3/12", {"unit(UNIT:3) 12", "unit(:U3) 12"}},
       {"Unit 3/12", {"unit(UNIT:3) 12"}},
       {"Unit 3, No. 12", {"unit(UNIT:3) 12"}},
@@ -81,6 +84,9 @@ TEST(Premise, AllReadings)
       {"Unit 12-14", {"unit(UNIT:12) 14?"}},
       {"Town Hall 12", {"12[TOWN HALL]"}},
       {"Town Hall, 12", {"12[TOWN HALL]"}},
+      {"Town Hall, 1/12", {"unit(:1) 12[TOWN HALL]"}},
+      {"Town Hall 1/12", {"unit(HALL:1) 12[TOWN]", "unit(:1) 12[TOWN HALL]"}},
+      {"Hall 1/12", {"unit(HALL:1) 12"}},
       {"J Smith, 12", {"12[J SMITH]"}},
       {"Unit 3, Foo House, 12", {"unit(UNIT:3) 12[FOO HOUSE]"}},
       {"Foo 3 House, 12", {"12[FOO 3 HOUSE]!"}},
@@ -99,7 +105,8 @@ TEST(Premise, AllReadings)
     const auto input = std::make_unique<InputText>();
     ASSERT_EQ(input->Read(row.written), arf::InputFault::None);
     std::multiset<std::string> readings;
-    for (const Premise& premise : arf::Premises(*input, {0, input->Count()})) readings.insert(Describe(*input, premise));
+    for (const Premise& premise : arf::Premises(*input, {0, input->Count()}))
+      readings.insert(Describe(*input, premise));
     EXPECT_EQ(readings, row.readings) << row.written;
   }
 }
@@ -165,9 +172,15 @@ TEST(PostalWords, Rows)
     const char* number;
   };
   const Row rows[] = {
-      {"PO Box 123", "PO BOX", "123"},       {"GPO Box C96", "GPO BOX", "C96"}, {"GPO Box C 96", "GPO BOX", "C 96"},
-      {"J Smith, Locked Bag 7", "LOCKED BAG", "7"}, {"Care PO", "CARE PO", ""}, {"PO Box", "", ""},
-      {"12 Smith St", "", ""},               {"MS 12 Foo", "", ""},             {"", "", ""},
+      {"PO Box 123", "PO BOX", "123"},
+      {"GPO Box C96", "GPO BOX", "C96"},
+      {"GPO Box C 96", "GPO BOX", "C 96"},
+      {"J Smith, Locked Bag 7", "LOCKED BAG", "7"},
+      {"Care PO", "CARE PO", ""},
+      {"PO Box", "", ""},
+      {"12 Smith St", "", ""},
+      {"MS 12 Foo", "", ""},
+      {"", "", ""},
       {"PO Box 12345678901", "", ""},
   };
   for (const Row& row : rows) {

@@ -11,17 +11,48 @@
 namespace arf_test {
 namespace {
 
-constexpr const char* kPlaces[] = {"MELBOURNE", "RICHMOND",  "MOUNT ISA", "ST KILDA",    "THE GAP",  "SURFERS PARADISE",
-                                   "VICTORIA POINT", "BURWOOD", "PARK ORCHARDS", "O'CONNOR", "LAKE GARDENS", "PERTH"};
+constexpr const char* kPlaces[] = {"MELBOURNE",     "RICHMOND",         "MOUNT ISA",      "ST KILDA",
+                                   "THE GAP",       "SURFERS PARADISE", "VICTORIA POINT", "BURWOOD",
+                                   "PARK ORCHARDS", "O'CONNOR",         "LAKE GARDENS",   "PERTH"};
 constexpr const char* kDirections[] = {"", "", "", "EAST ", "NORTH ", "PORT ", "UPPER "};
 constexpr const char* kStates[] = {"NSW", "VIC", "QLD", "SA", "WA", "TAS", "NT", "ACT"};
-constexpr const char* kNames[] = {
-    "KING",   "GEORGE",   "PARK",        "AVENUE",   "THIRD",   "1ST",       "THE ESPLANADE", "O'SULLIVAN", "ST KILDA",
-    "MT ISA", "BUL BUL",  "MC DONALD",   "STATION",  "GREAT NORTHERN",      "LITTLE COLLINS", "VICTORIA",   "WEST",
-    "THE",    "BROADWAY", "ST GEORGES",  "BAY",      "LEVEL",   "UNITY",     "LOTUS",         "MALLEE",     "ALBERT",
-    "BRUNSWICK", "FLINDERS", "ESPERANÇA", "OLD SOUTH", "SEVENTEEN MILE ROCKS", "HIGH", "CHURCH", "QUEEN",   "SHORT"};
-constexpr const char* kTypes[] = {"STREET", "STREET", "STREET", "ROAD",  "ROAD",     "AVENUE", "LANE", "COURT",
-                                  "PARADE", "TERRACE", "DRIVE", "PLACE", "CRESCENT", "WAY",    "CUL-DE-SAC", ""};
+constexpr const char* kNames[] = {"KING",
+                                  "GEORGE",
+                                  "PARK",
+                                  "AVENUE",
+                                  "THIRD",
+                                  "1ST",
+                                  "THE ESPLANADE",
+                                  "O'SULLIVAN",
+                                  "ST KILDA",
+                                  "MT ISA",
+                                  "BUL BUL",
+                                  "MC DONALD",
+                                  "STATION",
+                                  "GREAT NORTHERN",
+                                  "LITTLE COLLINS",
+                                  "VICTORIA",
+                                  "WEST",
+                                  "THE",
+                                  "BROADWAY",
+                                  "ST GEORGES",
+                                  "BAY",
+                                  "LEVEL",
+                                  "UNITY",
+                                  "LOTUS",
+                                  "MALLEE",
+                                  "ALBERT",
+                                  "BRUNSWICK",
+                                  "FLINDERS",
+                                  "ESPERANÇA",
+                                  "OLD SOUTH",
+                                  "SEVENTEEN MILE ROCKS",
+                                  "HIGH",
+                                  "CHURCH",
+                                  "QUEEN",
+                                  "SHORT"};
+constexpr const char* kTypes[] = {"STREET", "STREET",  "STREET", "ROAD",  "ROAD",     "AVENUE", "LANE",       "COURT",
+                                  "PARADE", "TERRACE", "DRIVE",  "PLACE", "CRESCENT", "WAY",    "CUL-DE-SAC", ""};
 constexpr const char* kUnits[] = {"UNIT", "UNIT", "UNIT", "UNIT", "APARTMENT", "SHOP", "FLAT", "SUITE"};
 constexpr const char* kBuildings[] = {"OPERA COURT", "HARBOUR VIEW", "TOWN HALL", "GARDEN HOUSE", "THE TERRACES"};
 constexpr const char* kPostal[] = {"PO BOX", "PO BOX", "GPO BOX", "LOCKED BAG", "RMB"};
@@ -89,12 +120,14 @@ void AddPremises(Random& random, const RandomAddress& street, std::vector<Random
     addresses.push_back(premise);
     return;
   }
-  premise.number = Number(random, 400) + (Chance(random, 10) ? std::string(1, static_cast<char>('A' + Below(random, 4))) : "");
+  premise.number =
+      Number(random, 400) + (Chance(random, 10) ? std::string(1, static_cast<char>('A' + Below(random, 4))) : "");
   if (!street.postalType.empty()) {
     addresses.push_back(premise);
     return;
   }
-  if (Chance(random, 10)) premise.numberLast = std::to_string(std::stoi(premise.number) + 2 + 2 * static_cast<int>(Below(random, 4)));
+  if (Chance(random, 10))
+    premise.numberLast = std::to_string(std::stoi(premise.number) + 2 + 2 * static_cast<int>(Below(random, 4)));
   if (Chance(random, 4)) premise.building = Any(random, kBuildings);
   if (Chance(random, 20))
     AddUnits(random, premise, addresses);
@@ -141,7 +174,8 @@ std::vector<RandomAddress> RandomAddresses(Random& random, std::size_t count)
       street.locality = place.locality;
       street.state = place.state;
       street.postcode = place.postcode;
-      for (std::size_t premises = 1 + Below(random, 40); premises > 0; --premises) AddPremises(random, street, addresses);
+      for (std::size_t premises = 1 + Below(random, 40); premises > 0; --premises)
+        AddPremises(random, street, addresses);
     }
   }
   std::uint32_t dpid = 30'000'000;
@@ -156,10 +190,23 @@ std::string ToCsv(const std::vector<RandomAddress>& addresses)
       "street_type,street_suffix,postal_type,postal_number,locality,state,postcode\n";
   for (const RandomAddress& a : addresses) {
     const bool isPostal = !a.postalType.empty();
-    const std::string fields[] = {std::to_string(a.dpid), a.building, a.unitType, a.unitNumber, a.levelType,
-                                  a.levelNumber, a.lot, isPostal ? "" : a.number, a.numberLast, a.streetName,
-                                  a.streetType, a.streetSuffix, a.postalType, isPostal ? a.number : "", a.locality,
-                                  a.state, a.postcode};
+    const std::string fields[] = {std::to_string(a.dpid),
+                                  a.building,
+                                  a.unitType,
+                                  a.unitNumber,
+                                  a.levelType,
+                                  a.levelNumber,
+                                  a.lot,
+                                  isPostal ? "" : a.number,
+                                  a.numberLast,
+                                  a.streetName,
+                                  a.streetType,
+                                  a.streetSuffix,
+                                  a.postalType,
+                                  isPostal ? a.number : "",
+                                  a.locality,
+                                  a.state,
+                                  a.postcode};
     for (const std::string& field : fields) csv += field + ",";
     csv.back() = '\n';
   }
@@ -181,13 +228,20 @@ std::string WrittenForm(const RandomAddress& a)
   return text + ", " + PlaceOf(a);
 }
 
+std::string SlashedForm(const RandomAddress& a)
+{
+  RandomAddress untyped = a;
+  untyped.unitType = "UNIT";
+  untyped.levelType.clear();
+  untyped.levelNumber.clear();
+  return WrittenForm(untyped);
+}
+
 std::string AbbreviatedForm(const RandomAddress& a)
 {
   std::string text = a.building;
-  if (!a.unitNumber.empty())
-    Append(text, std::string(arf::AbbreviateUnitType(a.unitType)) + " " + a.unitNumber);
-  if (!a.levelNumber.empty())
-    Append(text, std::string(arf::AbbreviateLevelType(a.levelType)) + " " + a.levelNumber);
+  if (!a.unitNumber.empty()) Append(text, std::string(arf::AbbreviateUnitType(a.unitType)) + " " + a.unitNumber);
+  if (!a.levelNumber.empty()) Append(text, std::string(arf::AbbreviateLevelType(a.levelType)) + " " + a.levelNumber);
   if (!a.lot.empty()) Append(text, "LOT " + a.lot);
   Append(text, a.postalType);
   Append(text, NumberOf(a));

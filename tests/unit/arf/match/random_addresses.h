@@ -27,6 +27,9 @@ std::string ToCsv(const std::vector<RandomAddress>& addresses);
 /** "OPERA COURT, UNIT 3 LEVEL 2, 12A-14 KING STREET WEST, EAST MELBOURNE VIC 3002", units with "3/" where they can. */
 std::string WrittenForm(const RandomAddress& address);
 
+/** The written form of a unit of any type as "3/12A-14"; what people write may stand for any of them. */
+std::string SlashedForm(const RandomAddress& address);
+
 /** "opera court unit 3 l 2 12a-14 king st w east melbourne vic 3002" */
 std::string AbbreviatedForm(const RandomAddress& address);
 

@@ -43,6 +43,10 @@ class RoundTrip : public testing::Test
   {
     std::map<std::string, std::set<std::uint32_t>> texts;
     for (const RandomAddress& address : addresses_) texts[form(address)].insert(address.dpid);
+    for (const RandomAddress& address : addresses_) {
+      const auto slashed = address.unitNumber.empty() ? texts.end() : texts.find(arf_test::SlashedForm(address));
+      if (slashed != texts.end()) slashed->second.insert(address.dpid);
+    }
     Tally tally;
     for (const auto& [text, dpids] : texts) {
       ++tally.texts;

@@ -1,0 +1,1 @@
+// Only here so that the headers shared by all tests are compiled once.

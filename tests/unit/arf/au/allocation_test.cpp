@@ -1,0 +1,88 @@
+// Queries allocate nothing once a searcher has warmed up. operator new is replaced for this whole program.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "unit/arf/au/searcher_fixture.h"
+#include "unit/arf/match/tsv.h"
+
+namespace {
+
+std::size_t allocations = 0;
+
+void* Allocate(std::size_t size)
+{
+  ++allocations;
+  if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size)
+{
+  return Allocate(size);
+}
+void* operator new[](std::size_t size)
+{
+  return Allocate(size);
+}
+void operator delete(void* memory) noexcept
+{
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept
+{
+  std::free(memory);
+}
+void operator delete[](void* memory) noexcept
+{
+  std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept
+{
+  std::free(memory);
+}
+
+namespace {
+
+/** All operations of a query's path, over every written address of the table. */
+void QueryAll(IArfSearcher& s, const std::vector<arf_test::TsvRow>& rows)
+{
+  char out[4096];
+  for (const arf_test::TsvRow& row : rows) {
+    const char* text = row.fields[0].c_str();
+    for (const int amas : {0, 1}) {
+      const int status = s.LookupAddress(text, out, sizeof out, amas);
+      s.GetErrorDescription(out, status, sizeof out);
+      s.GetParsedInput(out, sizeof out);
+    }
+    s.FixLastLine(text, out, sizeof out);
+    for (int status = s.GetAddress(text, out, sizeof out), i = 0; status == 0 && i < 100; ++i)
+      status = s.GetNextAddress(out, sizeof out);
+  }
+  s.GetAddress("\t\t\t\t\t\t\t30000013", out, sizeof out);
+  s.GetAddress("\t\t\tRichmond\tVIC", out, sizeof out);
+  s.GetAddress("\t\t\t\tVIC", out, sizeof out);
+  s.GetProperties("OutputFields", out, sizeof out);
+  s.SetProperties("OutputFields", "DPID;zone", out, sizeof out);
+  s.SetProperties("OutputFields", "nonsense", out, sizeof out);
+  EXPECT_EQ(s.GetFindStatus(), PAF_AU_FIND_MATCHED);
+}
+
+TEST(Allocation, NoneOnQueryPaths)
+{
+  const arf_test::DatabasePointer database = arf_test::OpenSmall();
+  arf_test::Searcher searcher(*database);
+  const auto rows = arf_test::ReadTsv(arf_test::TestDataFile("lookup_cases.tsv"), 3);
+  EXPECT_GT(allocations, rows.size()) << "nothing is counted";
+  QueryAll(*searcher, rows);
+  const std::size_t before = allocations;
+  QueryAll(*searcher, rows);
+  EXPECT_EQ(allocations - before, 0U);
+}
+
+}  // namespace
