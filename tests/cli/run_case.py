@@ -6,8 +6,8 @@
     NAME.exit  the exit status; 0 without the file
 
 The script runs under "bash -u" in an empty directory of its own, with that directory's "home" as HOME, no configuration
-of its caller's, and paf in the PATH. CASE_DATA names the tests' data, CASE_FAKES the folders with fake plug-ins. In what
-it prints, its directory reads WORK, the fakes' FAKES, and the library's LIB.
+of its caller's, and paf in the PATH. CASE_DATA names the tests' data, CASE_FAKES the folders with fake plug-ins. In
+what it prints, its directory reads WORK, the fakes' FAKES, and the library's LIB.
 """
 import argparse
 import difflib
@@ -42,6 +42,8 @@ def environment(work, script, arguments):
     (work / "home").mkdir()
     result.update(HOME=str(work / "home"), PATH=f"{arguments.paf.parent}:{os.environ['PATH']}", LC_ALL="C",
                   CASE_DATA=str(script.parent / "data"), CASE_FAKES=str(arguments.fakes))
+    if arguments.sanitized:
+        result["LD_LIBRARY_PATH"] = str(arguments.library)
     return result
 
 
@@ -68,6 +70,9 @@ def main():
     parser.add_argument("--paf", type=resolved, required=True, help="the program")
     parser.add_argument("--library", type=resolved, required=True, help="the folder that holds libqxpaf.so")
     parser.add_argument("--fakes", type=resolved, required=True, help="the folder that holds the folders of fakes")
+    parser.add_argument("--sanitized", action="store_true",
+                        help="name the library's folder in LD_LIBRARY_PATH: sanitizers open libraries from their own "
+                             "runtime, so that the loader does not look beside libqxpaf.so")
     parser.add_argument("script", type=resolved)
     arguments = parser.parse_args()
     script = arguments.script
