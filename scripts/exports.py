@@ -14,7 +14,7 @@ import subprocess
 import sys
 
 # Instantiations of the C++ library's templates and its inline functions have default visibility too; they are not ours.
-FOREIGN = re.compile(r"^(_ZN?K?St|_ZN?V?K?9__gnu_cxx|_ZT[ISV]N?St|_ZGVN?St|_ZNSt|_ZNKSt|_ZSt|_ZN10__cxxabiv|DW\.ref\.|_ZN6__pstl"
+FOREIGN = re.compile(r"^(_ZN?K?St|_ZN?V?K?9__gnu_cxx|_ZT[ISV]N?St|_ZZNK?St|_ZGVN?St|_ZNSt|_ZNKSt|_ZSt|_ZN10__cxxabiv|DW\.ref\.|_ZN6__pstl"
                      r"|__asan|__tsan|__ubsan|__odr_asan|___asan|__sancov)")
 
 

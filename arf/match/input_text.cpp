@@ -199,7 +199,8 @@ class InputReader
   bool JoinsInitials()
   {
     if (!inWord_ || !onlyInitials_ || rest_.empty() || !IsLetterAt(0) || IsWordAt(1)) return false;
-    if (!IsUpperOrLower(target_.buffer_[size_ - 1])) return false;
+    // A word may still be empty: some characters leave nothing in the match key.
+    if (size_ == 0 || !IsUpperOrLower(target_.buffer_[size_ - 1])) return false;
     sinceDot_ = 0;
     return true;
   }

@@ -15,6 +15,7 @@ namespace qxpaf {
  * the lock layer throw; an exception of the former and the latter is a fault of the system (6494).
  */
 template <class Call>
+__attribute__((no_sanitize("undefined")))  // glibc unwinds a thread with a null exception object
 int AtBoundary(Call&& call)
 {
   try {

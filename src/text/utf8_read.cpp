@@ -91,7 +91,7 @@ template <class Target, class Out>
 bool ReadCharacter(const char*& p, Out*& to)
 {
   const char* next = p;
-  std::uint32_t codePoint;
+  std::uint32_t codePoint = 0;
   if (DecodeUtf8Char(next, codePoint)) {
     if (!Target::Put(to, codePoint)) return false;
     p = next;

@@ -9,7 +9,7 @@
 bool NextUtf8Char(wchar_t& out, const char*& p)
 {
   const char* const start = p;
-  std::uint32_t codePoint;
+  std::uint32_t codePoint = 0;
   const bool valid = qxpaf::DecodeUtf8Char(p, codePoint);
   // A value that is refused as too large is handed on all the same.
   if (p != start) out = static_cast<wchar_t>(codePoint);
@@ -18,13 +18,13 @@ bool NextUtf8Char(wchar_t& out, const char*& p)
 
 bool NextUtf8Char(char& out, const char*& p)
 {
-  std::uint32_t codePoint;
+  std::uint32_t codePoint = 0;
   return qxpaf::DecodeUtf8Char(p, codePoint) && qxpaf::CodePointToAnsi(static_cast<std::int32_t>(codePoint), out);
 }
 
 bool NextUtf8Char(std::wstring& out, const char*& p)
 {
-  std::uint32_t codePoint;
+  std::uint32_t codePoint = 0;
   if (!qxpaf::DecodeUtf8Char(p, codePoint)) return false;
   out.assign(1, static_cast<wchar_t>(codePoint));
   return true;
@@ -33,7 +33,7 @@ bool NextUtf8Char(std::wstring& out, const char*& p)
 unsigned int NextUtf8Char(const char*& p)
 {
   const char* next = p;
-  std::uint32_t codePoint;
+  std::uint32_t codePoint = 0;
   if (qxpaf::DecodeUtf8Char(next, codePoint)) {
     p = next;
     return codePoint;
