@@ -181,6 +181,8 @@ TEST(IsUtf8, StringObjectsAlwaysHaveRatioTen)
   for (const int ratio : {1, 2, 10, 100, 0, -1}) {
     EXPECT_FALSE(IsStringUtf8(std::string("\xC3\xA9\xC3\xA9\xFF"), ratio)) << ratio;
     EXPECT_FALSE(IsStringUtf8(ten + "\xFF", ratio)) << ratio;
+    // 18 / 10 is 1.
+    EXPECT_FALSE(IsStringUtf8(ten + ten.substr(4) + "\xFF", ratio)) << ratio;
     EXPECT_TRUE(IsStringUtf8(ten + ten + "\xFF", ratio)) << ratio;
     EXPECT_TRUE(IsStringUtf8(std::string("\xC3\xA9"), ratio)) << ratio;
   }

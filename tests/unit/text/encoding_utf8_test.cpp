@@ -139,6 +139,15 @@ TEST(Utf8ToUtf16, SurrogatePairsAndInvalidBytes)
   }
 }
 
+TEST(Utf8ToUtf16, PairAtAnyPositionOfLongText)
+{
+  for (std::size_t before = 250; before < 260; ++before) {
+    std::wstring out;
+    EXPECT_TRUE(Utf8ToUtf16(out, (std::string(before, 'x') + "\xF0\x9F\x98\x80y").c_str(), false));
+    EXPECT_EQ(Hex(out), Hex(std::wstring(before, L'x') + Wide({0xD83D, 0xDE00, 'y'})));
+  }
+}
+
 TEST(Utf8ToAnsi, StrictAndTolerantReaders)
 {
   const std::tuple<std::string, bool, std::string, std::string> rows[] = {
