@@ -37,8 +37,8 @@ class SequenceCount
   {
     const char* const end = text.data() + text.size();
     for (const char* p = text.data(); p < end;) {
-      p += AsciiRuns::Length(p, static_cast<std::size_t>(end - p));
-      if (p < end) p += CountAt(p, static_cast<std::size_t>(end - p), badSequence);
+      const auto left = static_cast<std::size_t>(end - p);
+      p += IsAsciiByte(*p) ? AsciiRuns::Length(p, left) : CountAt(p, left, badSequence);
     }
   }
 
@@ -67,7 +67,8 @@ class SequenceCount
 
   static bool HasContinuations(const char* p, std::size_t length)
   {
-    return std::all_of(p + 1, p + length, IsUtf8Continuation);
+    return IsUtf8Continuation(p[1]) && (length < 3 || IsUtf8Continuation(p[2])) &&
+           (length < 4 || IsUtf8Continuation(p[3]));
   }
 
   std::uint64_t good_ = 0;
