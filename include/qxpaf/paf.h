@@ -15,7 +15,7 @@
  *  1. The result is a status code: 0 for success, one of enum PafStatus, or a plug-in's own code.
  *     pafGetErrorDescription turns any of them into text. No C++ exception leaves a function.
  *  2. Text is 8-bit and NUL-terminated. What its encoding is, is between the application and the plug-in; the
- * Australian plug-in reads UTF-8 and writes ASCII.
+ * Australian plug-in reads and writes UTF-8.
  *  3. Every `size` is the number of bytes of the caller's buffer, terminator included, as a signed int.
  *  4. "Cuts" means: a result that does not fit is cut to size - 1 characters and the status is 0; with a size below 1
  *     nothing is written. "Refuses" means: a result that does not fit gives 6406 and the buffer is not changed.
