@@ -67,6 +67,34 @@ enum PafAuStatus
   /** The operation needs an open database, or Open was called twice. Remedy: open the database once, first. */
   PAF_AU_ERR_NOT_OPEN = 34,
 
+  /* Barcodes: pafDpidToBarcode, pafCustInfoBarcode, pafBuildBarcode_, and the properties "Barcode:", "Barcode2:" and
+     "Barcode3:". */
+
+  /** The DPID is empty, has more than eight characters, or is not a number. Remedy: pass the DPID by itself. */
+  PAF_AU_ERR_BARCODE_DPID = 40,
+  /** The format control code is not known. Remedy: use 11, 45, 59, 62, 87 or 92. */
+  PAF_AU_ERR_BARCODE_FORMAT = 41,
+  /** The encoding of the customer information is neither N nor C. Remedy: write N for digits, C for characters. */
+  PAF_AU_ERR_BARCODE_ENCODING = 42,
+  /** The format carries no customer information. Remedy: use 59 or 62, or leave the information out. */
+  PAF_AU_ERR_CUSTOMER_NOT_TAKEN = 43,
+  /** The customer information is too long. Remedy: format 59 carries 5 characters or 8 digits, 62 carries 10 or 15. */
+  PAF_AU_ERR_CUSTOMER_TOO_LONG = 44,
+  /** The encoding does not have one of the characters. Remedy: N has digits; C letters, digits, space and #. */
+  PAF_AU_ERR_CUSTOMER_CHARACTER = 45,
+
+  /* Sort plans: pafPostcodeToBsp, pafPostcodeToNpsp, and the properties "BSP:", "NPSP:" and "SortPlanDate". */
+
+  /** The database directory had no file sortplan.csv when it was opened. Remedy: build it with one, or put one there
+      and open it again. */
+  PAF_AU_ERR_NO_SORT_PLAN = 50,
+  /** The sort plan cannot be used. Remedy: see the description, which names file, line and fault. */
+  PAF_AU_ERR_BAD_SORT_PLAN = 51,
+  /** The sort plan has no number for the postcode. Remedy: check the postcode, and whether the plan is current. */
+  PAF_AU_ERR_NOT_IN_SORT_PLAN = 52,
+  /** The text is no postcode. Remedy: pass four digits, a leading zero included. */
+  PAF_AU_ERR_BAD_POSTCODE = 53,
+
   /** A fault of the plug-in itself. Remedy: report it with the input that led to it. */
   PAF_AU_ERR_INTERNAL = 99
 };

@@ -15,7 +15,7 @@
  *  1. The result is a status code: 0 for success, one of enum PafStatus, or a plug-in's own code.
  *     pafGetErrorDescription turns any of them into text. No C++ exception leaves a function.
  *  2. Text is 8-bit and NUL-terminated. What its encoding is, is between the application and the plug-in; the
- * Australian plug-in reads and writes UTF-8.
+ *     Australian plug-in reads and writes UTF-8.
  *  3. Every `size` is the number of bytes of the caller's buffer, terminator included, as a signed int.
  *  4. "Cuts" means: a result that does not fit is cut to size - 1 characters and the status is 0; with a size below 1
  *     nothing is written. "Refuses" means: a result that does not fit gives 6406 and the buffer is not changed.
@@ -24,7 +24,8 @@
  *  6. An Id is a positive int. Ids of closed instances are used again, the lowest first.
  *  7. Any function may be called from any thread at any time; calls on different Ids run in parallel. An Id serves one
  *     call at a time: a second one is refused with 6412 at once. The exceptions are pafForceCloseAll and
- *     pafUnloadPlugins, which must not run beside other calls.
+ *     pafUnloadPlugins, which must not run beside other calls, and pafClosePaf, which must not run beside calls of
+ *     other threads on their default instances.
  *  8. A status that comes from the plug-in's search object is remembered for the calling thread, so that
  *     pafGetErrorDescription can give the plug-in's words for it. Statuses that the library finds itself (6405, 6406,
  *     6411, 6412 and so on) are not remembered.
@@ -276,6 +277,191 @@ QXPAF_API int pafBeginAddressSearch(int id, const char* query);
  */
 QXPAF_API int pafGetNextAddressSearch(int id, char* out, int size);
 
+/* ---- Properties -------------------------------------------------------------------------------------------------- */
+
+/**
+ * Reads a property (refuses). Names are compared ignoring case, and so are the prefixes, which end in ":".
+ *
+ * The Id may be 0 or any other that names no idle instance: the library's own names are answered all the same, the
+ * names that the Australian plug-in answers without a database go to it, and all others are empty with status 0.
+ *
+ * Answered by the library: "UseSockets", "TcpHost", "TcpPort" (remote mode), "OpenArfs" (the database names of all
+ * instances, each followed by ";"), "OpenArfPaths", "OpenARF" (the instance's database name), "ClientCount" and
+ * "ClientCount2" (open instances), "PafMachine" (host name), "ArfLibVersion" (of this library), "ArfLibVersionAu",
+ * "...Nz",
+ * "...Us" and "...Uk" (of the plug-ins; empty when not installed), "ARFs" (the configured databases, joined by ";"),
+ * "DefaultArf" (the one that the setting PafDir names), "iPindle:" and the path of a setting, "Properties" (all names,
+ * joined by ";"), "PropertyName" and a number from 1 on (the name with that number), "CountryCode", "TestProperty".
+ * "ArfVersion:" and "ArfStatus:", each followed by a database name, go to the plug-in with the name resolved to its
+ * path; "ArfStatus:" of a name that is not configured answers "ARF Not Registered". Every other name is the plug-in's.
+ *
+ * @param out  receives the answer; emptied first, and left empty by 6406. The plug-in's own answers are direct.
+ * @return 0; 6406 also when out is null or size is below 1; the plug-in's status; 990 and 991 when the Australian
+ * plug-in is needed and cannot be had
+ */
+QXPAF_API int pafGetPropertiesId(int id, const char* name, char* out, int size);
+
+/**
+ * Sets a property. "UseSockets" switches remote mode on ("True", in any case) or off (anything else), "TcpHost" and
+ * "TcpPort" name the server: these three concern the whole process and look no Id up. "OpenARF" moves the instance to
+ * another database in the configured mode; when the new one opens but gives no search object, the instance has none any
+ * more (6411). Every other name is the plug-in's, whose reason for a refusal is remembered (convention 8).
+ */
+QXPAF_API int pafSetPropertiesId(int id, const char* name, const char* value);
+
+/* ---- Database update --------------------------------------------------------------------------------------------- */
+
+/**
+ * Moves all running instances onto newly installed databases: after the configuration was changed to name other paths,
+ * every instance whose database has moved gets a new search object, which takes over the settings of the old one. No
+ * call is interrupted; busy instances are waited for, up to 15 seconds for each database.
+ *
+ * @param databasesUpdated   receives the number of databases that were switched; may be null
+ * @param instancesUpdated   receives the number of instances that were switched; may be null
+ * @return 0; 6408 in remote mode; 6409 when instances stayed busy (those switched before stay switched: call again);
+ * the status of a database that could not be opened, whose reason pafGetErrorDescription tells
+ */
+QXPAF_API int pafUpdateArfs(int* databasesUpdated, int* instancesUpdated);
+
+/* ---- Without an Id: the calling thread's default instance -------------------------------------------------------- */
+
+/*
+ * Every thread has a default instance, opened by its first call that needs it, on the one default database that
+ * pafOpenPaf opened for all threads, which must be an Australian one. It is closed by pafClosePaf on that thread or
+ * when the thread ends.
+ *
+ * Each function does what the function with "Id" in its name does. Besides its statuses: 6413 (pafOpenPaf was not
+ * called), 6403 (the library could not start). Functions that do not open the default instance, as their comment says,
+ * answer 6405 before some other function did.
+ *
+ * "length" is the size of the buffer less 1. Functions that take neither length nor size assume a buffer of 255 bytes.
+ */
+
+/**
+ * Opens the default database; further calls share it, and each needs its pafClosePaf. memoryMode as for pafOpenArfId.
+ * In remote mode the thread's default instance is opened on the server instead.
+ *
+ * @return 0; 6493 (the default database is not Australian); otherwise as pafOpenArfId
+ */
+QXPAF_API int pafOpenPafMem(int memoryMode);
+
+/** pafOpenPafMem in the configured mode. */
+QXPAF_API int pafOpenPaf(void);
+
+/**
+ * Closes the thread's default instance, and the default database with the last call. Other threads' default instances
+ * must not be used any more then.
+ *
+ * @return 0; in remote mode the server's status, or 6405 without a default instance
+ */
+QXPAF_API int pafClosePaf(void);
+
+QXPAF_API int pafGetDpid(char* address, int length);
+QXPAF_API int pafGetDpidNonAmas(char* address, int length);
+QXPAF_API int pafFixLastLine(char* lastLine, int length);
+QXPAF_API int pafGetAddress(const char* query, char* out);
+QXPAF_API int pafGetNextAddress(char* out);
+QXPAF_API int pafGetPopupHint(const char* text1, const char* text2, int number, char* out, int size);
+QXPAF_API int pafGetNextPopupHint(char* out, int size);
+QXPAF_API int pafDpidToAddress(long dpid, char* out, int size);
+QXPAF_API int pafGetAddressHint(const char* text1, const char* text2, char* out);
+QXPAF_API int pafGetNextAddressHint(char* out);
+
+/** @return the find status; -1 also when there is no default instance and none can be opened */
+QXPAF_API int pafGet_FindStatus(void);
+
+QXPAF_API int pafGet_ParsedInput(char* out);
+
+/** As pafGetPropertiesId; does not open the default instance, so it may be called at any time. */
+QXPAF_API int pafGetProperties(const char* name, char* out, int size);
+
+QXPAF_API int pafSetProperties(const char* name, const char* value);
+QXPAF_API int pafValidateFullAddress(const char* address, char* out, int size, int flags, char* resultFlag);
+
+/** Does not open the default instance. `out` has 250 bytes. */
+QXPAF_API int pafFormatAddress(const char* address, char* out, long formatOption);
+
+/**
+ * Formats an address in place with format option 0, cut to `length` characters. Does not open the default instance.
+ *
+ * @return 0, also on failure: the address is then empty
+ */
+QXPAF_API int pafFormatAddressS(char* address, int length);
+
+/* ---- Barcodes and sort plans ------------------------------------------------------------------------------------- */
+
+/*
+ * The barcode functions ask the Australian plug-in, also in remote mode, and need no database. Each tells the plug-in
+ * `size` + 1 bytes: the buffer must hold one byte more than `size` says.
+ */
+
+/**
+ * Turns a delivery point identifier into the digits of its barcode, in place.
+ *
+ * @param text  eight digits; fewer digits alone and anything behind eight digits go to the plug-in as they are
+ * @param size  at least 37
+ * @return 0; 6415 when something other than digits comes before the eighth digit; 6406; 990; 991; the plug-in's status
+ */
+QXPAF_API int pafDpidToBarcode(char* text, int size);
+
+/**
+ * Turns customer information into the digits of a barcode, in place: a delivery point identifier alone (at most 8
+ * characters), or 8 characters, a format control code and the information (more than 10). The codes are written as 52
+ * and 67, the number of bars, and become 59 and 62. A text of 9 or 10 characters goes to the plug-in as a property
+ * name.
+ *
+ * @return 0; 6415 for another code, or when the plug-in gave no barcode; 990; 991; the plug-in's status
+ */
+QXPAF_API int pafCustInfoBarcode(char* text, int size);
+
+/**
+ * Turns identifier, format control code, "N" or "C" and customer information, written one behind the other, into the
+ * digits of a barcode, in place.
+ *
+ * @return 0, also on failure: the text is then empty
+ */
+QXPAF_API int pafGenerateBarcode(char* text, int size);
+
+/**
+ * pafGenerateBarcode from separate parts.
+ *
+ * @param a          format control code; two characters count
+ * @param b          delivery point identifier; eight characters count
+ * @param c          customer information; 15 characters count
+ * @param flag       non-zero: the information is digits, encoded as such ("N"); 0: characters ("C")
+ * @param out        at least 68 bytes, receives the digits; may be null
+ * @param lengthOut  receives the number of digits; may be null
+ * @return 0; 6415 when the plug-in gave no barcode or one of more than 67 digits; 990; 991; the plug-in's status
+ */
+QXPAF_API int pafBuildBarcode_(const char* a, const char* b, const char* c, int flag, char* out, int* lengthOut);
+
+/**
+ * Turns a postcode into its barcode sort plan, in place, by the calling thread's default instance, which is opened if
+ * need be. An answer of exactly `size` characters is copied too: the buffer must hold one byte more than `size` says.
+ *
+ * @return 0, also on failure: the text is then empty
+ */
+QXPAF_API int pafPostcodeToBsp(char* text, int size);
+
+/** pafPostcodeToBsp for the other sort plan, "NPSP". */
+QXPAF_API int pafPostcodeToNpsp(char* text, int size);
+
+/* ---- Everything through one buffer ------------------------------------------------------------------------------- */
+
+/**
+ * Carries out a command that stands in a buffer and puts the answer in its place, for hosts that can exchange a single
+ * text: the command's name, ";", parameters ("Key=value;") in the command's order, then the data.
+ *
+ *     OpenArf;Database=AU.Main;                   CloseArf;Id=1;
+ *     LookupAddress;Id=1;Lenient=True;<address>   FixLastLine;Id=1;<last line>
+ *
+ * @param text  receives the answer; the input is used up
+ * @param size  the characters that the answer may take: the buffer must hold size + 1 bytes
+ * @return the status of the operation; 0 for an unknown command (the buffer is empty then) and always for OpenArf,
+ * whose failures answer "Error:" and a description, and for PostcodeToBsp and PostcodeToNpsp, which answer nothing
+ */
+QXPAF_API int pafCallPafFromBrimo(char* text, int size);
+
 /* ---- Kept for old callers ---------------------------------------------------------------------------------------- */
 
 /* These do no work: the Id is not looked up, nothing is written, and the result is always 6408 (the record readers) or
@@ -291,6 +477,17 @@ QXPAF_API int pafGetLocalityRecordCountId(int id);
 QXPAF_API int pafGetGroupRecordCountId(int id);
 QXPAF_API int pafGetPointRecordCountId(int id);
 QXPAF_API int pafGetSynonymRecordCountId(int id);
+
+QXPAF_API int pafGetBorderPostcodes(short postcode, char* out, int size);
+QXPAF_API int pafReadLocalityRecord(long recordNo, char* out, long* a, long* b);
+QXPAF_API int pafReadGroupRecord(long recordNo, char* out, long* a, long* b);
+QXPAF_API int pafReadPointRecord(long recordNo, char* out, int size);
+QXPAF_API int pafReadSynonymRecord(long recordNo, char* out, long* a);
+QXPAF_API int pafReadBorderRecord(int recordNo, int* a, int* b);
+QXPAF_API int pafGetLocalityRecordCount(void);
+QXPAF_API int pafGetGroupRecordCount(void);
+QXPAF_API int pafGetPointRecordCount(void);
+QXPAF_API int pafGetSynonymRecordCount(void);
 
 #ifdef __cplusplus
 }

@@ -14,10 +14,7 @@
 namespace qxpaf {
 namespace {
 
-/**
- * Slot i holds the instance with Id i + 1, or null. The instance-table lock, recursive, guards the slots, the count and
- * the test-and-set of usageCount. No plug-in is called and no other lock but the database update's is taken under it.
- */
+/** Slots are never removed: a free one holds null and is used again. */
 struct InstanceTable
 {
   QXMutex lock{2};
@@ -39,6 +36,16 @@ PafInfo** SlotLocked(int id)
 }
 
 }  // namespace
+
+QXMutex& InstanceTableLock()
+{
+  return Table().lock;
+}
+
+std::span<PafInfo* const> InstancesLocked()
+{
+  return Table().slots;
+}
 
 int NewInstance(int* id, PafInfo*& info)
 {
@@ -87,11 +94,39 @@ int CountOpenInstances()
   return static_cast<int>(slots.size() - static_cast<std::size_t>(std::count(slots.begin(), slots.end(), nullptr)));
 }
 
-int CreateSearcher(PafInfo& info, const ArfInfo& arfInfo)
+int OpenInstanceCount()
+{
+  const QXScopedLock lock(Table().lock, true);
+  return Table().openInstanceCount;
+}
+
+int MakeSearcher(const ArfInfo& arfInfo, IArfSearcher*& searcher)
 {
   if (arfInfo.db == nullptr || arfInfo.functions.getSearcher == nullptr) return PAF_ERR_NO_DATABASE_OBJECT;
-  info.searcher = arfInfo.functions.getSearcher(arfInfo.db);
-  return info.searcher != nullptr ? PAF_OK : PAF_ERR_OUT_OF_MEMORY;
+  searcher = arfInfo.functions.getSearcher(arfInfo.db);
+  return searcher != nullptr ? PAF_OK : PAF_ERR_OUT_OF_MEMORY;
+}
+
+int CreateSearcher(PafInfo& info, const ArfInfo& arfInfo)
+{
+  IArfSearcher* searcher = nullptr;
+  if (const int status = MakeSearcher(arfInfo, searcher); status != 0) return status;
+  const QXScopedLock lock(Table().lock, true);
+  info.searcher = searcher;
+  return PAF_OK;
+}
+
+IArfSearcher* DetachSearcher(PafInfo& info)
+{
+  const QXScopedLock lock(Table().lock, true);
+  return std::exchange(info.searcher, nullptr);
+}
+
+void SetArfName(PafInfo& info, const char* name)
+{
+  std::string copy = name;
+  const QXScopedLock lock(Table().lock, true);
+  info.arfName = std::move(copy);
 }
 
 void ReleaseAllSearchers()

@@ -3,6 +3,7 @@
 #define QXPAF_SRC_API_INSTANCE_TABLE_H
 
 #include <atomic>
+#include <span>
 #include <string>
 
 #include "plugins/arf_library.h"
@@ -12,14 +13,27 @@ class IArfSearcher;
 
 namespace qxpaf {
 
-/** One client's instance. All fields but usageCount belong to the call that has the instance. */
+/**
+ * One client's instance. It belongs to the call that has it busy: that call alone writes the fields (usageCount aside),
+ * searcher and names under the instance-table lock, so that others may read these under it.
+ */
 struct PafInfo
 {
   IArfSearcher* searcher = nullptr;  ///< null for a remote instance and before the open completes
   std::string arfName;               ///< the local database's name, exactly as the caller gave it
+  std::string remoteArfName;         ///< the name with which a remote instance was opened
   int serverId = 0;                  ///< Id on the socket server; 0 for a local instance
   std::atomic<int> usageCount = 0;   ///< 0 idle, 1 a call is in progress
 };
+
+/**
+ * Recursive. Guards the table, the count of instances, the test-and-set of usageCount, and what PafInfo says. No other
+ * lock is taken and no plug-in called under it, except by the database update.
+ */
+QXMutex& InstanceTableLock();
+
+/** All slots; the caller holds the lock. Slot i is the instance with Id i + 1, or null. */
+std::span<PafInfo* const> InstancesLocked();
 
 /** Takes the lowest free Id for a new, busy instance. @return 0 or 6404 */
 int NewInstance(int* id, PafInfo*& info);
@@ -35,11 +49,22 @@ int AcquireInstance(int id, PafInfo*& info);
  */
 int FreeInstance(int id, PafInfo*& info);
 
-/** Live instances of every kind. */
+/** Live instances of every kind, counted slot by slot. */
 int CountOpenInstances();
 
-/** Attaches a searcher of an open database. @return 0, 6404 or 6414 */
+/** The same as a number that is kept. */
+int OpenInstanceCount();
+
+/** Makes a searcher of an open database. @return 0, 6404 or 6414 */
+int MakeSearcher(const ArfInfo& arfInfo, IArfSearcher*& searcher);
+
+/** MakeSearcher, attached to an instance that has none. */
 int CreateSearcher(PafInfo& info, const ArfInfo& arfInfo);
+
+/** Takes the searcher off the instance. @return null when it had none */
+IArfSearcher* DetachSearcher(PafInfo& info);
+
+void SetArfName(PafInfo& info, const char* name);
 
 /** Releases every searcher, leaving the Ids. Takes no lock: no other call may run. */
 void ReleaseAllSearchers();

@@ -6,13 +6,23 @@
 #include "api/default_instance.h"
 #include "api/instance_table.h"
 #include "errors/thread_data.h"
+#include "platform/immortal.h"
+#include "plugins/geocoding_library.h"
 #include "plugins/open_databases.h"
 #include "qxpaf/paf.h"
+#include "qxpaf/platform/thread.h"
+#include "qxpaf/remote.h"
 
 namespace qxpaf {
 namespace {
 
 constinit std::atomic<int> libraryStatus = PAF_ERR_NOT_INITIALISED;
+
+/** Threads may start the library at the same time, from static constructors. */
+struct StartUp
+{
+  QXMutex lock{0};
+};
 
 /** Run by the thread library when a thread that has a record ends. */
 void TlsDestructor(void* record)
@@ -37,15 +47,18 @@ int LibraryStatus()
 
 void InitialiseLibrary()
 {
-  libraryStatus = PAF_OK;
-  if (const int error = CreateThreadKey(TlsDestructor); error != 0) {
-    libraryStatus = PAF_ERR_THREAD_KEY;
-    std::fprintf(stderr, "pthread_key_created failed returning %d\n", error);
-  }
+  const QXScopedLock lock(Immortal<StartUp>().lock, true);
+  if (libraryStatus != PAF_ERR_NOT_INITIALISED) return;
+  SetTcpHost("");
+  SetTcpPort("");
+  const int error = CreateThreadKey(TlsDestructor);
+  if (error != 0) std::fprintf(stderr, "pthread_key_created failed returning %d\n", error);
+  libraryStatus = error == 0 ? PAF_OK : PAF_ERR_THREAD_KEY;
 }
 
 void FinaliseLibrary()
 {
+  SetProcessDetach();
   ForgetInstances();
   DeleteThreadKey();
   ForgetOpenDatabases();

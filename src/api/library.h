@@ -7,7 +7,7 @@ namespace qxpaf {
 /** 6400 until start-up has run, then 0, or 6403 when the per-thread key could not be created. */
 int LibraryStatus();
 
-/** Start-up. Runs once, when the library is loaded. */
+/** Start-up: when the library is loaded, or before that when another library's constructor calls in. Runs once. */
 void InitialiseLibrary();
 
 /** Shut-down: frees instances and per-thread records without calling a plug-in. No other call may run. */

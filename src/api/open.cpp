@@ -1,7 +1,6 @@
 /** Opening and closing instances. */
-#include <utility>
-
 #include "api/instance_table.h"
+#include "api/local_instance.h"
 #include "api/query_frame.h"
 #include "errors/boundary.h"
 #include "errors/thread_data.h"
@@ -13,21 +12,6 @@
 
 namespace qxpaf {
 namespace {
-
-/** Drops the reference of a database that turned out not to be used. */
-class DatabaseReference : QXNonCopyable
-{
- public:
-  explicit DatabaseReference(IArfDb* db) : db_(db) {}
-  ~DatabaseReference()
-  {
-    if (db_ != nullptr) AtBoundary([this] { return CloseArfDb(db_, false, false); });
-  }
-  void Keep() { db_ = nullptr; }
-
- private:
-  IArfDb* db_;
-};
 
 int OpenRemote(const PafInfo& info)
 {
@@ -42,27 +26,12 @@ int OpenLocal(PafInfo& info, int memoryMode, const char* arfName)
   if (const int status = OpenArfDb(arfName, memoryMode, arfInfo, errText, sizeof errText); status != 0) {
     return errText[0] != '\0' ? SetErrorDescription(status, errText) : status;
   }
-  DatabaseReference reference(arfInfo.db);
-  info.arfName = arfName;
-  if (const int status = CreateSearcher(info, arfInfo); status != 0) return status;
-  reference.Keep();
-  return PAF_OK;
+  return AttachDatabase(info, arfInfo, arfName);
 }
 
 int OpenInstance(PafInfo& info, int memoryMode, const char* arfName)
 {
   return AtBoundary([&] { return IsRemoteMode() ? OpenRemote(info) : OpenLocal(info, memoryMode, arfName); });
-}
-
-/** Lets go of a local instance's searcher and of its reference to the database. */
-int CloseLocal(PafInfo& info)
-{
-  IArfSearcher* const searcher = std::exchange(info.searcher, nullptr);
-  IArfDb* const db = searcher->GetArfDb();
-  DatabaseReference reference(db);
-  searcher->Release();
-  reference.Keep();
-  return CloseArfDb(db, false, false);
 }
 
 int CloseInstance(PafInfo& info)
@@ -71,7 +40,7 @@ int CloseInstance(PafInfo& info)
     info.serverId = 0;
     return kUnavailable;
   }
-  return AtBoundary([&] { return CloseLocal(info); });
+  return AtBoundary([&] { return DetachDatabase(info); });
 }
 
 /** The Id, or the negated status, of an open function's result. */

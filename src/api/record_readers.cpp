@@ -45,3 +45,44 @@ int pafGetSynonymRecordCountId(int)
 {
   return 0;
 }
+
+int pafGetBorderPostcodes(short, char*, int)
+{
+  return PAF_ERR_NOT_IMPLEMENTED;
+}
+int pafReadLocalityRecord(long, char*, long*, long*)
+{
+  return PAF_ERR_NOT_IMPLEMENTED;
+}
+int pafReadGroupRecord(long, char*, long*, long*)
+{
+  return PAF_ERR_NOT_IMPLEMENTED;
+}
+int pafReadPointRecord(long, char*, int)
+{
+  return PAF_ERR_NOT_IMPLEMENTED;
+}
+int pafReadSynonymRecord(long, char*, long*)
+{
+  return PAF_ERR_NOT_IMPLEMENTED;
+}
+int pafReadBorderRecord(int, int*, int*)
+{
+  return PAF_ERR_NOT_IMPLEMENTED;
+}
+int pafGetLocalityRecordCount(void)
+{
+  return 0;
+}
+int pafGetGroupRecordCount(void)
+{
+  return 0;
+}
+int pafGetPointRecordCount(void)
+{
+  return 0;
+}
+int pafGetSynonymRecordCount(void)
+{
+  return 0;
+}

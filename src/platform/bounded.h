@@ -2,6 +2,7 @@
 #ifndef QXPAF_SRC_PLATFORM_BOUNDED_H
 #define QXPAF_SRC_PLATFORM_BOUNDED_H
 
+#include <climits>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
@@ -12,6 +13,12 @@ namespace qxpaf {
 inline std::size_t Capacity(int size)
 {
   return size < 1 ? 0 : static_cast<std::size_t>(size);
+}
+
+/** The size of a buffer for `length` characters and their terminator. */
+inline int SizeForLength(int length)
+{
+  return length < INT_MAX ? length + 1 : length;
 }
 
 /** Copies text, cut to capacity - 1 bytes, and terminates it. Writes nothing when the capacity is 0. */

@@ -24,7 +24,7 @@ namespace {
 
 /**
  * The database-registry lock guards everything beside it, every reference count, and the loading of plug-ins; plug-ins
- * open and close databases under it. Never taken while the instance-table lock is held.
+ * open and close databases under it. Taken while the instance-table lock is held only to reopen the global database.
  */
 struct Registry
 {
@@ -245,6 +245,12 @@ int OpenGlobalPafDb(int mode, ArfInfo& info, char* errText, int errSize)
   return OpenWithPluginLocked(Shared().au, path, openingMode, info, errText, errSize);
 }
 
+ArfInfo GlobalDatabase()
+{
+  const QXScopedLock lock(Shared().lock, true);
+  return globalArfInfo;
+}
+
 void IncreaseOpenArfDbRefCount(IArfDb* db)
 {
   const QXScopedLock lock(Shared().lock, true);
@@ -268,6 +274,24 @@ void CloseGlobalPafDb(IArfDb*& db)
 {
   const QXScopedLock lock(Shared().lock, true);
   if (db != nullptr && --*db->RefCount() < 1) const ClosingDatabase closing(std::exchange(db, nullptr));
+}
+
+int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize, bool& reopened)
+{
+  ClearErrorText(errText, errSize);
+  reopened = false;
+  const QXScopedLock lock(Shared().lock, true);
+  IArfDb* const db = globalArfInfo.db;
+  if (db == nullptr || path == db->GetPath()) return PAF_OK;
+  const int users = *db->RefCount();
+  const int mode = db->GetOpenMode();
+  db->Close();
+  const int status = AtBoundary([&] { return db->Open(path.c_str(), mode, errText, errSize); });
+  if (errSize > 0) errText[errSize - 1] = '\0';
+  if (status != 0) db->Close();
+  *db->RefCount() = users;
+  reopened = status == 0;
+  return status;
 }
 
 std::string GetOpenArfPaths()

@@ -28,6 +28,9 @@ int OpenArfDb(const char* name, int mode, ArfInfo& info, char* errText, int errS
 /** Opens or shares the configured default database, which must be Australian. `info` keeps it: see globalArfInfo. */
 int OpenGlobalPafDb(int mode, ArfInfo& info, char* errText, int errSize);
 
+/** A copy of globalArfInfo; without a database when it is not open. */
+ArfInfo GlobalDatabase();
+
 /** Adds a reference to an open database. */
 void IncreaseOpenArfDbRefCount(IArfDb* db);
 
@@ -41,6 +44,15 @@ int CloseArfDb(const IArfDb* db, bool force, bool all);
 
 /** Drops one reference of the global database; with the last it is closed and `db` becomes null. */
 void CloseGlobalPafDb(IArfDb*& db);
+
+/**
+ * Has the plug-in close the global database and open it on another path, in the same mode; its users keep their
+ * searchers, which must be idle. After a failure it is closed and keeps its users, so that another attempt is possible.
+ *
+ * @param reopened receives false when there was nothing to do: it is not open, or on that path already
+ * @return 0 or the plug-in's status, with its words in errText
+ */
+int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize, bool& reopened);
 
 /** The paths of all open databases in list order, joined with ";". */
 std::string GetOpenArfPaths();

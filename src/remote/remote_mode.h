@@ -15,10 +15,17 @@ namespace qxpaf {
 inline constexpr int kUnavailable = PAF_ERR_NOT_IMPLEMENTED;
 
 /**
- * True when calls go to a socket server: the configuration key "PindleSvr" gives a "TcpHost" or a "TcpPort". Decided
- * on the first call, for the life of the process. Thread-safe.
+ * True when calls go to a socket server: the configuration key "PindleSvr" gives a "TcpHost" or a "TcpPort", which is
+ * then the server's. Decided on the first call; only SetRemoteMode changes it later. A host or port that is set already
+ * does not count and is kept. Thread-safe.
  */
 bool IsRemoteMode();
+
+/** Switches remote mode on or off, whatever the configuration says. Thread-safe. */
+void SetRemoteMode(bool remote);
+
+/** True when remote mode is on, without deciding it: false as long as that is open. Thread-safe. */
+bool IsRemoteModeOn();
 
 }  // namespace qxpaf
 
