@@ -35,21 +35,28 @@
  *      entered at the same time by different threads. So a searcher needs no locking for its own state, and what
  *      searchers share through their database must be immutable or locked by the plug-in. GetArfDb of a searcher and
  *      GetPath, GetCountry and GetOpenMode of a database may be called at any time, also while a query runs.
- *  P7  Strings that GetPath and GetCountry return stay valid and unchanged until the database object is released.
+ *  P7  Strings that GetPath and GetCountry return stay valid and unchanged until the database object is released or
+ *      opened again (L3).
  *  P8  Do not call a function of the library that opens or closes instances from inside GetDb, Open, Close, Release of
- * a database, CanUnloadNow or GetOtherProperties: the library may hold its database lock, which is not recursive. P9
- * CanUnloadNow answers non-zero only when no object of the plug-in is alive and no thread of its own runs.
+ *      a database, TakeOverFrom, CanUnloadNow or GetOtherProperties: the library may hold a lock.
+ *  P9  CanUnloadNow answers non-zero only when no object of the plug-in is alive and no thread of its own runs.
+ *  P10 The input of FormatAddress and of GetProperties may lie inside the output buffer, behind its first character:
+ *      read it before you write.
  *
  *  L1  Objects are destroyed only through Release; the virtual destructors are never called by the library.
- *  L2  Every searcher of a database is released before the database is closed. The exceptions are
- *      pafForceCloseAll, which still releases searchers first, and the unloading of libqxpaf.so itself, which calls
- *      neither searchers nor databases any more.
+ *  L2  Every searcher of a database is released before the database is closed. The exceptions are pafClosePaf while
+ *      other threads still have default instances, the update of L3, and the unloading of libqxpaf.so itself, which
+ *      calls neither searchers nor databases any more.
  *  L3  Close is called exactly once, then Release, for every database whose Open was called, also after a failed Open.
+ *      The exception is pafUpdateArfs when the default database of the functions without an Id (always an Australian
+ *      one) has moved: it calls Close and then Open with the new path on the same object, while none of its searchers
+ *      is in a call; they serve the new database from then on.
  *  L4  The counter behind RefCount is read and written by the library only, under its database lock.
  *  L5  Input strings are never null unless the application passed null where its own function allows it, are
  *      NUL-terminated 8-bit text, and are valid for the duration of the call only. The library does not check their
  *      encoding or their length.
  *  L6  No library lock is held while a searcher works, and none but the database lock while a database opens or closes.
+ *      pafUpdateArfs holds the lock of the instances when it calls GetSearcher, TakeOverFrom, and Close and Open (L3).
  *  L7  Databases are shared: a second open of the same path gives the same IArfDb another user, not another Open.
  *
  * Versions. Two groups of operations came after the first plug-ins were built, and the library only calls them when the
@@ -66,7 +73,7 @@
 #include <cstdint>
 
 /**
- * One address database. Created by GetDb, opened once, shared by any number of searchers, destroyed by Release.
+ * One address database. Created by GetDb, opened, shared by any number of searchers, closed, destroyed by Release.
  */
 class IArfDb
 {
@@ -102,7 +109,7 @@ class IArfDb
    */
   virtual int Open(const char* path, int mode, char* errText, int errSize) = 0;
 
-  /** Lets go of files and memory. Called once, before Release, also after a failed Open. */
+  /** Lets go of files and memory. Called before Release or another Open (L3), also after a failed Open. */
   virtual void Close() = 0;
 };
 
@@ -193,7 +200,7 @@ class IArfSearcher
   virtual int GetSearchStatistics(const char* text1, const char* text2, const char* text3, const char* text4, char* out,
                                   int outSize) = 0;
 
-  /** Adopts the settings of the searcher that this one replaces when a newer database is installed. */
+  /** Adopts the settings of the searcher that this one replaces when a newer database is installed. It is idle. */
   virtual void TakeOverFrom(IArfSearcher* previous) = 0;
 
   /**

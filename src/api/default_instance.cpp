@@ -41,7 +41,7 @@ int NewDefaultInstance(int& id)
 {
   PafInfo* info = nullptr;
   const DecrementUsageCountWhenFinished guard(info);
-  if (const int status = NewInstance(&id, info); status != 0) return status;
+  if (const int status = NewInstance(&id, info, InstanceKind::Default); status != 0) return status;
   const int status = OpenInstance(*info);
   if (status != 0) FreeInstance(std::exchange(id, 0), info);
   return status;

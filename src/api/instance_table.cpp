@@ -47,9 +47,10 @@ std::span<PafInfo* const> InstancesLocked()
   return Table().slots;
 }
 
-int NewInstance(int* id, PafInfo*& info)
+int NewInstance(int* id, PafInfo*& info, InstanceKind kind)
 {
   auto fresh = std::make_unique<PafInfo>();
+  fresh->isDefault = kind == InstanceKind::Default;
   fresh->usageCount.store(1, std::memory_order_relaxed);
 
   InstanceTable& table = Table();

@@ -23,6 +23,7 @@ struct PafInfo
   std::string arfName;               ///< the local database's name, exactly as the caller gave it
   std::string remoteArfName;         ///< the name with which a remote instance was opened
   int serverId = 0;                  ///< Id on the socket server; 0 for a local instance
+  bool isDefault = false;            ///< a thread's default instance, which is on the global database; never changes
   std::atomic<int> usageCount = 0;   ///< 0 idle, 1 a call is in progress
 };
 
@@ -35,8 +36,14 @@ QXMutex& InstanceTableLock();
 /** All slots; the caller holds the lock. Slot i is the instance with Id i + 1, or null. */
 std::span<PafInfo* const> InstancesLocked();
 
+enum class InstanceKind
+{
+  Named,
+  Default
+};
+
 /** Takes the lowest free Id for a new, busy instance. @return 0 or 6404 */
-int NewInstance(int* id, PafInfo*& info);
+int NewInstance(int* id, PafInfo*& info, InstanceKind kind = InstanceKind::Named);
 
 /** Finds an instance and marks it busy. @return 0, 6405 (no such Id) or 6412 (busy; nothing waits) */
 int AcquireInstance(int id, PafInfo*& info);

@@ -179,46 +179,60 @@ class NamedUpdate
   ArfInfo fresh_;
 };
 
-/** Counts the instances on the global database. @return false when one of them is busy */
+/** Counts the instances on the global database. @return false when one of them is busy, or is being opened on it */
 bool CountGlobalInstancesLocked(const IArfDb* global, int& count)
 {
   count = 0;
   for (const PafInfo* const info : InstancesLocked()) {
-    if (info == nullptr || info->searcher == nullptr || info->searcher->GetArfDb() != global) continue;
+    if (info == nullptr) continue;
+    const bool opening = info->searcher == nullptr && info->isDefault;
+    if (!opening && (info->searcher == nullptr || info->searcher->GetArfDb() != global)) continue;
     if (IsBusy(*info)) return false;
-    ++count;
+    if (!opening) ++count;
   }
   return true;
 }
 
-/** Reopens the global database on the path that the default database has now, when none of its users is busy. */
+enum class GlobalOutcome
+{
+  Done,
+  Busy
+};
+
+/** Reopens the global database if it is on another path, unless one of its users is busy. */
+int ReopenGlobal(const std::string& path, GlobalOutcome& outcome, int& databases, int& instances)
+{
+  // No instance becomes busy, and no default instance is opened, until the database is open again.
+  const QXScopedLock lock(InstanceTableLock(), true);
+  outcome = GlobalOutcome::Done;
+  if (!IsGlobalPafDbElsewhere(path)) return PAF_OK;
+  int users = 0;
+  if (!CountGlobalInstancesLocked(GlobalDatabase().db, users)) {
+    outcome = GlobalOutcome::Busy;
+    return PAF_OK;
+  }
+  char errText[kLoadErrorSize];
+  if (const int status = ReopenGlobalPafDb(path, errText, sizeof errText); status != 0) {
+    return SetErrorDescription(status, errText);
+  }
+  ++databases;
+  instances += users;
+  return PAF_OK;
+}
+
 int UpdateGlobal(int& databases, int& instances)
 {
-  const ArfInfo global = GlobalDatabase();
-  if (global.db == nullptr) return PAF_OK;
+  if (GlobalDatabase().db == nullptr) return PAF_OK;
   std::string path;
   std::string country;
   std::string options;
   if (const int status = GetArfPath("", path, country, options); status != 0) return status;
-  for (Patience patience; path != global.db->GetPath();) {
-    {
-      const QXScopedLock lock(InstanceTableLock(), true);
-      int users = 0;
-      if (CountGlobalInstancesLocked(global.db, users)) {
-        char errText[kLoadErrorSize];
-        bool reopened = false;
-        const int status = ReopenGlobalPafDb(path, errText, sizeof errText, reopened);
-        if (status != 0) return SetErrorDescription(status, errText);
-        if (reopened) {
-          ++databases;
-          instances += users;
-        }
-        return PAF_OK;
-      }
-    }
+  for (Patience patience;;) {
+    GlobalOutcome outcome = GlobalOutcome::Done;
+    const int status = ReopenGlobal(path, outcome, databases, instances);
+    if (status != 0 || outcome == GlobalOutcome::Done) return status;
     if (!patience.Wait()) return PAF_ERR_TIMED_OUT;
   }
-  return PAF_OK;
 }
 
 int UpdateAll(int& databases, int& instances)

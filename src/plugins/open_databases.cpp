@@ -276,13 +276,18 @@ void CloseGlobalPafDb(IArfDb*& db)
   if (db != nullptr && --*db->RefCount() < 1) const ClosingDatabase closing(std::exchange(db, nullptr));
 }
 
-int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize, bool& reopened)
+bool IsGlobalPafDbElsewhere(const std::string& path)
+{
+  const QXScopedLock lock(Shared().lock, true);
+  return globalArfInfo.db != nullptr && path != globalArfInfo.db->GetPath();
+}
+
+int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize)
 {
   ClearErrorText(errText, errSize);
-  reopened = false;
   const QXScopedLock lock(Shared().lock, true);
   IArfDb* const db = globalArfInfo.db;
-  if (db == nullptr || path == db->GetPath()) return PAF_OK;
+  if (db == nullptr) return PAF_OK;
   const int users = *db->RefCount();
   const int mode = db->GetOpenMode();
   db->Close();
@@ -290,7 +295,6 @@ int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize, bool&
   if (errSize > 0) errText[errSize - 1] = '\0';
   if (status != 0) db->Close();
   *db->RefCount() = users;
-  reopened = status == 0;
   return status;
 }
 

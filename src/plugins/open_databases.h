@@ -45,14 +45,17 @@ int CloseArfDb(const IArfDb* db, bool force, bool all);
 /** Drops one reference of the global database; with the last it is closed and `db` becomes null. */
 void CloseGlobalPafDb(IArfDb*& db);
 
+/** True when the global database is open, on another path than this. */
+bool IsGlobalPafDbElsewhere(const std::string& path);
+
 /**
  * Has the plug-in close the global database and open it on another path, in the same mode; its users keep their
  * searchers, which must be idle. After a failure it is closed and keeps its users, so that another attempt is possible.
+ * Does nothing when it is not open.
  *
- * @param reopened receives false when there was nothing to do: it is not open, or on that path already
  * @return 0 or the plug-in's status, with its words in errText
  */
-int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize, bool& reopened);
+int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize);
 
 /** The paths of all open databases in list order, joined with ";". */
 std::string GetOpenArfPaths();
