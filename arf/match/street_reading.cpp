@@ -14,37 +14,51 @@ constexpr std::size_t kLongestSuffix = 2;  // "NORTH EAST"
 struct TableWords
 {
   std::string_view full;
-  std::size_t start = 0;  ///< equal to the end where there are none
+  std::size_t start = 0;
 };
 
 using Expand = std::string_view (*)(std::string_view);
 
-/** The longest text of the table directly before `end`. */
-TableWords ReadBefore(const InputText& input, std::size_t first, std::size_t end, std::size_t longest, Expand expand)
+/** The texts of the table directly before `end`, the longest first. */
+class TableReadings
 {
-  for (std::size_t count = input.WordsWithoutDigits(first, end, longest); count > 0; --count) {
-    const std::string_view full = expand(input.Text(end - count, end));
-    if (!full.empty()) return {full, end - count};
+ public:
+  TableReadings(const InputText& input, std::size_t first, std::size_t end, std::size_t longest, Expand expand)
+  {
+    for (std::size_t count = input.WordsWithoutDigits(first, end, longest); count > 0; --count) {
+      const std::string_view full = expand(input.Text(end - count, end));
+      if (!full.empty()) readings_[count_++] = {full, end - count};
+    }
   }
-  return {{}, end};
-}
+
+  const TableWords* begin() const { return readings_.data(); }
+  const TableWords* end() const { return readings_.data() + count_; }
+  bool Empty() const { return count_ == 0; }
+
+ private:
+  std::array<TableWords, std::max(kLongestType, kLongestSuffix)> readings_;
+  std::size_t count_ = 0;
+};
 
 }  // namespace
 
 StreetEndings::StreetEndings(const InputText& input, WordRange range) : first_(range.first)
 {
+  static_assert(kMax == kLongestSuffix * kLongestType + kLongestType + kLongestSuffix + 2);
   const std::size_t end = range.last;
   if (range.Empty()) return;
-  const TableWords suffix = ReadBefore(input, first_, end, kLongestSuffix, ExpandStreetSuffix);
-  if (suffix.start < end) {
-    const TableWords type = ReadBefore(input, first_, suffix.start, kLongestType, ExpandStreetType);
-    if (type.start < suffix.start) Add(type.start, type.full, suffix.full);
+  const auto typesBefore = [&](std::size_t typeEnd) {
+    return TableReadings(input, first_, typeEnd, kLongestType, ExpandStreetType);
+  };
+  const TableReadings suffixes(input, first_, end, kLongestSuffix, ExpandStreetSuffix);
+  const TableReadings types = typesBefore(end);
+  for (const TableWords& suffix : suffixes) {
+    for (const TableWords& type : typesBefore(suffix.start)) Add(type.start, type.full, suffix.full);
   }
-  const TableWords type = ReadBefore(input, first_, end, kLongestType, ExpandStreetType);
-  if (type.start < end) Add(type.start, type.full, {});
-  if (suffix.start < end) Add(suffix.start, {}, suffix.full);
+  for (const TableWords& type : types) Add(type.start, type.full, {});
+  for (const TableWords& suffix : suffixes) Add(suffix.start, {}, suffix.full);
   Add(end, {}, {});
-  if (type.start == end && suffix.start == end && !input[end - 1].hasDigit) Add(end - 1, input[end - 1].text, {}, true);
+  if (types.Empty() && suffixes.Empty() && !input[end - 1].hasDigit) Add(end - 1, input[end - 1].text, {}, true);
 }
 
 void StreetEndings::Add(std::size_t nameEnd, std::string_view type, std::string_view suffix, bool isGuess)

@@ -26,7 +26,7 @@ struct StreetEnding
 class StreetEndings
 {
  public:
-  static constexpr std::size_t kMax = 5;
+  static constexpr std::size_t kMax = 13;
 
   /** All readings of the words before `range.last`; the likeliest first. */
   StreetEndings(const InputText& input, WordRange range);

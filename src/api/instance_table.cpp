@@ -145,7 +145,7 @@ void ForgetInstances()
     // A busy instance is in the hands of a thread that is still running while the process ends: leave it to that.
     if (info != nullptr && info->usageCount.load(std::memory_order_acquire) == 0) delete info;
   }
-  Table().slots = {};
+  GiveBack(Table().slots);
   Table().openInstanceCount = 0;
 }
 

@@ -19,6 +19,13 @@ T& Immortal()
   return *object;
 }
 
+/** Empties a container and frees its memory, which clear() and assigning {} would keep. */
+template <class Container>
+void GiveBack(Container& container)
+{
+  Container().swap(container);
+}
+
 }  // namespace qxpaf
 
 #endif

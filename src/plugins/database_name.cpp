@@ -257,7 +257,7 @@ void ExpireArfPaths()
 {
   PathCache& cache = Cache();
   const QXScopedLock lock(cache.lock, true);
-  cache.pathOfName = {};
+  GiveBack(cache.pathOfName);
   cache.baseDirectory.reset();
   cache.defaultPath.reset();
 }

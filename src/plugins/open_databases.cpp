@@ -350,8 +350,8 @@ void UnloadPlugins_()
 
 void ForgetOpenDatabases()
 {
-  Shared().open = {};
-  Shared().others = {};
+  GiveBack(Shared().open);
+  GiveBack(Shared().others);
   ExpireArfPaths();
 }
 

@@ -22,17 +22,27 @@ bool DigitsForbid(const Char* a, const Char* b)
   return IsDigit(b[0]) || (IsDigit(a[0]) && a[0] != b[1]);
 }
 
+// From where the texts differ. Kept out of the way of the pairs that are decided without a call.
 template <class Char>
-bool NearlyTheSame(const Char* a, const Char* b, bool& identical, bool firstMustMatch, bool digitsMayDiffer)
+[[gnu::noinline]] bool DifferBySlip(const Char* a, const Char* b, bool digitsMayDiffer)
 {
-  identical = false;
-  if (firstMustMatch && *a != *b) return false;
-  SkipCommonPrefix(a, b);
-  if (*a == *b) return identical = true;
   if (*a == 0) return b[1] == 0 && MayBeAdded(*b, digitsMayDiffer);
   if (*b == 0) return a[1] == 0 && MayBeAdded(*a, digitsMayDiffer);
   if (!digitsMayDiffer && DigitsForbid(a, b)) return false;
   return IsOneSlip(a, b);
+}
+
+template <class Char>
+bool NearlyTheSame(const Char* a, const Char* b, bool& identical, bool firstMustMatch, bool digitsMayDiffer)
+{
+  identical = false;
+  if (*a == *b) {
+    SkipCommonPrefix(a, b);
+    if (*a == *b) return identical = true;
+  } else if (firstMustMatch) {
+    return false;
+  }
+  return !IsNoSlip(a, b) && DifferBySlip(a, b, digitsMayDiffer);
 }
 
 }  // namespace

@@ -1,31 +1,18 @@
 // Ten thousand random texts through every function that takes one. QXPAF_TEST_SEED repeats a run.
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <random>
 
 #include "blackbox/support/fake.h"
 #include "blackbox/support/guarded_buffer.h"
 #include "blackbox/support/session.h"
 #include "qxpaf/paf.h"
+#include "support/random_seed.h"
 
 namespace blackbox {
 namespace {
 
 constexpr int kRounds = 10000;
-
-unsigned Seed()
-{
-  static const unsigned seed = [] {
-    const char* given = std::getenv("QXPAF_TEST_SEED");
-    const unsigned chosen =
-        given != nullptr ? static_cast<unsigned>(std::strtoul(given, nullptr, 10)) : std::random_device()();
-    std::printf("QXPAF_TEST_SEED=%u\n", chosen);
-    return chosen;
-  }();
-  return seed;
-}
 
 class RobustnessTest : public SessionTest
 {
@@ -33,7 +20,7 @@ class RobustnessTest : public SessionTest
   void SetUp() override
   {
     SessionTest::SetUp();
-    random.seed(Seed());
+    random.seed(test_support::RandomSeed());
   }
 
   int Number(int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); }
