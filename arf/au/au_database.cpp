@@ -1,6 +1,7 @@
 #include "arf/au/au_database.h"
 
 #include "arf/au/boundary.h"
+#include "arf/au/database_status.h"
 #include "arf/match/bounded_text.h"
 
 namespace arf {
@@ -12,27 +13,6 @@ OpenMode ModeOf(int mode)
   if (mode == static_cast<int>(OpenMode::Memory)) return OpenMode::Memory;
   if (mode == static_cast<int>(OpenMode::Mapped)) return OpenMode::Mapped;
   return OpenMode::Disk;
-}
-
-int StatusOf(OpenFailure failure)
-{
-  switch (failure) {
-    case OpenFailure::None:
-      return 0;
-    case OpenFailure::CannotOpen:
-      return PAF_ERR_OPEN_FILE;
-    case OpenFailure::NotADatabase:
-      return PAF_AU_ERR_NOT_A_DATABASE;
-    case OpenFailure::WrongVersion:
-      return PAF_AU_ERR_DATABASE_VERSION;
-    case OpenFailure::Truncated:
-      return PAF_AU_ERR_DATABASE_TRUNCATED;
-    case OpenFailure::Damaged:
-      return PAF_AU_ERR_DATABASE_DAMAGED;
-    case OpenFailure::OutOfMemory:
-      return PAF_ERR_OUT_OF_MEMORY;
-  }
-  return PAF_AU_ERR_INTERNAL;
 }
 
 }  // namespace
@@ -60,16 +40,19 @@ int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize)
   OpenResult result;
   std::unique_ptr<Database> database = Database::Open(path_, ModeOf(mode), result);
   if (database) {
+    auto sortPlan = std::make_shared<const SortPlanFile>(ReadSortPlanOf(path_));
     engine_ = std::make_shared<const Engine>(std::move(database));
+    sortPlan_ = std::move(sortPlan);
     return 0;
   }
   error << result.message;
-  return StatusOf(result.failure);
+  return StatusOf(result.failure).status;
 }
 
 void AuDatabase::Close()
 {
   engine_.reset();
+  sortPlan_.reset();
 }
 
 }  // namespace arf

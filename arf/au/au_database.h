@@ -6,6 +6,7 @@
 #include <string>
 
 #include "arf/au/live_objects.h"
+#include "arf/barcode/sort_plan.h"
 #include "arf/match/engine.h"
 #include "qxpaf/arf_plugin.h"
 
@@ -24,6 +25,8 @@ class AuDatabase final : public IArfDb, private LiveObject
 
   /** What searchers read; shared with them, so that it outlives a Close that comes too early. Null unless open. */
   const std::shared_ptr<const Engine>& GetEngine() const { return engine_; }
+  /** The sort plan as it was when the database was opened, or what is wrong with it; shared in the same way. */
+  const std::shared_ptr<const SortPlanFile>& GetSortPlan() const { return sortPlan_; }
 
  private:
   int OpenFile(const char* path, int mode, char* errText, int errSize);
@@ -32,6 +35,7 @@ class AuDatabase final : public IArfDb, private LiveObject
   int mode_ = 0;
   int users_ = 0;
   std::shared_ptr<const Engine> engine_;
+  std::shared_ptr<const SortPlanFile> sortPlan_;
 };
 
 }  // namespace arf

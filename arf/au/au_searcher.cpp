@@ -79,7 +79,7 @@ QueryRecord ReadQueryRecord(std::string_view record, char delimiter)
 
 AuSearcher::AuSearcher(AuDatabase& database) : database_(database)
 {
-  if (database.GetEngine()) searches_ = std::make_unique<Searches>(database.GetEngine());
+  if (database.GetEngine()) searches_ = std::make_unique<Searches>(database);
 }
 
 void AuSearcher::Release()
@@ -258,11 +258,17 @@ int AuSearcher::GetParsedInput(char* out, int outSize)
 
 int AuSearcher::GetProperties(const char* name, char* out, int outSize)
 {
-  return Answer(out, outSize, [&](BoundedText& text) {
-    const Database* data = searches_ ? &searches_->engine->Data() : nullptr;
-    const int status = ReadProperty(TextOf(name), data, &settings_, text);
-    return status == 0 ? 0 : lastFailure_.Record(status, std::string_view());
-  });
+  return Answer(out, outSize, [&](BoundedText& text) { return Read(TextOf(name), text); });
+}
+
+int AuSearcher::Read(std::string_view property, BoundedText& out)
+{
+  PropertySource source;
+  if (searches_) source = {&searches_->engine->Data(), searches_->sortPlan.get(), &settings_};
+  char buffer[256];
+  BoundedText reason(buffer, sizeof buffer);
+  const int status = ReadProperty(property, source, out, reason);
+  return status == 0 ? 0 : lastFailure_.Record(status, reason.View());
 }
 
 int AuSearcher::SetProperties(const char* name, const char* value, char* errText, int errSize)
@@ -287,7 +293,7 @@ void AuSearcher::TakeOverFrom(IArfSearcher* previous)
   settings_.delimiter = other->settings_.delimiter;
   char names[4096];
   BoundedText text(names, sizeof names);
-  other->settings_.outputFields.Write(other->searches_->engine->Data(), text);
+  other->settings_.outputFields.Write(&other->searches_->engine->Data(), text);
   if (text.IsWhole()) settings_.outputFields.Read(searches_->engine->Data(), text.View());
 }
 

@@ -9,6 +9,7 @@
 #include "arf/au/enumeration.h"
 #include "arf/au/last_failure.h"
 #include "arf/au/live_objects.h"
+#include "arf/au/properties.h"
 #include "arf/au/settings.h"
 #include "arf/match/last_line_fixer.h"
 #include "arf/match/matcher.h"
@@ -60,11 +61,16 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   /** Everything that needs an open database. */
   struct Searches
   {
-    explicit Searches(std::shared_ptr<const Engine> shared)
-        : engine(std::move(shared)), matcher(*engine), fixer(*engine), addresses(engine->Data())
+    explicit Searches(const AuDatabase& database)
+        : engine(database.GetEngine()),
+          sortPlan(database.GetSortPlan()),
+          matcher(*engine),
+          fixer(*engine),
+          addresses(engine->Data())
     {
     }
     std::shared_ptr<const Engine> engine;
+    std::shared_ptr<const SortPlanFile> sortPlan;
     Matcher matcher;
     LastLineFixer fixer;
     InputText query;  ///< of GetAddress
@@ -91,6 +97,7 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   int WriteCurrent(BoundedText& out);
   int FailSearch(Verdict verdict, const Failure& failure);
   int FailQuery(int code, std::string_view detail);
+  int Read(std::string_view property, BoundedText& out);
 
   AuDatabase& database_;
   std::unique_ptr<Searches> searches_;

@@ -4,7 +4,7 @@
 #include "arf/au/au_database.h"
 #include "arf/au/au_searcher.h"
 #include "arf/au/boundary.h"
-#include "arf/au/settings.h"
+#include "arf/au/properties.h"
 #include "arf/match/bounded_text.h"
 
 IArfDb* GetDb()
@@ -32,7 +32,8 @@ int CanUnloadNow()
 int GetOtherProperties(const char* request, char* out, int outSize)
 {
   arf::BoundedText text(out, outSize);
-  int status = arf::Guarded([&] { return arf::ReadProperty(arf::TextOf(request), nullptr, nullptr, text); });
+  arf::BoundedText reason(nullptr, 0);
+  int status = arf::Guarded([&] { return arf::ReadProperty(arf::TextOf(request), {}, text, reason); });
   if (status == PAF_AU_ERR_UNKNOWN_PROPERTY) status = PAF_ERR_NOT_IMPLEMENTED;
   if (status == 0 && !text.IsWhole()) status = PAF_ERR_BUFFER_TOO_SMALL;
   if (status != 0) text.Clear();

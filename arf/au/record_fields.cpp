@@ -139,12 +139,12 @@ std::string_view FieldList::Read(const Database& database, std::string_view text
   return {};
 }
 
-void FieldList::Write(const Database& database, BoundedText& text) const
+void FieldList::Write(const Database* database, BoundedText& text) const
 {
   for (const FieldChoice& field : Fields()) {
     if (text.Length() > 0) text << ';';
-    const std::string_view name =
-        field.IsAttribute() ? database.AttributeName(field.Column()) : FieldName(field.Number());
+    const bool isAttribute = field.IsAttribute() && database;
+    const std::string_view name = isAttribute ? database->AttributeName(field.Column()) : FieldName(field.Number());
     if (name.empty())
       text << std::uint32_t{field.Number()};
     else

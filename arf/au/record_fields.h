@@ -61,8 +61,12 @@ class FieldList
   std::string_view Read(const Database& database, std::string_view text);
 
   std::span<const FieldChoice> Fields() const { return {fields_.data(), count_}; }
-  /** The names (numbers for reserved fields), separated by ";". */
-  void Write(const Database& database, BoundedText& text) const;
+  /**
+   * The names (numbers for reserved fields), separated by ";".
+   *
+   * @param database  the one that attribute columns were chosen from; null where there are none
+   */
+  void Write(const Database* database, BoundedText& text) const;
 
  private:
   std::array<FieldChoice, kMax> fields_;

@@ -1,9 +1,12 @@
 #include "arf/build/builder.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <memory>
 #include <new>
 #include <optional>
 
+#include "arf/barcode/sort_plan.h"
 #include "arf/build/address_order.h"
 #include "arf/build/address_table.h"
 #include "arf/build/build_error.h"
@@ -29,6 +32,7 @@ class Build
 
   void Run()
   {
+    if (!options_.sortPlanPath.empty()) TakeSortPlan();
     if (!ReadHeader()) return;
     AddressTable table(columns_.Attributes());
     ReadRows(table);
@@ -38,6 +42,26 @@ class Build
   }
 
  private:
+  void TakeSortPlan()
+  {
+    SortPlanFile file = ReadSortPlan(options_.sortPlanPath);
+    if (!file.fault.empty()) throw BuildError(file.fault);
+    if (!file.plan) throw BuildError(SystemError(options_.sortPlanPath, ENOENT));
+    sortPlan_ = std::move(file.plan);
+    report_.sortPlanPostcodes = static_cast<std::uint32_t>(sortPlan_->PostcodeCount());
+    report_.sortPlanDate = sortPlan_->Date();
+  }
+
+  /** Null when there is no plan to write. */
+  std::unique_ptr<OutputFile> WriteSortPlan(const OutputDirectory& directory) const
+  {
+    if (!sortPlan_) return nullptr;
+    auto file = std::make_unique<OutputFile>(directory.Path(), kSortPlanFileName);
+    file->WriteAt(0, sortPlan_->Text().data(), sortPlan_->Text().size());
+    file->Sync();
+    return file;
+  }
+
   bool ReadHeader()
   {
     const CsvReader::Result result = csv_.Next();
@@ -102,11 +126,13 @@ class Build
     OutputFile index(directory.Path(), kDatabaseFileName);
     const std::string line = "DATABASENAME=" + options_.databaseName + "\n";
     version.WriteAt(0, line.data(), line.size());
+    const std::unique_ptr<OutputFile> sortPlan = WriteSortPlan(directory);
     report_.fileSize = WriteIndex(index, table, ordered, Info(table), watch_);
     version.Sync();
     index.Sync();
     watch_.Reached(BuildPhase::Writing, table.rows.size(), table.rows.size());
     version.Publish();
+    if (sortPlan) sortPlan->Publish();
     index.Publish();
     directory.Keep();
     directory.Sync();
@@ -133,6 +159,7 @@ class Build
   BuildReport& report_;
   CsvReader csv_;
   ColumnMap columns_;
+  std::unique_ptr<const SortPlan> sortPlan_;
 };
 
 void AddFatal(BuildReport& report, const std::string& what)

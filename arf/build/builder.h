@@ -21,11 +21,14 @@
  * A row needs a street name or a postal delivery, but a row with neither is taken when it has a lot or a building: such
  * addresses belong to the locality itself. A row with both, or with a street type but no street name, is refused.
  *
- * Output. The same input and options give the same bytes. Both files are written under temporary names in the output
+ * With a sort plan (arf/barcode/sort_plan.h), the plan's file is checked before anything else and copied as
+ * sortplan.csv. Without one, a plan that is in the directory stays there.
+ *
+ * Output. The same input and options give the same bytes. The files are written under temporary names in the output
  * directory, brought to disk, and renamed, address.arf last: a directory that held no database becomes one by that
  * rename, and one that held an older database serves either the older or the newer, never a mixture, because PAF.ver
- * says only which country's plug-in reads the directory. Programs that have the older file open keep reading that one.
- * Nothing is left behind by a build that fails or is cancelled.
+ * says only which country's plug-in reads the directory, and a sort plan stands for itself. Programs that have the
+ * older file open keep reading that one. Nothing is left behind by a build that fails or is cancelled.
  */
 #ifndef QXPAF_ARF_BUILD_BUILDER_H
 #define QXPAF_ARF_BUILD_BUILDER_H
@@ -47,6 +50,7 @@ struct BuildOptions
   std::vector<std::pair<std::string, std::string>> info;  ///< further info entries; a key given here wins
   bool skipBadRows = false;                               ///< leave faulty rows out instead of failing
   char delimiter = ',';
+  std::string sortPlanPath{};  ///< a sort plan for the directory; empty for none
 };
 
 enum class BuildPhase
@@ -86,7 +90,9 @@ struct BuildReport
   std::uint32_t addresses = 0;
   std::uint32_t streets = 0;
   std::uint32_t localities = 0;
-  std::uint64_t fileSize = 0;  ///< of address.arf
+  std::uint64_t fileSize = 0;           ///< of address.arf
+  std::uint32_t sortPlanPostcodes = 0;  ///< of the sort plan, where one was given and could be used
+  std::string sortPlanDate;
 };
 
 /**

@@ -87,6 +87,9 @@ void PrintSummary(const arf::BuildOptions& options, const arf::BuildReport& repo
             << Count(report.rowsRead, "row", "rows") << " read, " << report.rowsSkipped << " skipped; "
             << report.fileSize << " bytes, " << std::fixed << std::setprecision(1) << each << " an address; "
             << std::setprecision(2) << seconds << " s\n";
+  if (!report.sortPlanDate.empty())
+    std::cout << "sort plan of " << report.sortPlanDate << ": "
+              << Count(report.sortPlanPostcodes, "postcode", "postcodes") << '\n';
 }
 
 /** True when rows are what is wrong, so that leaving them out would help. */
@@ -135,6 +138,9 @@ Command AddBuildCommand(CLI::App& program)
   app->add_flag("--skip-bad-rows", options->skipBadRows, "Leave out rows that cannot be used, and count them");
   app->add_option("--name", options->databaseName, "Title that the database carries, otherwise AU")
       ->option_text("TITLE");
+  app->add_option("--sort-plan", options->sortPlanPath,
+                  "Barcode sort plan of the postcodes (date, then postcode,bsp,npsp), kept beside the database")
+      ->option_text("FILE");
   app->footer(
       "Columns: dpid, locality, state, postcode and street_name (or postal_type) are required; building, unit_type,\n"
       "unit_number, level_type, level_number, lot, number_first, number_first_suffix, number_last, "

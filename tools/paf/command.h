@@ -19,6 +19,7 @@ Command AddAddressCommand(CLI::App& program);
 Command AddFixCommand(CLI::App& program);
 Command AddListCommand(CLI::App& program);
 Command AddBuildCommand(CLI::App& program);
+Command AddBarcodeCommand(CLI::App& program);
 Command AddDoctorCommand(CLI::App& program);
 
 /** What every command that asks a database has in common. */

@@ -16,6 +16,7 @@ constexpr const char* kExamples =
     "  paf fix \"calton vic\"                          correct a last line\n"
     "  paf list \"CARLTON VIC 3053\" --limit 10        what a locality holds\n"
     "  paf build addresses.csv /srv/paf/main         make a database\n"
+    "  paf barcode 30000001                          a DPID's barcode for print\n"
     "  paf doctor                                    find out why it does not work\n"
     "\n"
     "Exit status: 0 everything found, 1 something not found or ambiguous, 2 error.";
@@ -23,7 +24,8 @@ constexpr const char* kExamples =
 std::vector<tool::Command> AddCommands(CLI::App& program)
 {
   return {tool::AddLookupCommand(program), tool::AddAddressCommand(program), tool::AddFixCommand(program),
-          tool::AddListCommand(program),   tool::AddBuildCommand(program),   tool::AddDoctorCommand(program)};
+          tool::AddListCommand(program),   tool::AddBuildCommand(program),   tool::AddBarcodeCommand(program),
+          tool::AddDoctorCommand(program)};
 }
 
 int RunChosen(const std::vector<tool::Command>& commands)

@@ -76,6 +76,12 @@ void QueryAll(IArfSearcher& s, const std::vector<arf_test::TsvRow>& rows)
   s.GetAddress("\t\t\tRichmond\tVIC", out, sizeof out);
   s.GetAddress("\t\t\t\tVIC", out, sizeof out);
   s.GetProperties("OutputFields", out, sizeof out);
+  for (const char* request :
+       {"Barcode:30000001", "Barcode:x", "Barcode2:3000000162CHello 12#", "Barcode3:300000015912345", "BSP:2000",
+        "NPSP:x", "SortPlanDate", "Properties", "PropertyName3", "Nonsense"}) {
+    s.GetProperties(request, out, sizeof out);
+    GetOtherProperties(request, out, sizeof out);
+  }
   s.SetProperties("OutputFields", "DPID;zone", out, sizeof out);
   s.SetProperties("OutputFields", "nonsense", out, sizeof out);
   EXPECT_EQ(s.GetFindStatus(), PAF_AU_FIND_MATCHED);

@@ -12,6 +12,8 @@ namespace {
 
 using test_support::GuardedBuffer;
 
+constexpr const char* kBarcode = "1301011000000000000001322231321110013";
+
 /** An operation that fills a buffer with a known answer, or refuses the buffer. */
 struct Operation
 {
@@ -45,6 +47,15 @@ std::vector<Operation> Operations(IArfSearcher& s)
          return s.GetParsedInput(out, size);
        },
        std::string(8, '\t') + "7" + std::string(17, '\t') + "XYZZY" + std::string(22, '\t')},
+      {"GetProperties of a barcode",
+       [&](char* out, int size) { return s.GetProperties("Barcode:30000001", out, size); }, kBarcode},
+      {"GetOtherProperties of a barcode",
+       [](char* out, int size) { return GetOtherProperties("Barcode:30000001", out, size); }, kBarcode},
+      {"GetOtherProperties of the longest barcode",
+       [](char* out, int size) { return GetOtherProperties("Barcode2:3000000162CHello 12#", out, size); },
+       "1320021000000000000001021033133133223003300301013333322330320313213"},
+      {"GetOtherProperties of a state",
+       [](char* out, int size) { return GetOtherProperties("ArfStatus:/nowhere/at/all", out, size); }, "ARF Not Found"},
       {"GetOtherProperties", [](char* out, int size) { return GetOtherProperties("PafLibVersion", out, size); },
        "5.10.246"},
   };

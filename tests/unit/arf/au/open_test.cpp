@@ -1,8 +1,6 @@
 // The database object: opening, what is refused and how, life times.
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "support/guarded_buffer.h"
@@ -10,6 +8,7 @@
 
 namespace {
 
+using arf_test::ChangedCopy;
 using arf_test::DatabasePointer;
 using arf_test::OpenSmall;
 using arf_test::SearcherPointer;
@@ -39,20 +38,6 @@ TEST(AuDatabase, IsOpenedOnce)
   EXPECT_EQ(database->Open("/elsewhere", 1, error, sizeof error), PAF_AU_ERR_NOT_OPEN);
   EXPECT_EQ(std::string(error), "The database " + arf_test::SmallDirectory() + " is open already.");
   EXPECT_EQ(database->GetPath(), arf_test::SmallDirectory());
-}
-
-/** Copies the small database, with its file changed. */
-template <class Change>
-std::string ChangedCopy(const test_support::TempDir& dir, Change change)
-{
-  std::filesystem::copy(arf_test::SmallDirectory(), dir.Path("copy"));
-  const std::string path = dir.Path("copy/address.arf");
-  std::ifstream in(path, std::ios::binary);
-  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  in.close();
-  change(bytes);
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
-  return dir.Path("copy");
 }
 
 struct FaultRow
@@ -145,7 +130,9 @@ TEST(Searcher, OfAnUnopenedDatabaseSaysSo)
   EXPECT_EQ(searcher.Parsed(), notOpen);
   EXPECT_EQ(searcher.SetProperty("Delimiter", "|"), notOpen);
   EXPECT_EQ(searcher.Property("PafLibVersion").status, 0);
-  EXPECT_EQ(searcher.Property("OutputFields").status, PAF_AU_ERR_UNKNOWN_PROPERTY);
+  EXPECT_EQ(searcher.Property("Delimiter").status, PAF_AU_ERR_UNKNOWN_PROPERTY);
+  EXPECT_EQ(searcher.Property("BSP:2000").status, PAF_AU_ERR_UNKNOWN_PROPERTY);
+  EXPECT_EQ(searcher.Property("Barcode:30000001").status, 0);
   EXPECT_EQ(searcher->GetFindStatus(), PAF_AU_FIND_NONE);
   EXPECT_NE(searcher.Description(PAF_AU_ERR_NOT_OPEN), "");
 }

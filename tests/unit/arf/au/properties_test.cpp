@@ -51,7 +51,10 @@ TEST_F(Properties, Values)
       {"PropertyName", {PAF_AU_ERR_UNKNOWN_PROPERTY, ""}},
       {"Delimiter ", {PAF_AU_ERR_UNKNOWN_PROPERTY, ""}},
       {"CountryCode", {PAF_AU_ERR_UNKNOWN_PROPERTY, ""}},
-      {"SortPlanDate", {PAF_AU_ERR_UNKNOWN_PROPERTY, ""}},
+      {"SortPlanDate", {PAF_AU_ERR_NO_SORT_PLAN, ""}},
+      {"Barcode", {PAF_AU_ERR_UNKNOWN_PROPERTY, ""}},
+      {"BSP", {PAF_AU_ERR_UNKNOWN_PROPERTY, ""}},
+      {"GIFProperty:x", {PAF_AU_ERR_UNKNOWN_PROPERTY, ""}},
       {"", {PAF_AU_ERR_UNKNOWN_PROPERTY, ""}},
   };
   for (const Row& row : rows) EXPECT_EQ(searcher_.Property(row.name), row.answer) << row.name;
@@ -111,8 +114,8 @@ TEST_F(Properties, OutputFields)
 
 TEST_F(Properties, OthersCannotBeSet)
 {
-  for (const std::string name :
-       {"PafLibVersion", "PafEngineVersion", "PafVersionInfo", "Notice", "Properties", "PropertyName1"})
+  for (const std::string name : {"PafLibVersion", "PafEngineVersion", "PafVersionInfo", "SortPlanDate", "Notice",
+                                 "Properties", "PropertyName1", "Barcode:30000001", "BSP:2000", "ArfStatus:/x"})
     EXPECT_EQ(searcher_.SetProperty(name, "x"),
               (Answer{PAF_AU_ERR_READ_ONLY_PROPERTY, "The property \"" + name + "\" can only be read."}));
   EXPECT_EQ(searcher_.SetProperty("Nonsense", "x"),
@@ -169,10 +172,24 @@ TEST(OtherProperties, AnswerWithoutADatabase)
     Answer answer;
   };
   const Row rows[] = {
-      {"PafLibVersion", {0, "5.10.246"}},           {"paflibversion", {0, "5.10.246"}},
-      {"PafEngineVersion", {0, "1.0.0"}},           {"Properties", {0, "PafEngineVersion;PafLibVersion;Notice"}},
-      {"Delimiter", {PAF_ERR_NOT_IMPLEMENTED, ""}}, {"Barcode:12345678", {PAF_ERR_NOT_IMPLEMENTED, ""}},
-      {"BSP:2000", {PAF_ERR_NOT_IMPLEMENTED, ""}},  {"Nonsense", {PAF_ERR_NOT_IMPLEMENTED, ""}},
+      {"PafLibVersion", {0, "5.10.246"}},
+      {"paflibversion", {0, "5.10.246"}},
+      {"PafEngineVersion", {0, "1.0.0"}},
+      {"OutputFields", {0, kDefaultFields}},
+      {"outputfields", {0, kDefaultFields}},
+      {"PafVersionInfo", {0, ""}},
+      {"SORTPLANDATE", {0, ""}},
+      {"Notice", {0, kNotice}},
+      {"Properties", {0, "OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;SortPlanDate;Notice"}},
+      {"PropertyName5", {0, "SortPlanDate"}},
+      {"Delimiter", {PAF_ERR_NOT_IMPLEMENTED, ""}},
+      {"Attribution", {PAF_ERR_NOT_IMPLEMENTED, ""}},
+      {"BSP:2000", {PAF_ERR_NOT_IMPLEMENTED, ""}},
+      {"NPSP:2000", {PAF_ERR_NOT_IMPLEMENTED, ""}},
+      {"GIFProperty:x", {PAF_ERR_NOT_IMPLEMENTED, ""}},
+      {"3000000159", {PAF_ERR_NOT_IMPLEMENTED, ""}},
+      {"Barcode", {PAF_ERR_NOT_IMPLEMENTED, ""}},
+      {"Nonsense", {PAF_ERR_NOT_IMPLEMENTED, ""}},
       {"", {PAF_ERR_NOT_IMPLEMENTED, ""}},
   };
   for (const Row& row : rows) {

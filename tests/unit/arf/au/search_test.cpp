@@ -116,12 +116,16 @@ TEST_F(Search, DetailSurvivesLaterSuccesses)
 
 TEST_F(Search, EveryStatusHasASentence)
 {
-  const int codes[] = {PAF_AU_ERR_NOT_FOUND,        PAF_AU_ERR_SEVERAL_FOUND,      PAF_AU_ERR_WRONG_STREET,
-                       PAF_AU_ERR_WRONG_NUMBER,     PAF_AU_ERR_WRONG_LOCALITY,     PAF_AU_ERR_INPUT_TOO_LONG,
-                       PAF_AU_ERR_UNKNOWN_DPID,     PAF_AU_ERR_BAD_QUERY,          PAF_AU_ERR_NO_ENUMERATION,
-                       PAF_AU_ERR_UNKNOWN_PROPERTY, PAF_AU_ERR_READ_ONLY_PROPERTY, PAF_AU_ERR_PROPERTY_VALUE,
-                       PAF_AU_ERR_NOT_A_DATABASE,   PAF_AU_ERR_DATABASE_VERSION,   PAF_AU_ERR_DATABASE_TRUNCATED,
-                       PAF_AU_ERR_DATABASE_DAMAGED, PAF_AU_ERR_NOT_OPEN,           PAF_AU_ERR_INTERNAL};
+  const int codes[] = {PAF_AU_ERR_NOT_FOUND,          PAF_AU_ERR_SEVERAL_FOUND,      PAF_AU_ERR_WRONG_STREET,
+                       PAF_AU_ERR_WRONG_NUMBER,       PAF_AU_ERR_WRONG_LOCALITY,     PAF_AU_ERR_INPUT_TOO_LONG,
+                       PAF_AU_ERR_UNKNOWN_DPID,       PAF_AU_ERR_BAD_QUERY,          PAF_AU_ERR_NO_ENUMERATION,
+                       PAF_AU_ERR_UNKNOWN_PROPERTY,   PAF_AU_ERR_READ_ONLY_PROPERTY, PAF_AU_ERR_PROPERTY_VALUE,
+                       PAF_AU_ERR_NOT_A_DATABASE,     PAF_AU_ERR_DATABASE_VERSION,   PAF_AU_ERR_DATABASE_TRUNCATED,
+                       PAF_AU_ERR_DATABASE_DAMAGED,   PAF_AU_ERR_NOT_OPEN,           PAF_AU_ERR_INTERNAL,
+                       PAF_AU_ERR_BARCODE_DPID,       PAF_AU_ERR_BARCODE_FORMAT,     PAF_AU_ERR_BARCODE_ENCODING,
+                       PAF_AU_ERR_CUSTOMER_NOT_TAKEN, PAF_AU_ERR_CUSTOMER_TOO_LONG,  PAF_AU_ERR_CUSTOMER_CHARACTER,
+                       PAF_AU_ERR_NO_SORT_PLAN,       PAF_AU_ERR_BAD_SORT_PLAN,      PAF_AU_ERR_NOT_IN_SORT_PLAN,
+                       PAF_AU_ERR_BAD_POSTCODE};
   std::set<std::string> texts;
   for (const int code : codes) {
     const std::string text = searcher_.Description(code);

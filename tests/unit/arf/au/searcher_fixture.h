@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <string>
 
@@ -31,6 +34,20 @@ inline const std::string& SmallDirectory()
   static const test_support::TempDir dir;
   static const std::string path = BuildDatabaseFrom(dir, TestDataFile("lookup_addresses.csv"));
   return path;
+}
+
+/** Copies the small database, with its file changed. */
+template <class Change>
+std::string ChangedCopy(const test_support::TempDir& dir, Change change)
+{
+  std::filesystem::copy(arf_test::SmallDirectory(), dir.Path("copy"));
+  const std::string path = dir.Path("copy/address.arf");
+  std::ifstream in(path, std::ios::binary);
+  std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  in.close();
+  change(bytes);
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+  return dir.Path("copy");
 }
 
 inline DatabasePointer OpenSmall(int mode = 2)

@@ -66,6 +66,31 @@ TEST_F(Threads, AllGiveTheSameAnswers)
   for (const std::vector<Answer>& mine : answers) EXPECT_EQ(mine, expected);
 }
 
+TEST_F(Threads, SortPlanAndBarcodesAreShared)
+{
+  std::string plan = "date,2026-05-31\npostcode,bsp,npsp\n";
+  for (int postcode = 1000; postcode < 9000; postcode += 7)
+    plan += std::to_string(postcode) + ",b" + std::to_string(postcode) + ",n" + std::to_string(postcode) + "\n";
+  dir_.Write("db/sortplan.csv", plan);
+  const arf_test::DatabasePointer database(GetDb());
+  char error[255] = "";
+  ASSERT_EQ(database->Open(dir_.Path("db").c_str(), 3, error, sizeof error), 0) << error;
+  std::vector<std::thread> threads;
+  for (int start = 0; start < 4; ++start)
+    threads.emplace_back([&] {
+      Searcher searcher(*database);
+      for (int postcode = 1000; postcode < 9000; postcode += 7) {
+        const std::string text = std::to_string(postcode);
+        EXPECT_EQ(searcher.Property("BSP:" + text), (Answer{0, "b" + text}));
+        EXPECT_EQ(searcher.Property("NPSP:" + text), (Answer{0, "n" + text}));
+        char bars[68];
+        EXPECT_EQ(GetOtherProperties(("Barcode:" + text).c_str(), bars, sizeof bars), 0);
+        EXPECT_EQ(searcher.Property("Barcode:" + text).text, bars);
+      }
+    });
+  for (std::thread& thread : threads) thread.join();
+}
+
 /** What the library may ask of database and searcher while a query runs. */
 TEST_F(Threads, IdentityIsReadableDuringQueries)
 {

@@ -1,0 +1,70 @@
+#include "arf/barcode/reed_solomon.h"
+
+#include <algorithm>
+
+namespace arf {
+namespace {
+
+constexpr unsigned kFieldSize = 64;
+constexpr unsigned kOrder = kFieldSize - 1;  ///< of the multiplicative group
+constexpr unsigned kPrimitivePolynomial = 0b1000011;
+
+struct Field
+{
+  std::array<std::uint8_t, 2 * kOrder> power{};  ///< of the primitive element; twice, so that exponents may be added
+  std::array<std::uint8_t, kFieldSize> log{};    ///< meaningless for 0
+};
+
+constexpr Field MakeField()
+{
+  Field field;
+  unsigned value = 1;
+  for (unsigned exponent = 0; exponent < kOrder; ++exponent) {
+    field.power[exponent] = field.power[exponent + kOrder] = static_cast<std::uint8_t>(value);
+    field.log[value] = static_cast<std::uint8_t>(exponent);
+    value <<= 1;
+    if (value >= kFieldSize) value ^= kPrimitivePolynomial;
+  }
+  return field;
+}
+
+constexpr Field kField = MakeField();
+
+constexpr std::uint8_t Multiply(std::uint8_t a, std::uint8_t b)
+{
+  return a == 0 || b == 0 ? std::uint8_t{0} : kField.power[std::size_t{kField.log[a]} + kField.log[b]];
+}
+
+using Generator = std::array<std::uint8_t, kCheckSymbols>;
+
+/** The coefficients behind the leading 1, highest power first. */
+constexpr Generator MakeGenerator()
+{
+  std::array<std::uint8_t, kCheckSymbols + 1> product{1};
+  for (std::size_t root = 1; root <= kCheckSymbols; ++root)
+    for (std::size_t i = root; i > 0; --i)
+      product[i] = static_cast<std::uint8_t>(product[i] ^ Multiply(product[i - 1], kField.power[root]));
+  Generator generator{};
+  std::copy(product.begin() + 1, product.end(), generator.begin());
+  return generator;
+}
+
+constexpr Generator kGenerator = MakeGenerator();
+static_assert(kGenerator == Generator{30, 29, 17, 48});
+
+}  // namespace
+
+std::array<std::uint8_t, kCheckSymbols> CheckSymbols(std::span<const std::uint8_t> data)
+{
+  std::array<std::uint8_t, kCheckSymbols> rest{};
+  for (const std::uint8_t symbol : data) {
+    const auto lead = static_cast<std::uint8_t>((symbol ^ rest[0]) % kFieldSize);
+    std::shift_left(rest.begin(), rest.end(), 1);
+    rest.back() = 0;
+    for (std::size_t i = 0; i < kCheckSymbols; ++i)
+      rest[i] = static_cast<std::uint8_t>(rest[i] ^ Multiply(lead, kGenerator[i]));
+  }
+  return rest;
+}
+
+}  // namespace arf
