@@ -31,7 +31,7 @@ int AuDatabase::Open(const char* path, int mode, char* errText, int errSize)
 int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize)
 {
   BoundedText error(errText, errSize);
-  if (engine_) {
+  if (isOpen_) {
     error << "The database " << path_ << " is open already.";
     return PAF_AU_ERR_NOT_OPEN;
   }
@@ -40,9 +40,9 @@ int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize)
   OpenResult result;
   std::unique_ptr<Database> database = Database::Open(path_, ModeOf(mode), result);
   if (database) {
-    auto sortPlan = std::make_shared<const SortPlanFile>(ReadSortPlanOf(path_));
-    engine_ = std::make_shared<const Engine>(std::move(database));
-    sortPlan_ = std::move(sortPlan);
+    auto engine = std::make_unique<const Engine>(std::move(database));
+    current_->Set(std::make_shared<const OpenData>(OpenData{std::move(engine), ReadSortPlanOf(path_)}));
+    isOpen_ = true;
     return 0;
   }
   error << result.message;
@@ -51,8 +51,8 @@ int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize)
 
 void AuDatabase::Close()
 {
-  engine_.reset();
-  sortPlan_.reset();
+  current_->Set(nullptr);
+  isOpen_ = false;
 }
 
 }  // namespace arf

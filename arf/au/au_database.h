@@ -6,8 +6,7 @@
 #include <string>
 
 #include "arf/au/live_objects.h"
-#include "arf/barcode/sort_plan.h"
-#include "arf/match/engine.h"
+#include "arf/au/open_data.h"
 #include "qxpaf/arf_plugin.h"
 
 namespace arf {
@@ -23,10 +22,8 @@ class AuDatabase final : public IArfDb, private LiveObject
   int Open(const char* path, int mode, char* errText, int errSize) override;
   void Close() override;
 
-  /** What searchers read; shared with them, so that it outlives a Close that comes too early. Null unless open. */
-  const std::shared_ptr<const Engine>& GetEngine() const { return engine_; }
-  /** The sort plan as it was when the database was opened, or what is wrong with it; shared in the same way. */
-  const std::shared_ptr<const SortPlanFile>& GetSortPlan() const { return sortPlan_; }
+  /** Where searchers find what they read. */
+  std::shared_ptr<const CurrentData> Current() const { return current_; }
 
  private:
   int OpenFile(const char* path, int mode, char* errText, int errSize);
@@ -34,8 +31,8 @@ class AuDatabase final : public IArfDb, private LiveObject
   std::string path_;
   int mode_ = 0;
   int users_ = 0;
-  std::shared_ptr<const Engine> engine_;
-  std::shared_ptr<const SortPlanFile> sortPlan_;
+  bool isOpen_ = false;
+  const std::shared_ptr<CurrentData> current_ = std::make_shared<CurrentData>();
 };
 
 }  // namespace arf

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "arf/au/address_record.h"
 #include "arf/au/ascii.h"
@@ -77,9 +78,33 @@ QueryRecord ReadQueryRecord(std::string_view record, char delimiter)
 
 }  // namespace
 
-AuSearcher::AuSearcher(AuDatabase& database) : database_(database)
+AuSearcher::AuSearcher(AuDatabase& database) : database_(database), current_(database.Current())
 {
-  if (database.GetEngine()) searches_ = std::make_unique<Searches>(database);
+  IsOpen();
+}
+
+/** Follows the database to the data that it was opened on last; without such data the searcher keeps what it has. */
+bool AuSearcher::IsOpen()
+{
+  std::shared_ptr<const OpenData> data;
+  if (current_->GetNewer(version_, data) && data) {
+    const std::unique_ptr<Searches> before = std::exchange(searches_, std::make_unique<Searches>(std::move(data)));
+    // What names places in the data before must not be looked up in these.
+    parsed_ = Parsed::Nothing;
+    lastFailure_ = LastFailure();
+    const FieldList fields = std::exchange(settings_.outputFields, FieldList());
+    if (before) AdoptOutputFields(before->Data(), fields);
+  }
+  return searches_ != nullptr;
+}
+
+/** Fields that the other database had as attributes and this one has not leave the output fields as they are. */
+void AuSearcher::AdoptOutputFields(const Database& from, const FieldList& fields)
+{
+  char names[4096];
+  BoundedText text(names, sizeof names);
+  fields.Write(&from, text);
+  if (text.IsWhole()) settings_.outputFields.Read(searches_->Data(), text.View());
 }
 
 void AuSearcher::Release()
@@ -127,12 +152,12 @@ int AuSearcher::LookupAddress(const char* address, char* out, int outSize, int a
 
 int AuSearcher::Lookup(std::string_view address, Rules rules, BoundedText& out)
 {
-  if (!searches_) return NotOpen();
+  if (!IsOpen()) return NotOpen();
   parsed_ = Parsed::Address;
   const LookupAnswer answer = searches_->matcher.Lookup(address, rules);
   if (answer.verdict != Verdict::Found) return FailSearch(answer.verdict, searches_->matcher.LastFailure());
   findStatus_ = answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
-  AppendDpid(out, searches_->engine->Data().DpidOf(answer.ordinal));
+  AppendDpid(out, searches_->Data().DpidOf(answer.ordinal));
   return 0;
 }
 
@@ -143,19 +168,19 @@ int AuSearcher::FixLastLine(const char* input, char* out, int outSize)
 
 int AuSearcher::Fix(std::string_view input, BoundedText& out)
 {
-  if (!searches_) return NotOpen();
+  if (!IsOpen()) return NotOpen();
   parsed_ = Parsed::LastLine;
   const LastLineAnswer answer = searches_->fixer.Fix(input);
   if (answer.verdict != Verdict::Found) return FailSearch(answer.verdict, searches_->fixer.LastFailure());
   findStatus_ = answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
-  AppendLocality(out, searches_->engine->Data().LocalityAt(answer.locality));
+  AppendLocality(out, searches_->Data().LocalityAt(answer.locality));
   return 0;
 }
 
 int AuSearcher::GetAddress(const char* query, char* out, int outSize)
 {
   return Answer(out, outSize, [&](BoundedText& text) {
-    if (!searches_) return NotOpen();
+    if (!IsOpen()) return NotOpen();
     searches_->addresses.Reset();
     const int status = StartAddresses(TextOf(query));
     return status == 0 ? WriteCurrent(text) : status;
@@ -165,7 +190,7 @@ int AuSearcher::GetAddress(const char* query, char* out, int outSize)
 int AuSearcher::GetNextAddress(char* out, int outSize)
 {
   return Answer(out, outSize, [&](BoundedText& text) {
-    if (!searches_) return NotOpen();
+    if (!IsOpen()) return NotOpen();
     if (!searches_->addresses.IsStarted()) return lastFailure_.Record(PAF_AU_ERR_NO_ENUMERATION, std::string_view());
     return WriteCurrent(text);
   });
@@ -180,7 +205,7 @@ int AuSearcher::WriteCurrent(BoundedText& out)
     AppendEmptyRecord(out, settings_.outputFields, settings_.delimiter);
     return 0;
   }
-  AppendAddressRecord(out, searches_->engine->Data(), *point, settings_.outputFields, settings_.delimiter);
+  AppendAddressRecord(out, searches_->Data(), *point, settings_.outputFields, settings_.delimiter);
   if (out.IsWhole()) addresses.Advance();
   return 0;
 }
@@ -214,7 +239,7 @@ int AuSearcher::StartWithDpid(std::string_view text)
   if (digits.empty() || !std::all_of(digits.begin(), digits.end(), IsDigit))
     return FailQuery(PAF_AU_ERR_BAD_QUERY, "The identifier in field 8 is no number.");
   const std::uint32_t dpid = isNegative ? 0 : DigitsToDpid(digits);
-  const std::optional<std::uint32_t> ordinal = searches_->engine->Data().FindDpid(dpid);
+  const std::optional<std::uint32_t> ordinal = searches_->Data().FindDpid(dpid);
   if (dpid == 0 || !ordinal) {
     FixedText<64> detail("No address has the identifier ");
     detail.Append(text);
@@ -233,7 +258,7 @@ int AuSearcher::StartWithLine(std::string_view line)
     failure.fault = Fault::TooLong;
     return FailSearch(Verdict::TooLong, failure);
   }
-  const Failure failure = FindLocalities(*searches_->engine, searches_->query, searches_->addresses.Localities());
+  const Failure failure = FindLocalities(*searches_->data->engine, searches_->query, searches_->addresses.Localities());
   if (failure.fault != Fault::None) return FailSearch(VerdictOf(failure.fault), failure);
   findStatus_ = PAF_AU_FIND_MATCHED;
   searches_->addresses.StartLocalities();
@@ -243,7 +268,7 @@ int AuSearcher::StartWithLine(std::string_view line)
 int AuSearcher::GetParsedInput(char* out, int outSize)
 {
   return Answer(out, outSize, [&](BoundedText& text) {
-    if (!searches_) return NotOpen();
+    if (!IsOpen()) return NotOpen();
     const auto status = static_cast<PafAuFindStatus>(findStatus_);
     const Searches& s = *searches_;
     if (parsed_ == Parsed::Nothing)
@@ -264,7 +289,7 @@ int AuSearcher::GetProperties(const char* name, char* out, int outSize)
 int AuSearcher::Read(std::string_view property, BoundedText& out)
 {
   PropertySource source;
-  if (searches_) source = {&searches_->engine->Data(), searches_->sortPlan.get(), &settings_};
+  if (IsOpen()) source = {&searches_->Data(), &searches_->data->sortPlan, &settings_};
   char buffer[256];
   BoundedText reason(buffer, sizeof buffer);
   const int status = ReadProperty(property, source, out, reason);
@@ -275,32 +300,28 @@ int AuSearcher::SetProperties(const char* name, const char* value, char* errText
 {
   BoundedText error(errText, errSize);
   return Guarded([&] {
-    if (!searches_) return NotOpen();
+    if (!IsOpen()) return NotOpen();
     char buffer[256];
     BoundedText reason(buffer, sizeof buffer);
-    const int status = WriteProperty(TextOf(name), TextOf(value), searches_->engine->Data(), settings_, reason);
+    const int status = WriteProperty(TextOf(name), TextOf(value), searches_->Data(), settings_, reason);
     if (status == 0) return 0;
     error << reason.View();
     return lastFailure_.Record(status, reason.View());
   });
 }
 
-/** Fields that the other database had as attributes and this one has not leave the output fields as they are. */
 void AuSearcher::TakeOverFrom(IArfSearcher* previous)
 {
   const auto* other = dynamic_cast<const AuSearcher*>(previous);
-  if (!other || !searches_ || !other->searches_) return;
+  if (!other || !IsOpen() || !other->searches_) return;
   settings_.delimiter = other->settings_.delimiter;
-  char names[4096];
-  BoundedText text(names, sizeof names);
-  other->settings_.outputFields.Write(&other->searches_->engine->Data(), text);
-  if (text.IsWhole()) settings_.outputFields.Read(searches_->engine->Data(), text.View());
+  AdoptOutputFields(other->searches_->Data(), other->settings_.outputFields);
 }
 
 void AuSearcher::GetErrorDescription(char* out, int code, int outSize)
 {
   BoundedText text(out, outSize);
-  lastFailure_.Describe(code, searches_ ? &searches_->engine->Data() : nullptr, text);
+  lastFailure_.Describe(code, searches_ ? &searches_->Data() : nullptr, text);
 }
 
 }  // namespace arf

@@ -61,16 +61,13 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   /** Everything that needs an open database. */
   struct Searches
   {
-    explicit Searches(const AuDatabase& database)
-        : engine(database.GetEngine()),
-          sortPlan(database.GetSortPlan()),
-          matcher(*engine),
-          fixer(*engine),
-          addresses(engine->Data())
+    explicit Searches(std::shared_ptr<const OpenData> opened)
+        : data(std::move(opened)), matcher(*data->engine), fixer(*data->engine), addresses(Data())
     {
     }
-    std::shared_ptr<const Engine> engine;
-    std::shared_ptr<const SortPlanFile> sortPlan;
+    const Database& Data() const { return data->engine->Data(); }
+
+    std::shared_ptr<const OpenData> data;
     Matcher matcher;
     LastLineFixer fixer;
     InputText query;  ///< of GetAddress
@@ -88,6 +85,8 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   template <class Operation>
   int Answer(char* out, int outSize, Operation&& operation);
   int NotOpen();
+  bool IsOpen();
+  void AdoptOutputFields(const Database& from, const FieldList& fields);
   int Lookup(std::string_view address, Rules rules, BoundedText& out);
   int Fix(std::string_view input, BoundedText& out);
   int StartAddresses(std::string_view query);
@@ -99,7 +98,9 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   int FailQuery(int code, std::string_view detail);
   int Read(std::string_view property, BoundedText& out);
 
-  AuDatabase& database_;
+  AuDatabase& database_;  ///< only to name it: it may be gone
+  const std::shared_ptr<const CurrentData> current_;
+  unsigned version_ = 0;
   std::unique_ptr<Searches> searches_;
   Settings settings_;
   LastFailure lastFailure_;

@@ -145,4 +145,58 @@ TEST(Searcher, OutlivesAnEarlyClose)
   EXPECT_EQ(searcher.Lookup("1 George St Sydney").text, "30000001");
 }
 
+/** A database of one address with one attribute. */
+std::string OneAddress(const test_support::TempDir& dir)
+{
+  return arf_test::BuildDatabaseFrom(
+      dir, dir.Write("one.csv",
+                     "dpid,number_first,street_name,street_type,locality,state,postcode,zone\n"
+                     "70000001,9,WATTLE,ROAD,BELROSE,NSW,2085,north\n"));
+}
+
+TEST(Searcher, FollowsItsDatabaseToOtherFiles)
+{
+  const test_support::TempDir dir;
+  const DatabasePointer database = OpenSmall();
+  arf_test::Searcher searcher(*database);
+  EXPECT_EQ(searcher.SetProperty("Delimiter", "|").status, 0);
+  EXPECT_EQ(searcher.SetProperty("OutputFields", "DPID;mesh_block;zone").status, 0);
+  EXPECT_EQ(searcher.Lookup("99 George St Sydney").status, PAF_AU_ERR_WRONG_NUMBER);
+
+  database->Close();
+  char error[255] = "";
+  ASSERT_EQ(database->Open(OneAddress(dir).c_str(), 2, error, sizeof error), 0) << error;
+  EXPECT_EQ(searcher.Description(PAF_AU_ERR_WRONG_NUMBER).find("George"), std::string::npos);
+  EXPECT_EQ(searcher.Lookup("9 Wattle Rd Belrose").text, "70000001");
+  EXPECT_NE(searcher.Lookup("1 George St Sydney").status, 0);
+  EXPECT_EQ(searcher.Property("Delimiter").text, "|");
+  EXPECT_NE(searcher.Property("OutputFields").text.find("DPID"), std::string::npos);
+  EXPECT_EQ(searcher.Property("OutputFields").text.find("mesh_block"), std::string::npos);
+}
+
+TEST(Searcher, KeepsItsOutputFieldsOnFilesThatHaveThem)
+{
+  const test_support::TempDir dir;
+  const DatabasePointer database = OpenSmall();
+  arf_test::Searcher searcher(*database);
+  EXPECT_EQ(searcher.SetProperty("OutputFields", "DPID;zone").status, 0);
+  database->Close();
+  char error[255] = "";
+  ASSERT_EQ(database->Open(OneAddress(dir).c_str(), 2, error, sizeof error), 0) << error;
+  EXPECT_EQ(searcher.Property("OutputFields").text, "DPID;zone");
+  EXPECT_EQ(searcher.Get("\t\t\t\t\t\t\t70000001").text, "70000001\tnorth");
+}
+
+TEST(Searcher, GoesOnWithItsFilesWhenTheNewOnesCannotBeOpened)
+{
+  const test_support::TempDir dir;
+  const DatabasePointer database = OpenSmall();
+  arf_test::Searcher searcher(*database);
+  database->Close();
+  char error[255] = "";
+  EXPECT_NE(database->Open(dir.Path("nothing").c_str(), 2, error, sizeof error), 0);
+  database->Close();
+  EXPECT_EQ(searcher.Lookup("1 George St Sydney").text, "30000001");
+}
+
 }  // namespace
