@@ -33,7 +33,7 @@ struct Call
 
   void Empty() const { text[0] = '\0'; }
 
-  /** For operations that work in place: moves the data to where the answer will stand. */
+  /** For operations that work in place: moves the data to where the answer will stand, over the parameters' texts. */
   char* DataAtStart() const
   {
     std::memmove(text, rest, std::strlen(rest) + 1);
@@ -94,8 +94,9 @@ int CloseArf(const Call& call)
 
 int LookupAddress(const Call& call)
 {
+  const int id = call.Number(0);
   const int amas = IsTrue(call.values[1]) ? 0 : 1;
-  return pafLookupAddress(call.Number(0), call.DataAtStart(), call.BufferSize(), amas);
+  return pafLookupAddress(id, call.DataAtStart(), call.BufferSize(), amas);
 }
 
 int DpidToAddress(const Call& call)
@@ -152,12 +153,14 @@ int FormatAddress(const Call& call)
 
 int ValidatePartialAddress(const Call& call)
 {
-  return pafValidatePartialAddressId(call.Number(0), call.DataAtStart(), call.BufferSize());
+  const int id = call.Number(0);
+  return pafValidatePartialAddressId(id, call.DataAtStart(), call.BufferSize());
 }
 
 int FixLastLine(const Call& call)
 {
-  return pafFixLastLineId(call.Number(0), call.DataAtStart(), call.BufferSize());
+  const int id = call.Number(0);
+  return pafFixLastLineId(id, call.DataAtStart(), call.BufferSize());
 }
 
 int PostcodeToPlan(const Call& call)
