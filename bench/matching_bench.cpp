@@ -1,5 +1,6 @@
 // Phonetic keys and fuzzy comparisons beside the plain transcriptions that they are tested against ("/plain"), on names
-// of 5 to 12 letters and streets of 15 to 40. One item is one call; strcmp stands beside StringsNearlyTheSame.
+// of 5 to 12 letters, streets of 15 to 40 and address lines with numbers. One item is one call; strcmp stands beside
+// StringsNearlyTheSame.
 #include <benchmark/benchmark.h>
 
 #include <cstring>
@@ -52,6 +53,18 @@ const Texts& Streets()
   return streets;
 }
 
+// As they are typed: with numbers, units and short forms.
+const Texts& AddressLines()
+{
+  static const Texts lines = {
+      "12 OLD NORTHERN ROAD",   "14 OLD NORTHERN ROAD",      "345-347 OLD NORTHERN RD",   "UNIT 5 16 HIGH STREET",
+      "UNIT 55 16 HIGH STREET", "UNIT 5 18 HIGH STREET",     "LEVEL 3 120 COLLINS ST",    "LEVEL 13 120 COLLINS ST",
+      "120 COLLINS STREET",     "RMB 4021 BACK CREEK ROAD",  "RMB 4012 BACK CREEK ROAD",  "1A KIRKBRIDE WAY",
+      "1 KIRKBRIDE WAY",        "PO BOX 12345 NORTH SYDNEY", "PO BOX 12354 NORTH SYDNEY", "27 WESTERN HIGHWAY",
+      "SHOP 4 27 WESTERN HWY",  "GATE 2 PRINCES HIGHWAY",    "8/21 THE ESPLANADE",        "21 THE ESPLANADE"};
+  return lines;
+}
+
 using Pairs = std::vector<std::pair<std::string, std::string>>;
 
 // Every text against every other one.
@@ -69,6 +82,23 @@ Pairs SimilarPairs(const Texts& texts)
 {
   Pairs out;
   for (std::size_t i = 0; i + 1 < texts.size(); i += 2) out.emplace_back(texts[i], texts[i + 1]);
+  return out;
+}
+
+// Every text against itself with one slip, the four kinds in turn, at each place but the last.
+Pairs SlippedPairs(const Texts& texts)
+{
+  Pairs out;
+  for (const std::string& text : texts) {
+    for (std::size_t at = 0; at + 1 < text.size(); ++at) {
+      std::string slipped = text;
+      if (at % 4 == 0) slipped[at] = slipped[at] == 'E' ? 'A' : 'E';
+      if (at % 4 == 1) slipped.insert(at, 1, 'R');
+      if (at % 4 == 2) slipped.erase(at, 1);
+      if (at % 4 == 3) std::swap(slipped[at], slipped[at + 1]);
+      out.emplace_back(text, slipped);
+    }
+  }
   return out;
 }
 
@@ -160,11 +190,15 @@ void RegisterAll()
     const char* title;
     Pairs pairs;
   } kinds[] = {{"names", AllPairs(Names())},
+               {"slipped names", SlippedPairs(Names())},
                {"similar names", SimilarPairs(Names())},
                {"equal names", EqualPairs(Names())},
                {"streets", AllPairs(Streets())},
+               {"slipped streets", SlippedPairs(Streets())},
                {"similar streets", SimilarPairs(Streets())},
-               {"equal streets", EqualPairs(Streets())}};
+               {"equal streets", EqualPairs(Streets())},
+               {"address lines", AllPairs(AddressLines())},
+               {"slipped address lines", SlippedPairs(AddressLines())}};
   for (const auto& kind : kinds) {
     MeasureDistances(kind.title, kind.pairs);
     MeasureNearSameness(kind.title, kind.pairs);

@@ -1,177 +1,190 @@
-// Text clean-up, packing and distance on address lines and on a megabyte, beside the plain transcriptions of the tests
-// and (where it was found) ICU. Rates are of input bytes.
-#include <benchmark/benchmark.h>
-
+// Text clean-up, packing and geometry beside the plain transcriptions of the
+// tests, ICU's title case and the bare formula of the distance. Functions in
+// place work on a fresh copy in storage that is reused.
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "measure.h"
 #include "qxpaf/text/geometry.h"
 #include "qxpaf/text/normalise.h"
 #include "qxpaf/text/packing.h"
+#include "reference/geometry_reference.h"
+#include "reference/normalise_reference.h"
 #include "reference/packing_reference.h"
 
 #ifdef QXPAF_BENCH_ICU
 #include <unicode/ubrk.h>
 #include <unicode/ucasemap.h>
+
+#include <stdexcept>
 #endif
 
 namespace {
 
-constexpr const char* kLine = "UNIT 12 345-347 OLD NORTHERN RD O'BRIEN LEVEL VIII";
+using bench::Measure;
 
-// ---- Clean-up in place: every round on a fresh copy
-// -------------------------------------------------------------------
+// ---- Clean-up
+// -------------------------------------------------------------------------------------------------------
 
 template <class CleanUp>
-void InPlace(benchmark::State& state, const std::string& text, CleanUp cleanUp)
+auto InPlace(CleanUp cleanUp)
 {
-  std::string buffer = text;
-  for (auto _ : state) {
-    std::memcpy(buffer.data(), text.c_str(), text.size() + 1);
+  return [cleanUp](const std::string& text) {
+    static std::string buffer;
+    buffer.assign(text);
     cleanUp(buffer.data());
-    benchmark::DoNotOptimize(buffer.data());
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(text.size()));
+    return buffer.data();
+  };
 }
 
-std::string Repeated(const std::string& part, std::size_t size)
+void RegisterCleanUp()
 {
-  std::string out;
-  while (out.size() < size) out += part;
-  return out;
+  static const bench::Inputs<std::string> brackets = {
+      {"brackets line", {"12 (rear) OLD NORTHERN RD [lot 2] CASTLE HILL", "{Shop 4} (159-175 CHURCH ST) PARRAMATTA"}},
+      {"nested 100 KB", {std::string(50000, '(') + std::string(50000, ')')}}};
+  const auto& texts = bench::AddressTexts();
+  Measure("TitleCase", texts, InPlace(TitleCase));
+  Measure("TitleCase", texts, "plain", reference::TitleCase);
+  Measure("TitleCaseUtf8", texts, InPlace(TitleCaseUtf8));
+  Measure("TitleCaseUtf8", texts, "plain", reference::TitleCaseUtf8);
+  Measure("RemovePunctuationForIndex", texts, InPlace([](char* s) { RemovePunctuationForIndex(s, '\''); }));
+  Measure("RemovePunctuationForIndex", texts, "plain",
+          [](const std::string& s) { return reference::RemovePunctuationForIndex(s, '\''); });
+  Measure("RemoveInBrackets", brackets, InPlace(RemoveInBrackets));
 }
-
-void CopyOnly(benchmark::State& state)
-{
-  InPlace(state, kLine, [](char*) {});
-}
-
-void TitleCaseLine(benchmark::State& state)
-{
-  InPlace(state, kLine, TitleCase);
-}
-
-void TitleCaseUtf8Line(benchmark::State& state)
-{
-  InPlace(state, kLine, TitleCaseUtf8);
-}
-
-void TitleCaseUtf8Accents(benchmark::State& state)
-{
-  InPlace(state, "14 RUE DE LA RÉPUBLIQUE, SÃO JOSÉ, ÎLE-DE-BRÉHAT", TitleCaseUtf8);
-}
-
-void PunctuationLine(benchmark::State& state)
-{
-  InPlace(state, kLine, [](char* s) { RemovePunctuationForIndex(s, '\''); });
-}
-
-void BracketsOfALine(benchmark::State& state)
-{
-  InPlace(state, "12 (rear) OLD NORTHERN RD [lot 2] CASTLE HILL", RemoveInBrackets);
-}
-
-void BracketsNestedDeep(benchmark::State& state)
-{
-  InPlace(state, Repeated("(", 50000) + Repeated(")", 50000), RemoveInBrackets);
-}
-
-BENCHMARK(CopyOnly);
-BENCHMARK(TitleCaseLine);
-BENCHMARK(TitleCaseUtf8Line);
-BENCHMARK(TitleCaseUtf8Accents);
-BENCHMARK(PunctuationLine);
-BENCHMARK(BracketsOfALine);
-BENCHMARK(BracketsNestedDeep);
 
 #ifdef QXPAF_BENCH_ICU
-// The break iterator is made once, as a careful caller would.
-void IcuTitleCaseLine(benchmark::State& state)
+// With a break iterator that is made once, as a careful caller would.
+class IcuTitleCase
 {
-  UErrorCode status = U_ZERO_ERROR;
-  UCaseMap* const map = ucasemap_open("", 0, &status);
-  UBreakIterator* const words = ubrk_open(UBRK_WORD, "", nullptr, 0, &status);
-  ucasemap_setBreakIterator(map, words, &status);  // which owns it from now on
-  const auto length = static_cast<std::int32_t>(std::strlen(kLine));
-  char out[200];
-  for (auto _ : state) {
-    status = U_ZERO_ERROR;
-    benchmark::DoNotOptimize(ucasemap_utf8ToTitle(map, out, sizeof out, kLine, length, &status));
-    benchmark::ClobberMemory();
+ public:
+  IcuTitleCase() : map_(ucasemap_open("", 0, &status_))
+  {
+    ucasemap_setBreakIterator(map_, ubrk_open(UBRK_WORD, "", nullptr, 0, &status_),
+                              &status_);  // which it owns
+    Check();
   }
-  if (U_FAILURE(status)) state.SkipWithError(u_errorName(status));
-  ucasemap_close(map);
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * length);
-}
+  IcuTitleCase(const IcuTitleCase&) = delete;
+  IcuTitleCase& operator=(const IcuTitleCase&) = delete;
+  ~IcuTitleCase() { ucasemap_close(map_); }
 
-BENCHMARK(IcuTitleCaseLine);
+  std::int32_t Convert(const std::string& s)
+  {
+    out_.resize(std::max(out_.size(), 2 * s.size()));
+    const auto length = ucasemap_utf8ToTitle(map_, out_.data(), static_cast<std::int32_t>(out_.size()), s.data(),
+                                             static_cast<std::int32_t>(s.size()), &status_);
+    Check();
+    return length;
+  }
+
+ private:
+  void Check() const
+  {
+    if (U_FAILURE(status_)) throw std::runtime_error(u_errorName(status_));
+  }
+
+  UErrorCode status_ = U_ZERO_ERROR;
+  UCaseMap* map_;
+  std::string out_;
+};
+
+void RegisterIcu()
+{
+  const auto convert = [](const std::string& s) {
+    static IcuTitleCase titleCase;
+    return titleCase.Convert(s);
+  };
+  for (const char* function : {"TitleCase", "TitleCaseUtf8"}) Measure(function, bench::AddressTexts(), "icu", convert);
+}
+#else
+void RegisterIcu() {}
 #endif
 
 // ---- Packing
-// ------------------------------------------------------------------------------------------------------------
+// --------------------------------------------------------------------------------------------------------
 
-constexpr std::int64_t kMegabyte = 1 << 20;
+using bench::kMegabyte;
 
-std::string Storable(std::size_t size)
+char* Room()
 {
-  return Repeated("UNIT 12 345-347 OLD NORTHERN RD CASTLE HILL ", size).substr(0, size);
+  static std::vector<char> room(kMegabyte);
+  return room.data();
+}
+
+// The work is called through a pointer that the compiler cannot look through,
+// or it would bend the plain loops to the constants of this file.
+template <class Function>
+Function Hidden(Function function)
+{
+  Function volatile hidden = function;
+  return hidden;
 }
 
 using Packer = unsigned long (*)(char*, unsigned long, const char*, unsigned long);
 using Unpacker = void (*)(char*, const char*, int);
 
-// The functions are hidden from the compiler, so that it does not bend the plain loops to the constants of this file.
-void Pack(benchmark::State& state, Packer pack)
+auto Pack(Packer pack)
 {
-  benchmark::DoNotOptimize(pack);
-  const std::string text = Storable(static_cast<std::size_t>(state.range(0)));
-  std::vector<char> packed(text.size());
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(pack(packed.data(), packed.size(), text.data(), text.size()));
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * state.range(0));
+  return [pack = Hidden(pack)](const std::string& s) { return pack(Room(), kMegabyte, s.data(), s.size()); };
 }
 
-void Unpack(benchmark::State& state, Unpacker unpack)
+struct PackedText
 {
-  benchmark::DoNotOptimize(unpack);
-  std::string text = Storable(static_cast<std::size_t>(state.range(0)));
-  std::vector<char> packed(text.size());
-  Compress6(packed.data(), packed.size(), text.data(), text.size());
-  for (auto _ : state) {
-    unpack(text.data(), packed.data(), static_cast<int>(text.size()));
-    benchmark::ClobberMemory();
-  }
-  state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) * state.range(0));
+  std::string bytes;
+  int count;
+};
+
+auto Unpack(Unpacker unpack)
+{
+  return [unpack = Hidden(unpack)](const PackedText& packed) {
+    unpack(Room(), packed.bytes.data(), packed.count);
+    return Room();
+  };
 }
 
-void Compress5Line(benchmark::State& state)
+PackedText PackedOf(const std::string& s)
 {
-  const std::string text = Storable(45);
-  char packed[45];
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(Compress5(packed, sizeof packed, text.data(), text.size()));
-    benchmark::ClobberMemory();
-  }
+  std::string bytes(s.size(), '\0');
+  bytes.resize(Compress6(bytes.data(), bytes.size(), s.data(), s.size()));
+  return {bytes, static_cast<int>(s.size())};
 }
 
-BENCHMARK_CAPTURE(Pack, library, Compress6)->Arg(30)->Arg(45)->Arg(60)->Arg(kMegabyte);
-BENCHMARK_CAPTURE(Pack, plain, reference::Compress6)->Arg(30)->Arg(45)->Arg(60)->Arg(kMegabyte);
-BENCHMARK_CAPTURE(Unpack, library, Decompress6)->Arg(30)->Arg(45)->Arg(60)->Arg(kMegabyte);
-BENCHMARK_CAPTURE(Unpack, plain, reference::Decompress6)->Arg(30)->Arg(45)->Arg(60)->Arg(kMegabyte);
-BENCHMARK(Compress5Line);
+// Text of the six-bit alphabet.
+std::string Storable(std::size_t size)
+{
+  const std::string line = "UNIT 12 345-347 OLD NORTHERN RD CASTLE HILL ";
+  return bench::Repeated(line, size + line.size()).substr(0, size);
+}
 
-// ---- Distance
-// -----------------------------------------------------------------------------------------------------------
+void RegisterPacking()
+{
+  static const bench::Inputs<std::string> texts = {{"30 byte line", {Storable(30)}},
+                                                   {"45 byte line", {Storable(45)}},
+                                                   {"60 byte line", {Storable(60)}},
+                                                   {"1 MB", {Storable(kMegabyte)}}};
+  static const auto packed = bench::Converted(texts, PackedOf);
+  Measure("Compress6", texts, Pack(Compress6));
+  Measure("Compress6", texts, "plain", Pack(reference::Compress6));
+  Measure("Decompress6", packed, Unpack(Decompress6));
+  Measure("Decompress6", packed, "plain", Unpack(reference::Decompress6));
+  const auto five = [](long (*pack)(char*, unsigned long, const char*, unsigned long)) {
+    return [pack = Hidden(pack)](const std::string& s) { return pack(Room(), kMegabyte, s.data(), s.size()); };
+  };
+  Measure("Compress5", texts, five(Compress5));
+  Measure("Compress5", texts, "plain", five(reference::Compress5));
+}
+
+// ---- Geometry
+// -------------------------------------------------------------------------------------------------------
 
 constexpr double kRadians = 0.017453292519943295;
 
-// The bare formula, without the tests around it.
+// Without the tests around it.
 double Formula(double lat1, double lon1, double lat2, double lon2)
 {
   return std::acos(std::sin(lat1 * kRadians) * std::sin(lat2 * kRadians) +
@@ -180,25 +193,44 @@ double Formula(double lat1, double lon1, double lat2, double lon2)
          6371.0;
 }
 
+using Points = std::array<double, 4>;
 using Distance = double (*)(double, double, double, double);
 
-void Measure(benchmark::State& state, Distance distance)
+// Up to so many degrees apart, within Australia.
+std::vector<Points> PointsWithin(double degrees)
 {
-  benchmark::DoNotOptimize(distance);
   std::mt19937 random(1);
-  std::uniform_real_distribution<double> degrees(-80, 80);
-  std::vector<double> points(4096);
-  for (double& p : points) p = degrees(random);
-  std::size_t i = 0;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(distance(points[i], points[i + 1], points[i + 2], points[i + 3]));
-    i = (i + 4) % points.size();
+  std::uniform_real_distribution<double> latitude(-43, -11), longitude(113, 153), offset(-degrees, degrees);
+  std::vector<Points> out(1024);
+  for (Points& p : out) {
+    p[0] = latitude(random);
+    p[1] = longitude(random);
+    p[2] = p[0] + offset(random);
+    p[3] = p[1] + offset(random);
   }
+  return out;
 }
 
-BENCHMARK_CAPTURE(Measure, library, static_cast<Distance>(LatLongDist));
-BENCHMARK_CAPTURE(Measure, formula, Formula);
+auto Between(Distance distance)
+{
+  return [distance = Hidden(distance)](const Points& p) { return distance(p[0], p[1], p[2], p[3]); };
+}
+
+void RegisterGeometry()
+{
+  static const bench::Inputs<Points> points = {{"near points", PointsWithin(0.05)}, {"far points", PointsWithin(20)}};
+  Measure("LatLongDist", points, Between(LatLongDist));
+  Measure("LatLongDist", points, "formula", Between(Formula));
+  Measure("LatLongDist", points, "plain", Between(reference::LatLongDist));
+}
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv)
+{
+  RegisterCleanUp();
+  RegisterIcu();
+  RegisterPacking();
+  RegisterGeometry();
+  return bench::Run(argc, argv);
+}

@@ -1,19 +1,15 @@
-// Case, classes and accents on lines of 30 to 60 bytes and on a megabyte of them, beside the same loop over ICU's
-// function for one character and, for accents in UTF-8, utf8proc's decompose-and-strip. Functions by value return a new
-// string, so that allocating and copying one is part of their figures; "copy" is that part alone, and "assign" the copy
-// that functions in place start from. Compare times of one run only; on a busy machine, the least of many repetitions:
-//
-//     bench_unicode --benchmark_repetitions=30 --benchmark_min_time=0.005 --benchmark_enable_random_interleaving=true
-//                   --benchmark_report_aggregates_only=true
-#include <benchmark/benchmark.h>
-
+// Case, classes and accents beside the plain transcriptions of the tests, the
+// same loop over ICU's function for one character and, for accents in UTF-8,
+// utf8proc's decompose-and-strip. Functions by value return a new string, so
+// that making one is part of their figures; functions in place work on a fresh
+// copy in storage that is reused.
 #include <algorithm>
-#include <array>
 #include <string>
-#include <vector>
 
+#include "measure.h"
 #include "qxpaf/text/encoding.h"
 #include "qxpaf/text/unicode.h"
+#include "reference/unicode_reference.h"
 
 #ifdef QXPAF_BENCH_ICU
 #include <unicode/uchar.h>
@@ -27,44 +23,30 @@
 
 namespace {
 
-struct Sample
-{
-  const char* name;
-  std::string utf8;
-};
+using bench::Inputs;
+using bench::Measure;
 
-std::string Repeat(const std::string& line)
+Inputs<std::wstring> Wide(const Inputs<std::string>& inputs)
 {
-  std::string out;
-  while (out.size() + line.size() <= 1 << 20) out += line + " ";
-  return out;
+  return bench::Converted(inputs, [](const std::string& utf8) { return Utf8ToWide(utf8); });
 }
 
-const std::array<Sample, 9>& Samples()
+const Inputs<std::wstring>& WideTexts()
 {
-  static const std::array<Sample, 9> samples = [] {
-    const std::string ascii = "Unit 12 345-347 Old Northern Rd Castle Hill 2";
-    const std::string latin = "12 Rue de l'Égalité, Île-de-Bréhat; São José";
-    const std::string cyrillic = "Невский проспект 28, Россия";
-    const std::string greek = "Λεωφόρος Κηφισίας 124, Αθήνα";
-    const std::string mixed = "Straße 7 — Hà Nội, Ερμού 3, Řež";
-    const std::string vietnamese = "Đại lộ Nguyễn Huệ, Bến Nghé, Quận 1";
-    return std::array<Sample, 9>{{{"ascii45", ascii},
-                                  {"latin50", latin},
-                                  {"cyrillic50", cyrillic},
-                                  {"greek50", greek},
-                                  {"mixed45", mixed},
-                                  {"vietnamese50", vietnamese},
-                                  {"ascii1MB", Repeat(ascii)},
-                                  {"latin1MB", Repeat(latin)},
-                                  {"sharpS1MB", Repeat("ß")}}};
-  }();
-  return samples;
+  static const auto inputs = Wide(bench::AddressTexts());
+  return inputs;
 }
 
-std::wstring CopyWide(std::wstring s)
+// Elements that all expand: upper case and folding have to make room for each.
+const Inputs<std::wstring>& SharpS()
 {
-  return s;
+  static const auto inputs = Wide(bench::Doubling("all sharp s", "\u00DF"));
+  return inputs;
+}
+
+bool IsLine(const std::string& name)
+{
+  return name.ends_with(" line");
 }
 
 template <class Map>
@@ -74,6 +56,12 @@ auto EachOf(Map map)
     for (wchar_t& c : s) c = map(c);
     return s;
   };
+}
+
+template <class Test>
+auto CountOf(Test test)
+{
+  return [test](const std::wstring& s) { return std::count_if(s.begin(), s.end(), test); };
 }
 
 #ifdef QXPAF_BENCH_ICU
@@ -92,7 +80,8 @@ wchar_t IcuFold(wchar_t c)
   return static_cast<wchar_t>(u_foldCase(c, U_FOLD_CASE_DEFAULT));
 }
 
-// ICU removes no accents; the first unit of the decomposition is what comes nearest.
+// ICU removes no accents; the first unit of the decomposition is what comes
+// nearest.
 wchar_t IcuBase(wchar_t c)
 {
   static const UNormalizer2* const normalizer = [] {
@@ -103,20 +92,23 @@ wchar_t IcuBase(wchar_t c)
   UChar units[32];
   return unorm2_getDecomposition(normalizer, c, units, 32, &error) > 0 ? static_cast<wchar_t>(units[0]) : c;
 }
-#endif
 
-// In-place functions work on text that is there: it is copied into storage that is reused, which "assign" measures
-// alone.
-template <class Change>
-auto InPlace(Change change)
+bool IcuIsAlnum(wchar_t c)
 {
-  return [change](const std::string& text) {
-    static std::string s;
-    s.assign(text);
-    change(s);
-    return s.data();
-  };
+  return u_isUAlphabetic(c) || u_isdigit(c);
 }
+
+void RegisterIcu()
+{
+  Measure("UnicodeToUpper", WideTexts(), "icu", EachOf(IcuUpper));
+  Measure("UnicodeToLower", WideTexts(), "icu", EachOf(IcuLower));
+  Measure("UnicodeCaseFold", WideTexts(), "icu", EachOf(IcuFold));
+  Measure("UnicodeRemoveAccents", WideTexts(), "icu", EachOf(IcuBase));
+  Measure("UnicodeIsAlnum", WideTexts(), "icu", CountOf(IcuIsAlnum));
+}
+#else
+void RegisterIcu() {}
+#endif
 
 #ifdef QXPAF_BENCH_UTF8PROC
 bool Utf8procStrip(const std::string& s)
@@ -128,80 +120,65 @@ bool Utf8procStrip(const std::string& s)
   std::free(out);
   return n >= 0;
 }
+
+void RegisterUtf8proc()
+{
+  Measure("Utf8RemoveAccentsMe", bench::AddressTexts(), "utf8proc", Utf8procStrip);
+  Measure("Utf8RemoveAccentsMe(char*)", bench::AddressTexts(), "utf8proc", Utf8procStrip);
+}
+#else
+void RegisterUtf8proc() {}
 #endif
 
-double Least(const std::vector<double>& times)
+// Functions in place get a fresh copy in storage that is reused.
+template <class Change>
+auto InPlace(Change change)
 {
-  return *std::min_element(times.begin(), times.end());
-}
-
-template <class Text, class Convert>
-void Register(const std::string& name, Convert convert, Text (*sampleOf)(const std::string&))
-{
-  for (const Sample& sample : Samples()) {
-    const Text text = sampleOf(sample.utf8);
-    const auto body = [text, convert](benchmark::State& state) {
-      for (auto _ : state) benchmark::DoNotOptimize(convert(text));
-      state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size() * sizeof text[0]));
-    };
-    benchmark::RegisterBenchmark((name + "/" + sample.name).c_str(), body)->ComputeStatistics("min", Least);
-  }
-}
-
-template <class Convert>
-void OnWide(const char* name, Convert convert)
-{
-  Register<std::wstring>(name, convert, [](const std::string& utf8) { return Utf8ToWide(utf8); });
-}
-
-template <class Convert>
-void OnUtf8(const char* name, Convert convert)
-{
-  Register<std::string>(name, convert, [](const std::string& utf8) { return utf8; });
-}
-
-template <class Convert>
-void OnAnsi(const char* name, Convert convert)
-{
-  Register<std::string>(name, convert, [](const std::string& utf8) { return WideToAnsi(Utf8ToWide(utf8), '?'); });
+  return [change](const std::string& text) {
+    static std::string s;
+    s.assign(text);
+    change(s);
+    return s.data();
+  };
 }
 
 void RegisterWide()
 {
-  OnWide("copy", CopyWide);
-  OnWide("UnicodeToUpper", [](const std::wstring& s) { return UnicodeToUpper(s); });
-  OnWide("UnicodeToLower", [](const std::wstring& s) { return UnicodeToLower(s); });
-  OnWide("UnicodeCaseFold", [](const std::wstring& s) { return UnicodeCaseFold(s); });
-  OnWide("UnicodeRemoveAccents", [](const std::wstring& s) { return UnicodeRemoveAccents(s); });
-  OnWide("UnicodeIsAlnum", [](const std::wstring& s) {
-    int count = 0;
-    for (const wchar_t c : s) count += UnicodeIsAlnum(c);
-    return count;
-  });
-#ifdef QXPAF_BENCH_ICU
-  OnWide("UnicodeToUpper.icu", EachOf(IcuUpper));
-  OnWide("UnicodeToLower.icu", EachOf(IcuLower));
-  OnWide("UnicodeCaseFold.icu", EachOf(IcuFold));
-  OnWide("UnicodeRemoveAccents.icu", EachOf(IcuBase));
-  OnWide("UnicodeIsAlnum.icu", [](const std::wstring& s) {
-    int count = 0;
-    for (const wchar_t c : s) count += u_isUAlphabetic(c) || u_isdigit(c);
-    return count;
-  });
-#endif
+  const auto upper = [](const std::wstring& s) { return UnicodeToUpper(s); };
+  const auto fold = [](const std::wstring& s) { return UnicodeCaseFold(s); };
+  Measure("UnicodeToUpper", WideTexts(), upper);
+  Measure("UnicodeToUpper", SharpS(), upper);
+  Measure("UnicodeToLower", WideTexts(), [](const std::wstring& s) { return UnicodeToLower(s); });
+  Measure("UnicodeCaseFold", WideTexts(), fold);
+  Measure("UnicodeCaseFold", SharpS(), fold);
+  Measure("UnicodeRemoveAccents", WideTexts(), [](const std::wstring& s) { return UnicodeRemoveAccents(s); });
+  Measure("UnicodeIsAlnum", WideTexts(), CountOf(UnicodeIsAlnum));
+}
+
+// The transcriptions move the rest of the text at every change and are left out
+// where that takes minutes.
+void RegisterPlain()
+{
+  static const auto lines = bench::Converted(
+      bench::AddressTexts(), [](const std::string& s) { return s; }, IsLine);
+  static const auto wideLines = Wide(lines);
+  Measure("UnicodeToUpper", wideLines, "plain", reference::ToUpper);
+  Measure("UnicodeCaseFold", wideLines, "plain", reference::CaseFold);
+  Measure("UnicodeRemoveAccents", wideLines, "plain",
+          [](const std::wstring& s) { return reference::MapEach(reference::Accents(), s); });
+  Measure("Utf8RemoveAccentsMe", lines, "plain", reference::Utf8RemoveAccents);
 }
 
 void RegisterNarrow()
 {
-  OnUtf8("assign", InPlace([](std::string&) {}));
-  OnUtf8("Utf8RemoveAccentsMe", InPlace([](std::string& s) { Utf8RemoveAccentsMe(s); }));
-  OnUtf8("Utf8RemoveAccentsMe.buffer", InPlace([](std::string& s) { Utf8RemoveAccentsMe(s.data()); }));
-#ifdef QXPAF_BENCH_UTF8PROC
-  OnUtf8("Utf8RemoveAccentsMe.utf8proc", Utf8procStrip);
-#endif
-  OnUtf8("Utf8ToUpper", [](const std::string& s) { return Utf8ToUpper(s); });
-  OnAnsi("ToUpper1252", [](const std::string& s) { return ToUpper1252(s); });
-  OnAnsi("RemoveAccents1252", [](const std::string& s) { return RemoveAccents1252(s); });
+  static const auto accents = bench::Doubling("all accents", "\u00E9\u1EC7");
+  const auto remove = InPlace([](std::string& s) { Utf8RemoveAccentsMe(s); });
+  const auto removeInBuffer = InPlace([](std::string& s) { Utf8RemoveAccentsMe(s.data()); });
+  for (const auto* inputs : {&bench::AddressTexts(), &accents}) {
+    Measure("Utf8RemoveAccentsMe", *inputs, remove);
+    Measure("Utf8RemoveAccentsMe(char*)", *inputs, removeInBuffer);
+  }
+  Measure("Utf8ToUpper", bench::AddressTexts(), [](const std::string& s) { return Utf8ToUpper(s); });
 }
 
 }  // namespace
@@ -210,8 +187,8 @@ int main(int argc, char** argv)
 {
   RegisterWide();
   RegisterNarrow();
-  benchmark::Initialize(&argc, argv);
-  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  benchmark::RunSpecifiedBenchmarks();
-  return 0;
+  RegisterPlain();
+  RegisterIcu();
+  RegisterUtf8proc();
+  return bench::Run(argc, argv);
 }

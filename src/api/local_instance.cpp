@@ -20,11 +20,13 @@ int AttachDatabase(PafInfo& info, const ArfInfo& arfInfo, const char* arfName)
 
 int ReleaseWithDatabase(IArfSearcher& searcher)
 {
-  IArfDb* const db = searcher.GetArfDb();
+  IArfDb* db = nullptr;
+  const int status = AtBoundary([&] { return db = searcher.GetArfDb(), 0; });
   DatabaseReference reference(db);
   searcher.Release();
   reference.Keep();
-  return CloseArfDb(db, false, false);
+  CloseArfDb(db, false, false);
+  return status;
 }
 
 int DetachDatabase(PafInfo& info)

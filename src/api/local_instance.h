@@ -26,10 +26,14 @@ class DatabaseReference : QXNonCopyable
 /** Names the instance and attaches a searcher; drops the database's reference when that fails. @return 0, 6404, 6414 */
 int AttachDatabase(PafInfo& info, const ArfInfo& arfInfo, const char* arfName);
 
-/** Releases a searcher that no instance has any more and drops its reference to its database. @return 0 */
+/**
+ * Releases a searcher that no instance has any more and drops its reference to its database.
+ *
+ * @return 0, or 6494 when it did not say which that is
+ */
 int ReleaseWithDatabase(IArfSearcher& searcher);
 
-/** ReleaseWithDatabase for the searcher of an instance, which must have one. @return 0 */
+/** ReleaseWithDatabase for the searcher of an instance, which must have one. @return likewise */
 int DetachDatabase(PafInfo& info);
 
 }  // namespace qxpaf

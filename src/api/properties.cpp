@@ -1,4 +1,6 @@
 /** Reading and setting properties. */
+#include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <string>
@@ -95,7 +97,8 @@ int ReadLocal(int id, IArfSearcher* searcher, const char* name, const Answer& an
   if (const auto text = LocalProperty(name)) return answer.Refusing(*text);
   if (EqualIgnoringCase(name, "Properties")) return ListPropertyNames(searcher, id, answer.out, answer.size);
   if (StartsWithIgnoringCase(name, kPropertyName)) {
-    const int number = std::atoi(name + kPropertyName.size());
+    const long digits = std::strtol(name + kPropertyName.size(), nullptr, 10);
+    const int number = static_cast<int>(std::clamp<long>(digits, INT_MIN, INT_MAX));
     return GetPropertyNameByIndex(searcher, id, number, answer.out, answer.size);
   }
   return searcher != nullptr ? AskSearcher(*searcher, id, name, answer) : AskDefaultPlugin(name, answer);

@@ -1,8 +1,8 @@
 /** Moving running instances onto newly installed databases. */
-#include <unistd.h>
-
 #include <algorithm>
+#include <chrono>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -29,13 +29,13 @@ class Patience
   {
     if (waits_ == kMostWaits) return false;
     ++waits_;
-    usleep(kWaitMicroseconds);
+    std::this_thread::sleep_for(kWait);  // goes on after a signal
     return true;
   }
 
  private:
   static constexpr int kMostWaits = 30;
-  static constexpr useconds_t kWaitMicroseconds = 500'000;
+  static constexpr std::chrono::milliseconds kWait{500};
   int waits_ = 0;
 };
 
@@ -85,7 +85,7 @@ class NewSearcher : QXNonCopyable
 class NamedUpdate
 {
  public:
-  explicit NamedUpdate(const std::string& name) : name_(name), global_(GlobalDatabase().db) {}
+  explicit NamedUpdate(const std::string& name) : name_(name), global_(GlobalPafDb()) {}
 
   /** Moves the instances one by one and counts them. */
   int Run(int& moved)
@@ -100,13 +100,9 @@ class NamedUpdate
     Patience patience;
     for (;;) {
       Outcome outcome = Outcome::AllMoved;
-      if (const int status = MoveOne(outcome); status != 0) return status;
+      if (const int status = MoveOne(outcome, moved); status != 0) return status;
       if (outcome == Outcome::AllMoved) return PAF_OK;
-      if (outcome == Outcome::Moved) {
-        ++moved;
-      } else if (!patience.Wait()) {
-        return PAF_ERR_TIMED_OUT;
-      }
+      if (outcome == Outcome::AllBusy && !patience.Wait()) return PAF_ERR_TIMED_OUT;
     }
   }
 
@@ -153,7 +149,7 @@ class NamedUpdate
     return nullptr;
   }
 
-  int MoveOne(Outcome& outcome)
+  int MoveOne(Outcome& outcome, int& moved)
   {
     // The instance's reference is there before the instance is: it could be closed as soon as the lock is free.
     IncreaseOpenArfDbRefCount(fresh_.db);
@@ -168,6 +164,7 @@ class NamedUpdate
       NewSearcher fresh(searcher);
       fresh->TakeOverFrom(info->searcher);
       old = std::exchange(info->searcher, fresh.Take());
+      ++moved;
     }
     reference.Keep();
     outcome = Outcome::Moved;
@@ -207,7 +204,7 @@ int ReopenGlobal(const std::string& path, GlobalOutcome& outcome, int& databases
   outcome = GlobalOutcome::Done;
   if (!IsGlobalPafDbElsewhere(path)) return PAF_OK;
   int users = 0;
-  if (!CountGlobalInstancesLocked(GlobalDatabase().db, users)) {
+  if (!CountGlobalInstancesLocked(GlobalPafDb(), users)) {
     outcome = GlobalOutcome::Busy;
     return PAF_OK;
   }
@@ -222,7 +219,7 @@ int ReopenGlobal(const std::string& path, GlobalOutcome& outcome, int& databases
 
 int UpdateGlobal(int& databases, int& instances)
 {
-  if (GlobalDatabase().db == nullptr) return PAF_OK;
+  if (GlobalPafDb() == nullptr) return PAF_OK;
   std::string path;
   std::string country;
   std::string options;

@@ -29,7 +29,8 @@ namespace {
 struct Registry
 {
   QXMutex lock{0};
-  std::vector<ArfInfo> open;  ///< an entry without a database is free
+  std::vector<ArfInfo> open;    ///< an entry without a database is free
+  bool globalIsClosed = false;  ///< there is a global database, but it could not be reopened
   ArfLibWrapper au{"QXArfAu"}, nz{"QXArfNz"}, us{"QXArfUs"}, uk{"QXArfUk"}, international{"QXArfInt"};
   std::vector<ArfLibWrapper> others;  ///< named by "DLL:" databases
 };
@@ -43,12 +44,13 @@ Registry& Shared()
 class ClosingDatabase : QXNonCopyable
 {
  public:
-  explicit ClosingDatabase(IArfDb* db) : db_(db) {}
+  explicit ClosingDatabase(IArfDb* db, bool isClosed = false) : db_(db), isClosed_(isClosed) {}
   ~ClosingDatabase() noexcept(false)
   {
     if (db_ == nullptr) return;
     const bool unwinding = std::uncaught_exceptions() > 0;
     const ReleasingDatabase release{db_, unwinding};
+    if (isClosed_) return;
     if (unwinding) {
       AtBoundary([this] { return db_->Close(), 0; });
     } else {
@@ -76,6 +78,7 @@ class ClosingDatabase : QXNonCopyable
   };
 
   IArfDb* db_;
+  bool isClosed_;
 };
 
 ArfInfo* FindByPathLocked(const std::string& path)
@@ -248,7 +251,13 @@ int OpenGlobalPafDb(int mode, ArfInfo& info, char* errText, int errSize)
 ArfInfo GlobalDatabase()
 {
   const QXScopedLock lock(Shared().lock, true);
-  return globalArfInfo;
+  return Shared().globalIsClosed ? ArfInfo() : globalArfInfo;
+}
+
+const IArfDb* GlobalPafDb()
+{
+  const QXScopedLock lock(Shared().lock, true);
+  return globalArfInfo.db;
 }
 
 void IncreaseOpenArfDbRefCount(IArfDb* db)
@@ -273,13 +282,15 @@ int CloseArfDb(const IArfDb* db, bool force, bool all)
 void CloseGlobalPafDb(IArfDb*& db)
 {
   const QXScopedLock lock(Shared().lock, true);
-  if (db != nullptr && --*db->RefCount() < 1) const ClosingDatabase closing(std::exchange(db, nullptr));
+  if (db == nullptr || --*db->RefCount() >= 1) return;
+  const bool isClosed = std::exchange(Shared().globalIsClosed, false);
+  const ClosingDatabase closing(std::exchange(db, nullptr), isClosed);
 }
 
 bool IsGlobalPafDbElsewhere(const std::string& path)
 {
   const QXScopedLock lock(Shared().lock, true);
-  return globalArfInfo.db != nullptr && path != globalArfInfo.db->GetPath();
+  return globalArfInfo.db != nullptr && (Shared().globalIsClosed || path != globalArfInfo.db->GetPath());
 }
 
 int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize)
@@ -290,11 +301,15 @@ int ReopenGlobalPafDb(const std::string& path, char* errText, int errSize)
   if (db == nullptr) return PAF_OK;
   const int users = *db->RefCount();
   const int mode = db->GetOpenMode();
-  db->Close();
+  if (!std::exchange(Shared().globalIsClosed, true)) db->Close();
   const int status = AtBoundary([&] { return db->Open(path.c_str(), mode, errText, errSize); });
   if (errSize > 0) errText[errSize - 1] = '\0';
-  if (status != 0) db->Close();
   *db->RefCount() = users;
+  if (status != 0) {
+    db->Close();
+  } else {
+    Shared().globalIsClosed = false;
+  }
   return status;
 }
 

@@ -28,8 +28,11 @@ int OpenArfDb(const char* name, int mode, ArfInfo& info, char* errText, int errS
 /** Opens or shares the configured default database, which must be Australian. `info` keeps it: see globalArfInfo. */
 int OpenGlobalPafDb(int mode, ArfInfo& info, char* errText, int errSize);
 
-/** A copy of globalArfInfo; without a database when it is not open. */
+/** A copy of globalArfInfo for a new searcher; without a database when it is not open. */
 ArfInfo GlobalDatabase();
+
+/** The global database, to be recognised by; null when there is none. */
+const IArfDb* GlobalPafDb();
 
 /** Adds a reference to an open database. */
 void IncreaseOpenArfDbRefCount(IArfDb* db);
@@ -45,13 +48,13 @@ int CloseArfDb(const IArfDb* db, bool force, bool all);
 /** Drops one reference of the global database; with the last it is closed and `db` becomes null. */
 void CloseGlobalPafDb(IArfDb*& db);
 
-/** True when the global database is open, on another path than this. */
+/** True when there is a global database that is open on another path than this, or could not be reopened. */
 bool IsGlobalPafDbElsewhere(const std::string& path);
 
 /**
  * Has the plug-in close the global database and open it on another path, in the same mode; its users keep their
- * searchers, which must be idle. After a failure it is closed and keeps its users, so that another attempt is possible.
- * Does nothing when it is not open.
+ * searchers, which must be idle. After a failure it is closed and keeps its users, so that another attempt is possible,
+ * but gets no new ones. Does nothing when there is none.
  *
  * @return 0 or the plug-in's status, with its words in errText
  */

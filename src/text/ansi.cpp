@@ -11,12 +11,23 @@
 namespace qxpaf {
 namespace {
 
+// The elements after which blocks are worth another try.
+constexpr std::ptrdiff_t kStretch = 16;
+
+// Converts whole blocks of what is the same on both sides. Returns the end of the stretch that is to be converted one
+// by one then.
+template <class Out, class In>
+const In* TakeStretch(const In*& p, const In* stop, Out*& to)
+{
+  TakeWholeBlocks<Latin1Runs>(p, stop, to);
+  return stop - p > kStretch ? p + kStretch : stop;
+}
+
 // Converts up to stop or to the first character without a byte, and leaves p there.
 char* NarrowConvertible(const wchar_t*& p, const wchar_t* stop, char* to)
 {
   while (p < stop) {
-    TakeAscii(p, stop, to);
-    for (; p < stop && static_cast<std::uint32_t>(*p) >= 0x80; ++p, ++to)
+    for (const wchar_t* const end = TakeStretch(p, stop, to); p < end; ++p, ++to)
       if (!CodePointToAnsi(*p, *to)) return to;
   }
   return to;
@@ -30,9 +41,9 @@ struct Narrowing : Conversion
 
   char* Convert(const wchar_t*& p, const wchar_t* stop, char* to) const
   {
-    for (to = NarrowConvertible(p, stop, to); p < stop; to = NarrowConvertible(p, stop, to)) {
-      *to++ = replacement;
-      ++p;
+    while (p < stop) {
+      for (const wchar_t* const end = TakeStretch(p, stop, to); p < end; ++p, ++to)
+        if (!CodePointToAnsi(*p, *to)) *to = replacement;
     }
     return to;
   }
@@ -47,8 +58,8 @@ struct Widening : Conversion
   static wchar_t* Convert(const char*& p, const char* stop, wchar_t* to)
   {
     while (p < stop) {
-      TakeAscii(p, stop, to);
-      while (p < stop && !IsAsciiByte(*p)) *to++ = CharAnsiToWide(static_cast<unsigned char>(*p++));
+      for (const char* const end = TakeStretch(p, stop, to); p < end; ++p, ++to)
+        *to = static_cast<wchar_t>(AnsiToCodePoint(static_cast<unsigned char>(*p)));
     }
     return to;
   }

@@ -16,6 +16,10 @@ constexpr double kEarthRadius = 6371.0;                    // km
 constexpr double kHalfCircumference = 20015.086796020572;  // km
 constexpr int kMaxDecimals = 6;
 
+// Equal points have a cosine within some roundings of 1, so that points with a smaller one need not be compared. About
+// ten metres.
+constexpr double kPossiblyEqual = 1.0 - 1e-12;
+
 struct Point
 {
   double latitude;
@@ -45,14 +49,15 @@ bool ReadPoint(const char* p, Point& point)
 
 double LatLongDist(double lat1, double lon1, double lat2, double lon2)
 {
-  if (lat1 == lat2 && lon1 == lon2) return 0.0;
-  lat1 *= qxpaf::kRadiansPerDegree;
-  lon1 *= qxpaf::kRadiansPerDegree;
-  lat2 *= qxpaf::kRadiansPerDegree;
-  lon2 *= qxpaf::kRadiansPerDegree;
-  const double x = std::sin(lat1) * std::sin(lat2) + std::cos(lat1) * std::cos(lat2) * std::cos(lon2 - lon1);
-  if (x >= 1.0) return 0.0;
-  if (x < -1.0) return qxpaf::kHalfCircumference;
+  const double a = lat1 * qxpaf::kRadiansPerDegree;
+  const double b = lat2 * qxpaf::kRadiansPerDegree;
+  const double turn = lon2 * qxpaf::kRadiansPerDegree - lon1 * qxpaf::kRadiansPerDegree;
+  const double x = std::sin(a) * std::sin(b) + std::cos(a) * std::cos(b) * std::cos(turn);
+  if (!(x >= -1.0 && x < qxpaf::kPossiblyEqual)) [[unlikely]] {
+    // Infinite points may be equal, too.
+    if ((lat1 == lat2 && lon1 == lon2) || x >= 1.0) return 0.0;
+    if (x < -1.0) return qxpaf::kHalfCircumference;
+  }
   return std::acos(x) * qxpaf::kEarthRadius;
 }
 

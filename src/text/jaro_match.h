@@ -119,6 +119,7 @@ JaroMatches MatchShortBy(const JaroTexts<Char>& texts)
   const Places places(texts);
   const std::uint64_t all = ~std::uint64_t{0} >> (kShortText - bLength);
   std::uint64_t window = (std::uint64_t{2} << reach) - 1;
+  std::uint64_t below = ~(~std::uint64_t{0} >> reach);  // what of the window lies before the start
   std::uint64_t free = all;
   Char matched[kShortText];
   std::ptrdiff_t count = 0;
@@ -129,7 +130,8 @@ JaroMatches MatchShortBy(const JaroTexts<Char>& texts)
     free ^= first;
     matched[count] = c;
     count += first != 0;
-    window = window << 1 | (i < reach);
+    window = window << 1 | below >> 63;
+    below <<= 1;
   }
   return {count, CountOutOfOrder(matched, b, free ^ all)};
 }

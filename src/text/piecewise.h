@@ -15,6 +15,9 @@ inline constexpr std::size_t kPieceLength = 256;
 template <class Out>
 inline constexpr std::size_t kBlockLength = sizeof(Out) == 1 ? 4 * kPieceLength : kPieceLength + 1;
 
+// What a conversion may write, beyond that, behind what counts.
+inline constexpr std::size_t kPieceSlack = 16;
+
 // A conversion has, beside what it inherits from here,
 //
 //     Out* Convert(const In*& position, const In* stop, Out* to) const
@@ -30,6 +33,20 @@ struct Conversion
 {
   // What the result is to hold whatever its length.
   static std::size_t LeastCapacity(std::size_t) { return 0; }
+
+  // The elements among the first `most` that belong to the text: fewer, and the text ends there.
+  template <class In>
+  static std::size_t PieceLength(const In*, std::size_t most)
+  {
+    return most;
+  }
+
+  // Enough for what n more elements become, when more was needed than was expected.
+  template <class In>
+  static std::size_t MeasureRest(const In*, std::size_t n)
+  {
+    return n;
+  }
 };
 
 // Elements from position to end, none when the position is behind the end.
@@ -41,24 +58,33 @@ std::size_t Distance(const In* position, const In* end)
 
 // Sets out to the converted text; false when the conversion refused to go on, out then holding what precedes. The text
 // is converted in a block on the stack, so that no element of the result is written twice and a short one needs no
-// measuring.
+// measuring. `capacity` is what the result is expected to need.
 template <class Out, class In, class AConversion>
-bool ConvertText(std::basic_string<Out>& out, const In* text, std::size_t n, const AConversion& conversion)
+bool ConvertText(std::basic_string<Out>& out, const In* text, std::size_t n, std::size_t capacity,
+                 const AConversion& conversion)
 {
-  Out block[kBlockLength<Out>];
+  Out block[kBlockLength<Out> + kPieceSlack];
   const In* const end = text + n;
-  std::size_t capacity = conversion.LeastCapacity(n);
-  if (n > kPieceLength) capacity = std::max(capacity, conversion.Measure(text, n));
   out.clear();
   while (text < end) {
-    const In* const stop = text + std::min(kPieceLength, Distance(text, end));
+    const In* const stop = text + conversion.PieceLength(text, std::min(kPieceLength, Distance(text, end)));
+    if (stop == text) break;
     const auto length = static_cast<std::size_t>(conversion.Convert(text, stop, block) - block);
-    if (out.size() + length > capacity) capacity = out.size() + length + Distance(text, end);
+    if (out.size() + length > capacity)
+      capacity = out.size() + length + conversion.MeasureRest(text, Distance(text, end));
     out.reserve(capacity);
     out.append(block, length);
     if (text < stop) return false;
   }
   return true;
+}
+
+template <class Out, class In, class AConversion>
+bool ConvertText(std::basic_string<Out>& out, const In* text, std::size_t n, const AConversion& conversion)
+{
+  std::size_t capacity = conversion.LeastCapacity(n);
+  if (n > kPieceLength) capacity = std::max(capacity, conversion.Measure(text, n));
+  return ConvertText(out, text, n, capacity, conversion);
 }
 
 }  // namespace qxpaf

@@ -1,12 +1,17 @@
 // A quick look at the beginnings of two texts that tells most pairs far apart without a search.
 //
 // A way from a to b that takes at most k slips never leaves the diagonals -k to k, that is, it compares a[i] only with
-// b[i - k] to b[i + k]: each insertion or deletion moves it by one diagonal. A character of a that is none of these is
-// therefore substituted or deleted, and each such character is a slip of its own; the two characters of a transposition
-// do find their equals, one diagonal to either side, and a transposition leaves one slip to move with. So more than k
-// characters without an equal mean more than k slips. Fixed digits only rule ways out. The converse does not hold: the
-// pairs that pass need a search. (H. Xin et al., Shifted Hamming distance: a fast and accurate SIMD-friendly filter to
-// accelerate alignment verification in read mapping, Bioinformatics 31 (10), 2015.)
+// b[i - k] to b[i + k]: each insertion or deletion moves it by one diagonal. A character of a that has no equal there
+// is substituted or deleted, and each such character is a slip of its own; the two characters of a transposition do
+// find their equals, one diagonal to either side, and a transposition leaves one slip less to move with. So more than k
+// characters without an equal mean more than k slips. That holds for the first lanes alone, although a way may pair
+// characters of a with some of b behind the last lane: when that begins n characters before the end of the lanes, the
+// way has moved up by n diagonals, with as many insertions (one of them may be the transposition that the character is
+// part of), and those are n slips that took no character of a.
+//
+// Fixed digits only rule ways out. The converse does not hold: the pairs that pass need a search. (H. Xin et al.,
+// Shifted Hamming distance: a fast and accurate SIMD-friendly filter to accelerate alignment verification in read
+// mapping, Bioinformatics 31 (10), 2015.)
 #ifndef QXPAF_SRC_TEXT_SLIP_FILTER_H
 #define QXPAF_SRC_TEXT_SLIP_FILTER_H
 
@@ -25,12 +30,10 @@ Lanes WithEqualNearby(Lanes a, Lanes b)
            a.EqualTo(b.template Down<kSlips>());
 }
 
-// Whether more than kSlips of the first known lanes have no equal. Behind the known lanes a text may go on, so the last
-// kSlips of them may have equals that are not seen, and do not count.
-template <int kSlips, int kKnown, class Lanes>
+template <int kSlips, class Lanes>
 bool HasMoreUnequal(Lanes withEqual)
 {
-  unsigned int unequal = ~withEqual.TopBits() & ((1U << (kKnown - kSlips)) - 1);
+  unsigned int unequal = ~withEqual.TopBits() & ((1U << Lanes::kCount) - 1);
   for (int i = 0; i < kSlips; ++i) unequal &= unequal - 1;
   return unequal != 0;
 }
@@ -41,7 +44,7 @@ bool NeedsMoreSlips(const char* a, std::size_t aLength, const char* b, std::size
 {
   const Lanes lanesA = Lanes::FirstOf(a, aLength);
   const Lanes behindEnd = lanesA.EqualTo(Lanes::Of('\0'));
-  return HasMoreUnequal<kSlips, Lanes::kCount>(behindEnd | WithEqualNearby<kSlips>(lanesA, Lanes::FirstOf(b, bLength)));
+  return HasMoreUnequal<kSlips>(behindEnd | WithEqualNearby<kSlips>(lanesA, Lanes::FirstOf(b, bLength)));
 }
 
 inline bool HasEightCharacters(const char* text)
@@ -50,12 +53,12 @@ inline bool HasEightCharacters(const char* text)
          text[7] != 0;
 }
 
-// The same before the lengths are known; true for fewer pairs.
+// The same before the lengths are known; true for fewer pairs. Lanes behind the eighth are zero, and so equal, in both.
 template <int kSlips, class Lanes = ByteLanes>
 bool NeedsMoreSlipsAtOnce(const char* a, const char* b)
 {
   if (!HasEightCharacters(a) || !HasEightCharacters(b)) return false;
-  return HasMoreUnequal<kSlips, 8>(WithEqualNearby<kSlips>(Lanes::FirstEightOf(a), Lanes::FirstEightOf(b)));
+  return HasMoreUnequal<kSlips>(WithEqualNearby<kSlips>(Lanes::FirstEightOf(a), Lanes::FirstEightOf(b)));
 }
 
 }  // namespace qxpaf

@@ -3,10 +3,10 @@
 
 #include <cstdint>
 
-#include "qxpaf/text/encoding.h"
 #include "qxpaf/text/normalise.h"
-#include "qxpaf/text/unicode.h"
 #include "text/byte_class.h"
+#include "text/unicode_map.h"
+#include "text/unicode_tables.h"
 #include "text/utf8_codec.h"
 
 namespace qxpaf {
@@ -41,24 +41,30 @@ struct Utf8Text
 
   static char32_t Take(const char*& p)
   {
-    if (IsAsciiByte(*p)) return static_cast<unsigned char>(*p++);
-    return NextUtf8Char(p);
+    const char* next = p;
+    std::uint32_t codePoint = 0;
+    if (!DecodeUtf8Char(next, codePoint)) return static_cast<unsigned char>(*p++);
+    p = next;
+    return codePoint;
   }
 
-  static bool IsLetter(char32_t c) { return IsAscii(c) ? IsAsciiLetter(c) : UnicodeIsAlpha(static_cast<wchar_t>(c)); }
-  static bool IsDigit(char32_t c) { return IsAscii(c) ? IsAsciiDigit(c) : UnicodeIsDigit(static_cast<wchar_t>(c)); }
+  static bool IsLetter(char32_t c) { return IsAscii(c) ? IsAsciiLetter(c) : (Properties(c) & kAlphabetic) != 0; }
+  static bool IsDigit(char32_t c)
+  {
+    return IsAscii(c) ? IsAsciiDigit(c) : (Properties(c) & kCategoryMask) == kDecimalDigit;
+  }
   static bool IsApostrophe(char32_t c) { return c == '\'' || c == kRightQuote; }
 
   static char32_t ToUpper(char32_t c)
   {
     if (IsAscii(c)) return IsAsciiLetter(c) ? c & ~kCaseBit : c;
-    return static_cast<char32_t>(UnicodeToUpper(static_cast<wchar_t>(c)));
+    return MapCharacter<TableMapping<kUpperCase, AsciiCase::kUpper>>(c);
   }
 
   static char32_t ToLower(char32_t c)
   {
     if (IsAscii(c)) return IsAsciiLetter(c) ? c | kCaseBit : c;
-    return static_cast<char32_t>(UnicodeToLower(static_cast<wchar_t>(c)));
+    return MapCharacter<TableMapping<kLowerCase, AsciiCase::kLower>>(c);
   }
 
   // The text keeps its length, so a character whose other case is longer or shorter stays.
@@ -70,6 +76,14 @@ struct Utf8Text
   }
 
  private:
+  static std::uint32_t Properties(char32_t c) { return kProperties.Entry(static_cast<wchar_t>(c)); }
+
+  template <class Mapping>
+  static char32_t MapCharacter(char32_t c)
+  {
+    return static_cast<char32_t>(qxpaf::MapCharacter<Mapping>(static_cast<wchar_t>(c)));
+  }
+
   static bool IsAscii(char32_t c) { return c < 0x80; }
   static bool IsAsciiLetter(char32_t c) { return (c | kCaseBit) - U'a' < 26; }
   static bool IsAsciiDigit(char32_t c) { return c - U'0' < 10; }

@@ -37,6 +37,8 @@ class TitleCaser
 
   static constexpr std::size_t kLead = 2;  // the characters that are remembered of a word
 
+  static constexpr std::size_t kShortestNumeral = 2;  // characters
+
   // Contractions that are no names, without their apostrophe.
   static constexpr std::string_view kContractions[] = {"LL", "VE", "RE"};
 
@@ -117,6 +119,7 @@ class TitleCaser
   // Upper-cases the word that ends at at_ if it is a Roman numeral; its first letter is so already.
   void CaseNumeral()
   {
+    if (position_ < kShortestNumeral) return;
     if (!IsRomanWord(std::string_view(wordStart_, static_cast<std::size_t>(at_ - wordStart_)))) return;
     for (char* p = wordStart_ + 1; p != at_; ++p) *p = static_cast<char>(Text::ToUpper(static_cast<Char>(*p)));
   }

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "qxpaf/text/encoding.h"
-#include "text/ascii_run.h"
+#include "text/utf8_blocks.h"
 #include "text/utf8_codec.h"
 
 namespace qxpaf {
@@ -37,8 +37,8 @@ class SequenceCount
   {
     const char* const end = text.data() + text.size();
     for (const char* p = text.data(); p < end;) {
-      const auto left = static_cast<std::size_t>(end - p);
-      p += IsAsciiByte(*p) ? AsciiRuns::Length(p, left) : CountAt(p, left, badSequence);
+      good_ += Utf8BlockCount(p, end).Sequences();
+      CountStretch(p, end, badSequence);
     }
   }
 
@@ -52,6 +52,15 @@ class SequenceCount
   }
 
  private:
+  // What comes before blocks are worth another try.
+  static constexpr std::ptrdiff_t kStretch = 32;
+
+  void CountStretch(const char*& p, const char* end, BadSequence badSequence)
+  {
+    const char* const stop = end - p > kStretch ? p + kStretch : end;
+    while (p < stop) p += IsAsciiByte(*p) ? 1 : CountAt(p, static_cast<std::size_t>(end - p), badSequence);
+  }
+
   // Counts what a byte above 0x7F starts and returns the bytes to move on by. `left` bytes are left, this one included.
   std::size_t CountAt(const char* p, std::size_t left, BadSequence badSequence)
   {

@@ -7,6 +7,7 @@
 #include "text/piecewise.h"
 #include "text/utf16_codec.h"
 #include "text/utf8_codec.h"
+#include "text/utf8_count.h"
 #include "text/windows1252.h"
 
 namespace qxpaf {
@@ -106,16 +107,20 @@ struct Reading : Conversion
 {
   static std::size_t Measure(const char* s, std::size_t n)
   {
-    return AsciiRuns::CountCharacters(s, n) + (Target::kLowSurrogates ? CountFourByteLeads(s, n) : 0);
+    return CountUtf8Characters(s, n) + (Target::kLowSurrogates ? CountFourByteLeads(s, n) : 0);
   }
 
   static Out* Convert(const char*& p, const char* stop, Out* to)
   {
+    constexpr std::ptrdiff_t kStretch = 16;  // after which blocks are worth another try
     while (p < stop) {
-      if (IsAsciiByte(*p))
-        TakeAscii(p, stop, to);
-      else if (!ReadCharacter<Target>(p, to))
-        break;
+      TakeWholeBlocks<AsciiRuns>(p, stop, to);
+      for (const char* const end = stop - p > kStretch ? p + kStretch : stop; p < end;) {
+        if (IsAsciiByte(*p))
+          *to++ = static_cast<Out>(*p++);
+        else if (!ReadCharacter<Target>(p, to))
+          return to;
+      }
     }
     return to;
   }

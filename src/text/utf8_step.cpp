@@ -2,8 +2,8 @@
 #include <cstring>
 
 #include "qxpaf/text/encoding.h"
-#include "text/ascii_run.h"
 #include "text/utf8_codec.h"
+#include "text/utf8_count.h"
 #include "text/windows1252.h"
 
 bool NextUtf8Char(wchar_t& out, const char*& p)
@@ -58,7 +58,15 @@ bool Utf8IsContinue(char b)
 
 std::size_t Utf8Strlen(const char* s)
 {
-  return qxpaf::AsciiRuns::CountCharacters(s, std::strlen(s));
+  // In pieces that are still in the nearest cache when they are read again.
+  constexpr std::size_t kPiece = 4096;
+  std::size_t count = 0;
+  for (;;) {
+    const std::size_t n = strnlen(s, kPiece);
+    count += qxpaf::CountUtf8Characters(s, n);
+    if (n < kPiece) return count;
+    s += n;
+  }
 }
 
 bool Utf8Inc(const char*& p)

@@ -10,42 +10,69 @@
 #include "text/piecewise.h"
 #include "text/utf16_codec.h"
 #include "text/utf8_codec.h"
+#include "text/utf8_encode_blocks.h"
 #include "text/windows1252.h"
 
 namespace qxpaf {
 namespace {
 
-// The sum of lengthAt over all elements. ASCII is skipped, the rest taken in stretches without looking for ASCII again.
-template <class In, class LengthAt>
-std::size_t MeasureUtf8(const In* text, std::size_t n, LengthAt lengthAt)
-{
-  constexpr std::size_t kStretch = 64;
-  std::size_t length = 0;
-  for (std::size_t i = 0; i < n;) {
-    const std::size_t run = AsciiRuns::Length(text + i, n - i);
-    length += run;
-    i += run;
-    for (const std::size_t stop = std::min(n, i + kStretch); i < stop; ++i) length += lengthAt(text + i);
-  }
-  return length;
-}
-
 struct WideWriting : Conversion
 {
-  static std::size_t LeastCapacity(std::size_t n) { return n + 1; }
+  static std::size_t PieceLength(const wchar_t* s, std::size_t most) { return wcsnlen(s, most); }
 
-  static std::size_t Measure(const wchar_t* s, std::size_t n) { return MeasureUtf8(s, n, LengthAt); }
+  static std::size_t MeasureRest(const wchar_t* s, std::size_t n) { return Measure(s, n); }
+
+  // Of as much of n elements as there is before a terminator, in pieces that are still in the nearest cache when they
+  // are read again.
+  static std::size_t Measure(const wchar_t* s, std::size_t n)
+  {
+    std::size_t length = 0;
+    for (const wchar_t* const end = s + n; s < end;) {
+      const std::size_t piece = wcsnlen(s, std::min<std::size_t>(kPieceLength, static_cast<std::size_t>(end - s)));
+      if (piece == 0) break;
+      length += MeasurePiece(s, piece);
+      s += piece;
+    }
+    return length;
+  }
 
   static char* Convert(const wchar_t*& p, const wchar_t* stop, char* to)
   {
+    constexpr std::ptrdiff_t kStretch = 8;  // after which blocks are worth another try
     while (p < stop) {
-      TakeAscii(p, stop, to);
-      while (p < stop && static_cast<std::uint32_t>(*p) >= 0x80) to = WriteCharacter(p, to);
+      TakeWholeBlocks<AsciiRuns>(p, stop, to);
+      to = EncodeBlocks(p, stop, to);
+      const wchar_t* const end = stop - p > kStretch ? p + kStretch : stop;
+      while (p < end) to = WriteCharacter(p, to);
     }
     return to;
   }
 
  private:
+  static constexpr std::size_t kBlock = 8;
+
+  static std::size_t MeasurePiece(const wchar_t* s, std::size_t n)
+  {
+    std::size_t length = 0;
+    std::size_t i = 0;
+    for (; n - i >= kBlock; i += kBlock) length += MeasureBlock(s + i);
+    for (; i < n; ++i) length += LengthAt(s + i);
+    return length;
+  }
+
+  static std::size_t MeasureBlock(const wchar_t* s)
+  {
+    wchar_t bits = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) bits |= s[i];
+    std::uint32_t length = 0;
+    if (bits >= 0 && bits < 0x8000) {  // three bytes at most, and no surrogates
+      for (std::size_t i = 0; i < kBlock; ++i) length += 1U + (s[i] >= 0x80) + (s[i] >= 0x800);
+    } else {
+      for (std::size_t i = 0; i < kBlock; ++i) length += LengthAt(s + i);
+    }
+    return length;
+  }
+
   // Both look at the element behind p, if only the terminator.
   static std::uint32_t LengthAt(const wchar_t* p)
   {
@@ -58,6 +85,7 @@ struct WideWriting : Conversion
   static char* WriteCharacter(const wchar_t*& p, char* to)
   {
     auto value = static_cast<std::uint32_t>(*p++);
+    if (value < 0xD800) return PutUtf8(to, value);
     const auto next = static_cast<std::uint32_t>(*p);
     if (IsSurrogatePair(value, next)) {
       value = CombineSurrogates(value, next);
@@ -67,11 +95,35 @@ struct WideWriting : Conversion
   }
 };
 
+// Of the elements before the first zero, `most` if there is none. Text that begins with a long stretch of ASCII is not
+// measured but taken for ASCII until it proves not to be; then the rest is measured.
+std::string WideTextToUtf8(const wchar_t* s, std::size_t most)
+{
+  std::size_t capacity = most + 1;
+  const std::size_t first = wcsnlen(s, std::min(most, kPieceLength));
+  if (first < kPieceLength)
+    capacity = first + 1;
+  else if (AsciiRuns::Length(s, first) < first)
+    capacity = std::max(capacity, WideWriting::Measure(s, most));
+  std::string out;
+  ConvertText(out, s, most, capacity, WideWriting{});
+  return out;
+}
+
 struct AnsiWriting : Conversion
 {
   static std::size_t Measure(const char* s, std::size_t n)
   {
-    return MeasureUtf8(s, n, [](const char* p) { return Utf8Length(AnsiToCodePoint(static_cast<unsigned char>(*p))); });
+    constexpr std::size_t kPiece = 64;
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < n;) {
+      const std::size_t run = AsciiRuns::Length(s + i, n - i);
+      length += run;
+      i += run;
+      for (const std::size_t stop = std::min(n, i + kPiece); i < stop; ++i)
+        length += Utf8Length(AnsiToCodePoint(static_cast<unsigned char>(s[i])));
+    }
+    return length;
   }
 
   static char* Convert(const char*& p, const char* stop, char* to)
@@ -116,15 +168,12 @@ int WideCharToUtf8(char* out, wchar_t c)
 
 std::string WideToUtf8(const wchar_t* s)
 {
-  const std::size_t n = std::wcslen(s);
-  std::string out;
-  qxpaf::ConvertText(out, s, n, qxpaf::WideWriting{});
-  return out;
+  return qxpaf::WideTextToUtf8(s, std::wcslen(s));
 }
 
 std::string WideToUtf8(const std::wstring& s)
 {
-  return WideToUtf8(s.c_str());
+  return qxpaf::WideTextToUtf8(s.c_str(), s.length());
 }
 
 std::string StringToUtf8(const wchar_t* s)

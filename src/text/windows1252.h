@@ -2,7 +2,6 @@
 #ifndef QXPAF_SRC_TEXT_WINDOWS1252_H
 #define QXPAF_SRC_TEXT_WINDOWS1252_H
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -24,39 +23,39 @@ inline constexpr char32_t AnsiToCodePoint(unsigned char byte)
   return index < kAnsiSpecials.size() ? kAnsiSpecials[index] : byte;
 }
 
-struct AnsiSpecial
+inline constexpr std::size_t kAnsiPageSize = 256;
+inline constexpr std::size_t kAnsiPages = 5;
+
+// kAnsiSpecials turned round, for characters above 0xFF: the pages of 256 code points that have any, behind an empty
+// one.
+struct AnsiPages
 {
-  char16_t codePoint;
-  unsigned char byte;
+  std::array<unsigned char, 0x100> pageOf{};                      // by the high byte of a code point
+  std::array<unsigned char, kAnsiPages * kAnsiPageSize> bytes{};  // 0 for none
 };
 
-// kAnsiSpecials turned round, ascending by code point.
-inline constexpr auto kAnsiSpecialsByCodePoint = [] {
-  std::array<AnsiSpecial, kAnsiSpecials.size()> rows{};
-  for (std::size_t i = 0; i < rows.size(); ++i)
-    rows[i] = {kAnsiSpecials[i], static_cast<unsigned char>(kFirstAnsiSpecial + i)};
-  std::sort(rows.begin(), rows.end(), [](AnsiSpecial a, AnsiSpecial b) { return a.codePoint < b.codePoint; });
-  return rows;
-}();
-
-inline constexpr std::int32_t kLastAnsiSpecial = kAnsiSpecialsByCodePoint.back().codePoint;
-
-// Bit i: some special lies in U+ii00-U+iiFF. Spares most characters of other scripts the search.
-inline constexpr std::uint64_t kAnsiSpecialPages = [] {
-  static_assert(kLastAnsiSpecial >> 8 < 64);
-  std::uint64_t pages = 0;
-  for (const char16_t codePoint : kAnsiSpecials) pages |= std::uint64_t{1} << (codePoint >> 8);
+inline constexpr AnsiPages kAnsiByPage = [] {
+  AnsiPages pages;
+  unsigned char used = 1;
+  for (std::size_t i = 0; i < kAnsiSpecials.size(); ++i) {
+    const std::size_t high = kAnsiSpecials[i] / kAnsiPageSize;
+    if (high == 0) continue;
+    if (pages.pageOf[high] == 0) pages.pageOf[high] = used++;
+    pages.bytes[pages.pageOf[high] * kAnsiPageSize + kAnsiSpecials[i] % kAnsiPageSize] =
+        static_cast<unsigned char>(kFirstAnsiSpecial + i);
+  }
   return pages;
 }();
 
 // The byte of a character above 0xFF, false when it has none.
 inline constexpr bool SpecialToAnsi(std::int32_t character, char& byte)
 {
-  if (character > kLastAnsiSpecial || (kAnsiSpecialPages >> (character >> 8) & 1) == 0) return false;
-  const auto row = std::lower_bound(kAnsiSpecialsByCodePoint.begin(), kAnsiSpecialsByCodePoint.end(), character,
-                                    [](AnsiSpecial special, std::int32_t value) { return special.codePoint < value; });
-  if (row->codePoint != character) return false;
-  byte = static_cast<char>(row->byte);
+  if (character > 0xFFFF) return false;
+  const auto codePoint = static_cast<std::size_t>(character);
+  const unsigned char found =
+      kAnsiByPage.bytes[kAnsiByPage.pageOf[codePoint / kAnsiPageSize] * kAnsiPageSize + codePoint % kAnsiPageSize];
+  if (found == 0) return false;
+  byte = static_cast<char>(found);
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "blackbox/support/country_fakes.h"
+#include "blackbox/support/run_in_threads.h"
 #include "blackbox/support/session.h"
 #include "blackbox/support/workspace.h"
 #include "qxpaf/paf.h"
@@ -16,20 +17,10 @@ namespace {
 constexpr int kThreads = 8;
 constexpr auto kDuration = std::chrono::milliseconds(1500);
 
-/** Runs one body in every thread, over and over, until the time is up. */
 template <class Body>
 void RunInThreads(Body body)
 {
-  std::atomic<bool> stop{false};
-  std::vector<std::thread> threads;
-  for (int number = 0; number < kThreads; ++number) {
-    threads.emplace_back([&stop, &body, number] {
-      for (unsigned round = 0; !stop.load(std::memory_order_relaxed); ++round) body(number, round);
-    });
-  }
-  std::this_thread::sleep_for(kDuration);
-  stop = true;
-  for (std::thread& thread : threads) thread.join();
+  blackbox::RunInThreads(kThreads, kDuration, body);
 }
 
 class ThreadsTest : public testing::Test

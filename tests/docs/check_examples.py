@@ -22,11 +22,14 @@ RESULT is one of
 A statement may take several lines; its results stand behind its last one. Everything behind // that ends a line of code
 must be results in this form, so that nothing on the page goes unchecked by mistake; comments on lines of their own and
 in /* */ are free. Lines without results are statements to be run. A block fenced as ```c no-run or ```cpp no-run is
-compiled but not run, and its comments are free. Tables and blocks of other languages are not looked at.
+compiled but not run, and its comments are free. One fenced as ```c declarations stands outside of functions, as
+extern "C", so that what it declares must agree with the headers; its comments are free too. Tables and blocks of other
+languages are not looked at.
 
 Exit status 0 when every result is right, 1 when one is wrong, was never reached or is not in this form, when a block
 does not compile or the program fails, or when the page has no results; each fault is one line "page:line: what is
-wrong". With --covers, the names that the header marks as exported must each be called twice or more in what is run.
+wrong". With --covers, the names that the header marks as exported must each be called twice or more in what is run;
+with --once as well, once or more in a statement that states a result.
 """
 import argparse
 import dataclasses
@@ -38,7 +41,8 @@ import sys
 import tempfile
 
 FENCE = re.compile(r"^ *(?P<marks>`{3,}|~{3,}) *(?P<info>[^`]*)$")
-LANGUAGES = ("c", "cpp")
+# What may stand behind ```, and what becomes of the block.
+KINDS = {"c": "run", "cpp": "run", "c no-run": "compile", "cpp no-run": "compile", "c declarations": "declare"}
 TEXT = r'"(?:[^"\\]|\\.)*"'
 RESULT = re.compile(rf"""
     (?P<wide>L{TEXT}(?:\ L?{TEXT})*) | (?P<text>{TEXT}(?:\ {TEXT})*) | (?P<char>L?'(?:[^'\\]|\\.)+') |
@@ -58,8 +62,12 @@ class Fault(Exception):
 @dataclasses.dataclass
 class Block:
     line: int
-    run: bool
+    kind: str
     lines: list
+
+    @property
+    def run(self):
+        return self.kind == "run"
 
 
 @dataclasses.dataclass
@@ -73,13 +81,14 @@ class Example:
 
 
 def parse_fence(info, place):
-    """Whether to take the block, and whether to run it."""
+    """What becomes of the block; None for one of another language."""
     words = info.split()
-    if not words or words[0] not in LANGUAGES:
-        return False, False
-    if words[1:] not in ([], ["no-run"]):
+    if not words or words[0] not in KINDS:
+        return None
+    kind = KINDS.get(" ".join(words))
+    if kind is None:
         raise Fault(f"{place}: unknown words after ```{words[0]}: {' '.join(words[1:])}")
-    return True, len(words) == 1
+    return kind
 
 
 def extract_blocks(text, page):
@@ -88,8 +97,8 @@ def extract_blocks(text, page):
         match = FENCE.match(line)
         if marks is None and match:
             marks, opened = match["marks"], number
-            take, run = parse_fence(match["info"], f"{page}:{number}")
-            current = Block(number, run, []) if take else None
+            kind = parse_fence(match["info"], f"{page}:{number}")
+            current = Block(number, kind, []) if kind else None
         elif match and match["marks"].startswith(marks) and not match["info"]:
             blocks += [current] if current else []
             marks, current = None, None
@@ -150,14 +159,25 @@ class Program:
 
     def __init__(self, page):
         self.page = page
-        self.includes, self.body, self.calls = [], [], []
-        self.examples, self.executed = [], []
+        self.includes, self.declarations, self.body, self.calls = [], [], [], []
+        self.examples = []
+        self.statements = []  # what is run, in order: the code, and whether results are stated for it
 
     def at(self, line, text):
         quoted = str(self.page).replace("\\", "\\\\").replace('"', '\\"')
         return f'#line {line} "{quoted}"\n{text}'
 
+    def executed(self):
+        return [code for code, _ in self.statements]
+
+    def checked(self):
+        return [code for code, stated in self.statements if stated]
+
     def add_block(self, block):
+        if block.kind == "declare":
+            code = "\n".join(line for _, line in block.lines)
+            self.declarations.append(self.at(block.line + 1, f'extern "C" {{ {code}\n}}'))
+            return
         name = f"BlockAtLine{block.line}"
         self.body.append(f"static void {name}(examples::Report& exampleReport)\n{{\n(void)exampleReport;")
         pending = []
@@ -189,12 +209,12 @@ class Program:
         code = "\n".join(code for _, code in lines)
         self.body.append(self.at(lines[0][0], code))
         if block.run:
-            self.executed.append(code)
+            self.statements.append((code, False))
 
     def add_examples(self, lines, comment):
         line, code = lines[0][0], "\n".join(code for _, code in lines)
         examples = parse_results(comment, line, f"{self.page}:{lines[-1][0]}")
-        self.executed.append(code)
+        self.statements.append((code, True))
         if examples[0].source:
             self.body.append(self.at(line, code))
         else:
@@ -210,7 +230,8 @@ class Program:
 
     def text(self):
         main = ["int main(int, char** arguments)", "{", "  examples::Report report(arguments[1]);", *self.calls, "}"]
-        lines = ['#include "example_report.h"', *self.includes, *self.body, '#line 1 "generated main"', *main]
+        lines = ['#include "example_report.h"', *self.includes, *self.declarations, *self.body,
+                 '#line 1 "generated main"', *main]
         return "\n".join(lines) + "\n"
 
 
@@ -263,19 +284,21 @@ def judge(program, status, report):
     return faults
 
 
-def uncovered(program, headers):
-    executed = "\n".join(program.executed)
+def uncovered(program, headers, once):
+    code = "\n".join(program.checked() if once else program.executed())
+    wanted, where = (1, "times with a result, not once") if once else (2, "times, not 2")
     for header in headers:
         names = sorted(set(EXPORTED.findall(header.read_text(encoding="utf-8"))))
         if not names:
             raise Fault(f"{header}: exports nothing")
         for name in names:
-            calls = len(re.findall(rf"\b{name}\s*(?:<[^>;]*>)?\(", executed))
-            if calls < 2:
-                yield f"{program.page}: {name} of {header.name} is called {calls} times, not 2 or more"
+            calls = len(re.findall(rf"\b{name}\s*(?:<[^>;]*>)?\(", code))
+            if calls < wanted:
+                yield f"{program.page}: {name} of {header.name} is called {calls} {where} or more"
 
 
 def check(arguments):
+    """Raises a Fault unless all is right; gives the program that the page made."""
     program = Program(arguments.page)
     for block in extract_blocks(arguments.page.read_text(encoding="utf-8"), arguments.page):
         program.add_block(block)
@@ -284,10 +307,11 @@ def check(arguments):
     with tempfile.TemporaryDirectory(prefix="paf-docs-") as directory:
         work = pathlib.Path(directory)
         status, report = run_program(compile_program(program, work, arguments), work, arguments)
-    faults = judge(program, status, report) + list(uncovered(program, arguments.covers))
+    faults = judge(program, status, report) + list(uncovered(program, arguments.covers, arguments.once))
     if faults:
         raise Fault("\n".join(faults))
     print(f"{arguments.page}: {len(program.examples)} results in {len(program.calls)} blocks are right")
+    return program
 
 
 def setting(text):
@@ -296,8 +320,8 @@ def setting(text):
     return text
 
 
-def parse_arguments():
-    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+def make_parser(description):
+    parser = argparse.ArgumentParser(description=description, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("page", type=pathlib.Path, help="the Markdown file")
     parser.add_argument("--compiler", required=True, help="the C++ compiler")
     parser.add_argument("--include", type=pathlib.Path, required=True, help="the folder that holds qxpaf/")
@@ -308,13 +332,14 @@ def parse_arguments():
     parser.add_argument("--directory", type=pathlib.Path, help="where they run (default: an empty folder of their own)")
     parser.add_argument("--covers", action="append", default=[], type=pathlib.Path, metavar="HEADER",
                         help="a header whose exported functions the examples must call")
+    parser.add_argument("--once", action="store_true", help="once is enough, in a statement that states a result")
     parser.add_argument("--timeout", type=float, default=60, help="seconds that the examples may run (default 60)")
-    return parser.parse_args()
+    return parser
 
 
 def main():
     try:
-        check(parse_arguments())
+        check(make_parser(__doc__).parse_args())
     except Fault as fault:
         print(fault)
         return 1

@@ -71,6 +71,7 @@ number += number /* twice, // so to say */
         page = fenced("int x = 1;\nx;  // 1") + fenced("#include <cctype>\n// free\nint x = 2;\nx;  // 2")
         page += fenced("not C at all", "text") + "~~~text\n```cpp\n~~~\n" + "| `3;  // 4` |\n"
         page += fenced("std::abort();  // a free comment", "cpp no-run")
+        page += fenced("int abs(int);  // a free comment\nint nowhere(void);", "c declarations")
         self.assert_right(page)
 
     def test_environment_and_directory(self):
@@ -118,6 +119,12 @@ n = 5;  // n = 4"""),
             self.assertEqual(status, 1)
             self.assertIn("PAGE:5:", output)
 
+    def test_declaration_of_another_type(self):
+        page = fenced("int abs(int);\nlong\nabs(long);", "c declarations") + fenced("1;  // 1")
+        status, output = self.run_check(page)
+        self.assertEqual(status, 1)
+        self.assertRegex(output, "PAGE:[56]:")
+
     def test_form(self):
         for line, fault in (
                 ("f();  // gives 1", "PAGE:4: not in the form of a result: gives 1"),
@@ -145,6 +152,14 @@ n = 5;  // n = 4"""),
         self.assert_right(fenced("abs(-1);  // 1\nabs (2) == abs(-2);  // true"), "--covers", header)
         header.write_text("int abs(int c);\n", encoding="utf-8")
         self.assert_faults(fenced("abs(-1);  // 1"), f"{header}: exports nothing", options=("--covers", header))
+
+    def test_covers_once(self):
+        header = self.page.parent / "some.h"
+        header.write_text("QXPAF_API int abs(int c);\n", encoding="utf-8")
+        self.assert_right(fenced("abs(-1);  // 1"), "--covers", header, "--once")
+        self.assert_faults(fenced("abs(-1);\n1;  // 1"),
+                           "PAGE: abs of some.h is called 0 times with a result, not once or more",
+                           options=("--covers", header, "--once"))
 
 
 if __name__ == "__main__":

@@ -1,5 +1,7 @@
 #include "fakes/fake_objects.h"
 
+#include <utility>
+
 namespace fake {
 namespace {
 
@@ -30,6 +32,7 @@ void FakeDb::Release()
   CheckAlive(kFakeDbRelease);
   Log("DbRelease " + path_);
   if (openCalled_ && !closeCalled_) State::Get().Violation("database released without Close");
+  if (closedUnderSearcher_) State::Get().Violation("a database was closed under a live searcher");
   if (!dead_.exchange(true)) {
     State::Get().Count(kFakeLiveDbs, -1);
     State::Get().Count(kFakeDbReleases, 1);
@@ -74,8 +77,11 @@ int FakeDb::GetOpenMode()
 int FakeDb::Open(const char* path, int mode, char* errText, int errSize)
 {
   CheckAlive(kFakeDbOpen);
-  if (openCalled_) State::Get().Violation("a database was opened twice");
+  if (openCalled_ && !closeCalled_) State::Get().Violation("a database was opened twice");
+  mayCloseAgain_ = openCalled_;
   openCalled_ = true;
+  closeCalled_ = false;
+  closedUnderSearcher_ = false;
   path_ = path;
   mode_ = mode;
   Log("DbOpen " + path_);
@@ -85,6 +91,7 @@ int FakeDb::Open(const char* path, int mode, char* errText, int errSize)
   const Answer answer = State::Get().Perform(record);
   if (answer.status != 0) WriteText(answer, answer.text, errText, errSize);
   open_ = answer.status == 0;
+  mayCloseAgain_ = mayCloseAgain_ && !open_;
   return answer.status;
 }
 
@@ -93,13 +100,15 @@ void FakeDb::Close()
   CheckAlive(kFakeDbClose);
   Log("DbClose " + path_);
   if (!openCalled_) State::Get().Violation("Close without Open");
-  if (closeCalled_) State::Get().Violation("a database was closed twice");
-  if (searchers_ != 0) State::Get().Violation("a database was closed under a live searcher");
+  if (closeCalled_ && !mayCloseAgain_) State::Get().Violation("a database was closed twice");
+  closedUnderSearcher_ = searchers_ != 0;
   closeCalled_ = true;
   open_ = false;
   State::Get().Count(kFakeCloses, 1);
   CallRecord record(kFakeDbClose, this);
+  const bool openedInVain = std::exchange(mayCloseAgain_, true);
   State::Get().Perform(record);
+  mayCloseAgain_ = openedInVain;
 }
 
 /** Notices calls on dead searchers and two threads in one searcher. */

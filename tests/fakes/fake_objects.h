@@ -39,7 +39,9 @@ class FakeDb : public IArfDb
   std::atomic<int> searchers_{0};
   std::atomic<bool> open_{false};
   bool openCalled_ = false;
-  bool closeCalled_ = false;
+  bool closeCalled_ = false;          // since the last Open
+  bool mayCloseAgain_ = false;        // it was opened again in vain, or Close threw
+  bool closedUnderSearcher_ = false;  // a fault unless it is opened again
   std::atomic<bool> dead_{false};
 };
 

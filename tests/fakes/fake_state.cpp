@@ -1,24 +1,20 @@
 #include "fakes/fake_state.h"
 
-#include <fcntl.h>
 #include <pthread.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cctype>
 #include <chrono>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <stdexcept>
 
+#include "fakes/event_log.h"
 #include "fakes/fake_objects.h"
 
 namespace fake {
 namespace {
 
-/** Plain memory, so that logging works before the first and after the last constructor of this library. */
-char logPath[4096];
 std::atomic<bool> stateAlive{false};
 
 std::string Lower(const char* text)
@@ -33,12 +29,7 @@ std::string Lower(const char* text)
 
 void Log(const std::string& event)
 {
-  if (logPath[0] == '\0') return;
-  int file = open(logPath, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0600);
-  if (file < 0) return;
-  const std::string line = std::string(kIdentity.libraryName) + " " + event + "\n";
-  if (write(file, line.data(), line.size()) < 0) abort();
-  close(file);
+  LogEvent(kIdentity.libraryName, event.c_str());
 }
 
 const char* OperationName(FakeOperation operation)
@@ -148,8 +139,7 @@ bool State::IsAlive()
 
 State::State()
 {
-  const char* path = std::getenv("QXPAF_FAKE_LOG");
-  if (path != nullptr && std::strlen(path) < sizeof logPath) std::strcpy(logPath, path);
+  OpenEventLog();
   stateAlive = true;
   Reset();
   Log("load");
@@ -234,6 +224,7 @@ FakeDb* State::CreateDb()
 FakeSearcher* State::CreateSearcher(IArfDb* db)
 {
   auto searcher = std::make_unique<FakeSearcher>(*static_cast<FakeDb*>(db));
+  if (!static_cast<FakeDb*>(db)->IsOpen()) Violation("GetSearcher called with a database that is not open");
   std::lock_guard<std::mutex> lock(mutex_);
   searchers_.push_back(std::move(searcher));
   return searchers_.back().get();

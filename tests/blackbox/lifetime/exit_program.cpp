@@ -1,6 +1,7 @@
 // Ends a process that uses libqxpaf.so in awkward moments. Usage: exit_program <way>. Ends with 0 when everything
 // answered as it should; a message says what did not.
 #include <dlfcn.h>
+#include <pthread.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -11,20 +12,13 @@
 #include <future>
 #include <thread>
 
+#include "blackbox/lifetime/require.h"
 #include "fakes/fake_control.h"
 #include "qxpaf/paf.h"
 
 namespace {
 
 constexpr const char* kName = "DLL:FakeTwo;/p";
-
-void Require(bool truth, const char* what)
-{
-  if (truth) return;
-  std::printf("not so: %s\n", what);
-  std::fflush(stdout);
-  _exit(1);
-}
 
 void OpenThree()
 {
@@ -86,6 +80,49 @@ int ForceCloseAllAtTheEnd()
   return 0;
 }
 
+void UseDefaultInstance()
+{
+  char out[255];
+  Require(pafGetAddress("q", out) == 0, "querying the default instance works");
+}
+
+int ReturnWithADefaultInstance()
+{
+  Require(pafOpenPaf() == 0, "opening the default database works");
+  UseDefaultInstance();
+  return 0;
+}
+
+/** A thread with a default instance sleeps through the end. */
+int ReturnBesideAThreadWithADefaultInstance()
+{
+  Require(pafOpenPaf() == 0, "opening the default database works");
+  static std::promise<void> used;
+  std::thread([] {
+    UseDefaultInstance();
+    used.set_value();
+    std::this_thread::sleep_for(std::chrono::hours(1));
+  }).detach();
+  used.get_future().wait();
+  return 0;
+}
+
+/** The process goes on without its first thread, which ends like any other. */
+int EndTheFirstThreadOnly()
+{
+  ReturnWithADefaultInstance();
+  static const pthread_t first = pthread_self();
+  std::thread([] {
+    pthread_join(first, nullptr);
+    char count[16];
+    Require(pafGetPropertiesId(0, "ClientCount", count, sizeof count) == 0 && std::strcmp(count, "0") == 0,
+            "the instance went with its thread");
+    UseDefaultInstance();
+    std::exit(0);
+  }).detach();
+  pthread_exit(nullptr);
+}
+
 int UseInAChild()
 {
   OpenThree();
@@ -119,6 +156,9 @@ int main(int argc, char** argv)
                {"thread_inside", ReturnWhileAThreadIsInside},
                {"thread_with_error", ReturnBesideAThreadWithAnError},
                {"force_close_at_exit", ForceCloseAllAtTheEnd},
+               {"return_with_default", ReturnWithADefaultInstance},
+               {"thread_with_default", ReturnBesideAThreadWithADefaultInstance},
+               {"first_ends_alone", EndTheFirstThreadOnly},
                {"fork", UseInAChild}};
   for (const auto& way : kWays) {
     if (std::strcmp(way.name, argv[1]) == 0) return way.run();

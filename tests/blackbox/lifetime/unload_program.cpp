@@ -19,6 +19,8 @@ struct Library
   decltype(&pafGetParsedInputId) query;
   decltype(&pafGetFindStatusId) findStatus;
   decltype(&pafGetErrorDescription) describe;
+  decltype(&pafOpenPaf) openDefault;
+  decltype(&pafGetAddress) queryDefault;
 };
 
 template <class Function>
@@ -39,6 +41,8 @@ bool Load(const char* path, Library& library)
   Resolve(library.handle, "pafGetParsedInputId", library.query);
   Resolve(library.handle, "pafGetFindStatusId", library.findStatus);
   Resolve(library.handle, "pafGetErrorDescription", library.describe);
+  Resolve(library.handle, "pafOpenPaf", library.openDefault);
+  Resolve(library.handle, "pafGetAddress", library.queryDefault);
   return true;
 }
 
@@ -55,7 +59,8 @@ bool FailOnThisThread(const Library& library)
 }
 
 /** A thread that has used the library outlives it. */
-bool ThreadOutlivesLibrary(const char* path)
+template <class Use>
+bool UserOutlivesLibrary(const char* path, Use use)
 {
   Library library;
   if (!Load(path, library)) return false;
@@ -63,7 +68,7 @@ bool ThreadOutlivesLibrary(const char* path)
   std::promise<void> unloaded;
   bool good = false;
   std::thread thread([&] {
-    good = FailOnThisThread(library) && Expect(library.open(0, "DLL:FakeTwo;/p") == 1, "opening works");
+    good = use(library);
     used.set_value();
     unloaded.get_future().wait();
   });
@@ -72,6 +77,23 @@ bool ThreadOutlivesLibrary(const char* path)
   unloaded.set_value();
   thread.join();
   return good;
+}
+
+bool ThreadOutlivesLibrary(const char* path)
+{
+  return UserOutlivesLibrary(path, [](const Library& library) {
+    return FailOnThisThread(library) && Expect(library.open(0, "DLL:FakeTwo;/p") == 1, "opening works");
+  });
+}
+
+/** The same with a default instance, which the thread's end would release. */
+bool DefaultInstanceOutlivesLibrary(const char* path)
+{
+  return UserOutlivesLibrary(path, [](const Library& library) {
+    char out[255];
+    return Expect(library.openDefault() == 0, "opening the default database works") &&
+           Expect(library.queryDefault("q", out) == 0, "querying the default instance works");
+  });
 }
 
 /** The library is unloaded while instances are open. */
@@ -129,6 +151,7 @@ int main(int argc, char** argv)
     const char* name;
     bool (*run)(const char*);
   } kWays[] = {{"thread_outlives", ThreadOutlivesLibrary},
+               {"default_outlives", DefaultInstanceOutlivesLibrary},
                {"open_instances", OpenInstances},
                {"again_and_again", AgainAndAgain},
                {"by_another_thread", UnloadedByAnotherThread}};

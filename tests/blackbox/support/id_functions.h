@@ -1,11 +1,11 @@
-/** Every exported function that takes an Id and calls a plug-in, as one table. */
+/** The functions that work on an instance and answer the status of one operation, for tests of what they share. */
 #ifndef QXPAF_TESTS_BLACKBOX_SUPPORT_ID_FUNCTIONS_H
 #define QXPAF_TESTS_BLACKBOX_SUPPORT_ID_FUNCTIONS_H
 
 #include <ostream>
 #include <vector>
 
-#include "fakes/fake_control.h"
+#include "blackbox/support/exported_functions.h"
 
 namespace blackbox {
 
@@ -13,9 +13,11 @@ struct IdFunction
 {
   const char* name;
   FakeOperation operation;  // the operation whose status it returns
-  int (*call)(int id);      // calls it with valid arguments
-  bool answersFindStatus;   // returns the plug-in's number itself and -1 on any failure of its own
+  int (*run)(int id, const char* in, char* text, int size);
+  bool answersFindStatus;  // returns the plug-in's number itself and -1 on any failure of its own
 
+  /** Calls it with valid arguments. */
+  int call(int id) const;
   /** What it answers where the others answer `status`. */
   int Failing(int status) const { return answersFindStatus ? -1 : status; }
 };

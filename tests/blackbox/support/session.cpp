@@ -21,23 +21,29 @@ int Open(const std::string& name, int memoryMode)
   return status == 0 ? id : 0;
 }
 
-BusyInstance::BusyInstance(Fake& fake, int id) : fake_(fake)
+BlockedCall::BlockedCall(Fake& fake, FakeOperation operation, std::function<int()> call)
+    : fake_(fake), operation_(operation)
 {
-  fake_->block(kFakeLookupAddress);
-  thread_ = std::thread([this, id] { status_ = pafLookupAddress(id, text_, sizeof text_, 0); });
-  EXPECT_GT(fake_->waitUntilBlocked(kFakeLookupAddress, 10000), 0) << "the call did not reach the plug-in";
+  fake_->block(operation);
+  thread_ = std::thread([this, call] { status_ = call(); });
+  EXPECT_GT(fake_->waitUntilBlocked(operation, 10000), 0) << "the call did not reach the plug-in";
 }
 
-BusyInstance::~BusyInstance()
+BlockedCall::~BlockedCall()
 {
   Finish();
 }
 
-int BusyInstance::Finish()
+int BlockedCall::Finish()
 {
-  fake_->unblock(kFakeLookupAddress);
+  fake_->unblock(operation_);
   if (thread_.joinable()) thread_.join();
   return status_;
+}
+
+BusyInstance::BusyInstance(Fake& fake, int id)
+    : call_(fake, kFakeLookupAddress, [this, id] { return pafLookupAddress(id, text_, sizeof text_, 0); })
+{
 }
 
 }  // namespace blackbox

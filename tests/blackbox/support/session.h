@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -32,25 +33,39 @@ class SessionTest : public testing::Test
   int id = 0;
 };
 
+/** A call on a thread of its own that stands inside an operation of the plug-in until Finish. */
+class BlockedCall
+{
+ public:
+  BlockedCall(Fake& fake, FakeOperation operation, std::function<int()> call);
+  ~BlockedCall();
+  BlockedCall(const BlockedCall&) = delete;
+  BlockedCall& operator=(const BlockedCall&) = delete;
+
+  /** Lets the call go on and waits for its thread to end. @return its status */
+  int Finish();
+
+ private:
+  Fake& fake_;
+  FakeOperation operation_;
+  int status_ = -1;
+  std::thread thread_;
+};
+
 /** Holds an instance busy: a thread of its own stands inside the plug-in's LookupAddress until Finish. */
 class BusyInstance
 {
  public:
   BusyInstance(Fake& fake, int id);
-  ~BusyInstance();
-  BusyInstance(const BusyInstance&) = delete;
-  BusyInstance& operator=(const BusyInstance&) = delete;
 
   /** Lets the call go on. @return its status */
-  int Finish();
+  int Finish() { return call_.Finish(); }
   /** What the call wrote into its buffer. */
   const char* Text() const { return text_; }
 
  private:
-  Fake& fake_;
-  int status_ = -1;
   char text_[64] = "1 High St";
-  std::thread thread_;
+  BlockedCall call_;
 };
 
 }  // namespace blackbox

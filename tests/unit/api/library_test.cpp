@@ -51,18 +51,4 @@ TEST(LibraryDeathTest, LeavesBusyInstancesToTheirCalls)
       testing::ExitedWithCode(0), "");
 }
 
-TEST(LibraryDeathTest, SaysSoWhenThereIsNoPerThreadKey)
-{
-  EXPECT_EXIT(
-      {
-        FinaliseLibrary();
-        pthread_key_t key;
-        while (pthread_key_create(&key, nullptr) == 0) {
-        }
-        InitialiseLibrary();
-        std::_Exit(LibraryStatus() == PAF_ERR_THREAD_KEY ? 0 : 1);
-      },
-      testing::ExitedWithCode(0), "pthread_key_created failed returning 11\n");
-}
-
 }  // namespace

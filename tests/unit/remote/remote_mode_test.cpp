@@ -7,11 +7,14 @@
 #include <string>
 
 #include "qxpaf/paf.h"
+#include "qxpaf/remote.h"
 #include "support/config_sandbox.h"
 
 namespace {
 
 using qxpaf::IsRemoteMode;
+using qxpaf::IsRemoteModeOn;
+using qxpaf::SetRemoteMode;
 
 struct Row
 {
@@ -46,6 +49,80 @@ TEST(RemoteModeDeathTest, IsDecidedOnce)
         const bool first = IsRemoteMode();
         sandbox.Configure("PindleSvr/TcpHost=paf.example\n");
         std::_Exit(!first && !IsRemoteMode() ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+/** What the program and the configuration say, and what comes of it. */
+struct Decision
+{
+  const char* hostSet;
+  const char* portSet;
+  const char* config;
+  bool remote;
+  const char* host;
+  const char* port;
+};
+
+class RemoteModeDecision : public testing::TestWithParam<Decision>
+{
+};
+
+TEST_P(RemoteModeDecision, TakesWhatTheProgramHasNotSet)
+{
+  const test_support::ConfigSandbox sandbox;
+  sandbox.Configure(GetParam().config);
+  const auto decidesRightly = [] {
+    SetTcpHost(GetParam().hostSet);
+    SetTcpPort(GetParam().portSet);
+    const bool undecided = !IsRemoteModeOn();
+    return undecided && IsRemoteMode() == GetParam().remote && IsRemoteModeOn() == GetParam().remote &&
+           std::string(GetTcpHost()) == GetParam().host && std::string(GetTcpPort()) == GetParam().port;
+  };
+  EXPECT_EXIT(std::_Exit(decidesRightly() ? 0 : 1), testing::ExitedWithCode(0), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, RemoteModeDecision,
+    testing::Values(Decision{"", "", "PindleSvr/TcpHost=h\nPindleSvr/TcpPort=1\n", true, "h", "1"},
+                    Decision{"", "", "PindleSvr/TcpHost=h\n", true, "h", ""},
+                    Decision{"", "", "PindleSvr/TcpPort=1\n", true, "", "1"},
+                    Decision{"mine", "", "", false, "mine", ""}, Decision{"", "2", "", false, "", "2"},
+                    Decision{"mine", "2", "", false, "mine", "2"},
+                    Decision{"mine", "", "PindleSvr/TcpHost=h\n", false, "mine", ""},
+                    Decision{"", "2", "PindleSvr/TcpPort=1\n", false, "", "2"},
+                    Decision{"mine", "2", "PindleSvr/TcpHost=h\nPindleSvr/TcpPort=1\n", false, "mine", "2"},
+                    Decision{"mine", "", "PindleSvr/TcpHost=h\nPindleSvr/TcpPort=1\n", true, "mine", "1"},
+                    Decision{"", "2", "PindleSvr/TcpHost=h\nPindleSvr/TcpPort=1\n", true, "h", "2"},
+                    Decision{"mine", "", "PindleSvr/TcpPort=1\n", true, "mine", "1"}));
+
+TEST(RemoteModeDeathTest, IsSwitchedWhateverWasDecided)
+{
+  const test_support::ConfigSandbox sandbox;
+  sandbox.Configure("PindleSvr/TcpHost=h\n");
+  EXPECT_EXIT(
+      {
+        SetRemoteMode(false);
+        bool right = !IsRemoteMode() && std::string(GetTcpHost()).empty();
+        SetRemoteMode(true);
+        right = right && IsRemoteMode() && IsRemoteModeOn() && std::string(GetTcpHost()).empty();
+        SetRemoteMode(false);
+        right = right && !IsRemoteMode() && !IsRemoteModeOn();
+        std::_Exit(right ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
+TEST(RemoteModeDeathTest, LongSettingsAreCut)
+{
+  const test_support::ConfigSandbox sandbox;
+  sandbox.Configure("PindleSvr/TcpHost=" + std::string(300, 'h') + "\nPindleSvr/TcpPort=" + std::string(40, '1') +
+                    "\n");
+  EXPECT_EXIT(
+      {
+        const bool right = IsRemoteMode() && std::string(GetTcpHost()) == std::string(255, 'h') &&
+                           std::string(GetTcpPort()) == std::string(31, '1');
+        std::_Exit(right ? 0 : 1);
       },
       testing::ExitedWithCode(0), "");
 }

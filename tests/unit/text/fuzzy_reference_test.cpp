@@ -148,6 +148,29 @@ TEST(CompareStrings2Reference, RandomPairs)
   });
 }
 
+// What bounds give for a pair whose distance is known: texts that begin one with the other are not capped.
+int WithinBound(const std::string& a, const std::string& b, int distance, int maxDist)
+{
+  const bool isBeginning = a.starts_with(b) || b.starts_with(a);
+  return isBeginning ? distance : std::min(distance, maxDist + 1);
+}
+
+// Of the lengths of streets, against the table of all rests.
+TEST(CompareStrings2Reference, LongerRandomPairs)
+{
+  ForRandomPairs(45, [](const std::string& a, const std::string& b) {
+    const ExactText<char> exactA(a);
+    const ExactText<char> exactB(b);
+    for (const bool digitsMayDiffer : {false, true}) {
+      const int distance = reference::UnboundedDistance(a, b, digitsMayDiffer);
+      for (int maxDist = 0; maxDist <= 4; ++maxDist)
+        ASSERT_EQ(CompareStrings2(exactA.Get(), exactB.Get(), maxDist, digitsMayDiffer),
+                  WithinBound(a, b, distance, maxDist))
+            << a << " and " << b << " within " << maxDist << (digitsMayDiffer ? "" : ", digits fixed");
+    }
+  });
+}
+
 TEST(CompareStrings2Reference, RealisticPairs)
 {
   ForRealisticPairs([](const std::string& a, const std::string& b) { ExpectSameDistances(a, b, 2); });

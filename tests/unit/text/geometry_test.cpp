@@ -52,7 +52,9 @@ TEST(Distance, Rows)
   EXPECT_NEAR(LatLongDist(0, 0, 0, 1), 111.195, 0.0005);
   EXPECT_NEAR(LatLongDist(0, 0, 1, 0), 111.195, 0.0005);
   EXPECT_EQ(LatLongDist(-33.86, 151.21, -33.86, 151.21), 0.0);
-  EXPECT_EQ(LatLongDist(90, 0, 90, 120), 0.0);  // the pole under two names
+  EXPECT_EQ(LatLongDist(90, 0, 90, 120), 0.0);            // the pole under two names
+  EXPECT_EQ(LatLongDist(HUGE_VAL, 1, HUGE_VAL, 1), 0.0);  // infinite, and the same
+  EXPECT_TRUE(std::isnan(LatLongDist(HUGE_VAL, 1, HUGE_VAL, 2)));
   EXPECT_NEAR(LatLongDist(0, 0, 0, 180), kHalfCircumference, 0.001);
   EXPECT_LE(LatLongDist(0, 0, 0, 180), kHalfCircumference);
   EXPECT_NEAR(LatLongDist(90, 0, -90, 0), kHalfCircumference, 0.001);
