@@ -15,6 +15,13 @@ std::unique_ptr<Database> Open(std::string_view path, OpenResult& result)
   return Database::Open(std::string(path), OpenMode::Disk, result);
 }
 
+void AppendVersion(const Database& database, BoundedText& out)
+{
+  out.Word(database.Info("name")).Word(database.Info("version"));
+  out.Gap() << "(format " << std::uint32_t{layout::kMajorVersion} << ", " << database.PointCount()
+            << (database.PointCount() == 1 ? " address)" : " addresses)");
+}
+
 }  // namespace
 
 int ReadArfVersion(const PropertyRequest& request)
@@ -25,9 +32,20 @@ int ReadArfVersion(const PropertyRequest& request)
     request.reason << result.message << '.';
     return StatusOf(result.failure).status;
   }
-  request.out.Word(database->Info("name")).Word(database->Info("version"));
-  request.out.Gap() << "(format " << std::uint32_t{layout::kMajorVersion} << ", " << database->PointCount()
-                    << (database->PointCount() == 1 ? " address)" : " addresses)");
+  AppendVersion(*database, request.out);
+  return 0;
+}
+
+/** Programs ask for it without a database too. */
+int ReadVersionInfo(const PropertyRequest& request)
+{
+  const Database* const database = request.source.database;
+  if (!database) return 0;
+  if (const std::string_view version = database->Info("version"); !version.empty()) {
+    request.out << version;
+  } else {
+    AppendVersion(*database, request.out);
+  }
   return 0;
 }
 

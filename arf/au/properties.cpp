@@ -85,12 +85,6 @@ int ReadInfo(const PropertyRequest& request, std::string_view key)
   return 0;
 }
 
-/** Empty where no database is open: programs ask for it without one. */
-int ReadVersionInfo(const PropertyRequest& request)
-{
-  return request.source.database ? ReadInfo(request, "version") : 0;
-}
-
 int ReadAttribution(const PropertyRequest& request)
 {
   return ReadInfo(request, "attribution");

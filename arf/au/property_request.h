@@ -32,6 +32,8 @@ int ReadSortPlanDate(const PropertyRequest& request);
 /** Version and state of the database in a directory, which need not be open. */
 int ReadArfVersion(const PropertyRequest& request);
 int ReadArfStatus(const PropertyRequest& request);
+/** Version of the open database: its own if it has one, otherwise as ReadArfVersion. Empty where none is open. */
+int ReadVersionInfo(const PropertyRequest& request);
 
 }  // namespace arf
 

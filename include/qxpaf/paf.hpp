@@ -287,7 +287,10 @@ class Enumeration
   bool atEnd_ = false;
 };
 
-/** An open instance. Movable; closes itself. A closed or moved-from one answers 6405 to everything. */
+/**
+ * An open instance. Movable; closes itself. A closed or moved-from one answers 6405, but FindStatus -1 and Property
+ * what is known without an instance.
+ */
 class Session
 {
  public:

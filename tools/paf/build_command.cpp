@@ -141,6 +141,13 @@ Command AddBuildCommand(CLI::App& program)
   app->add_option("--sort-plan", options->sortPlanPath,
                   "Barcode sort plan of the postcodes (date, then postcode,bsp,npsp), kept beside the database")
       ->option_text("FILE");
+  const auto addInfo = [&](const char* option, const char* entry, const char* help) {
+    app->add_option_function<std::string>(
+           option, [options, entry](const std::string& text) { options->info.emplace_back(entry, text); }, help)
+        ->option_text("TEXT");
+  };
+  addInfo("--data-version", "version", "Version of the addresses, which the property PafVersionInfo answers");
+  addInfo("--attribution", "attribution", "Credit that the addresses' licence asks for, the property Attribution");
   app->footer(
       "Columns: dpid, locality, state, postcode and street_name (or postal_type) are required; building, unit_type,\n"
       "unit_number, level_type, level_number, lot, number_first, number_first_suffix, number_last, "
