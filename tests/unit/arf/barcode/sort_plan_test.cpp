@@ -6,7 +6,6 @@
 #include <fstream>
 #include <memory>
 #include <random>
-#include <regex>
 #include <string>
 
 #include "support/random_seed.h"
@@ -193,6 +192,16 @@ TEST(SortPlanFile, WhatIsNoFileOfThatSize)
 }
 
 /** The plan that comes with the sample addresses has all of their postcodes. */
+/** The field behind the one that is a state's code; empty when there is none. */
+std::string PostcodeBehindState(const std::string& line)
+{
+  for (const std::string state : {"ACT", "NSW", "NT", "QLD", "SA", "TAS", "VIC", "WA"}) {
+    const std::size_t at = line.find("," + state + ",");
+    if (at != std::string::npos) return line.substr(at + state.size() + 2, 4);
+  }
+  return {};
+}
+
 TEST(SortPlanFile, OfTheSample)
 {
   const arf::SortPlanFile file = arf::ReadSortPlanOf(QXPAF_SAMPLE);
@@ -200,10 +209,9 @@ TEST(SortPlanFile, OfTheSample)
   std::ifstream addresses(QXPAF_SAMPLE "/addresses.csv");
   std::size_t found = 0;
   for (std::string line; std::getline(addresses, line);) {
-    std::smatch match;
-    static const std::regex postcode(",(?:ACT|NSW|NT|QLD|SA|TAS|VIC|WA),([0-9]{4}),");
-    if (!std::regex_search(line, match, postcode)) continue;
-    EXPECT_NE(file.plan->Find(match.str(1)), nullptr) << line;
+    const std::string postcode = PostcodeBehindState(line);
+    if (postcode.empty()) continue;
+    EXPECT_NE(file.plan->Find(postcode), nullptr) << line;
     ++found;
   }
   EXPECT_GT(found, 400U);
