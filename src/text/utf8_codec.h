@@ -36,6 +36,17 @@ inline bool DecodeUtf8Sequence(const char*& p, std::uint32_t& codePoint)
   return true;
 }
 
+// Decodes a sequence of three bytes at p, where three may be read, with one test for both continuations; p stays.
+inline bool DecodeThreeBytes(const char* p, std::uint32_t& codePoint)
+{
+  const unsigned int lead = static_cast<unsigned char>(p[0]);
+  const unsigned int second = static_cast<unsigned char>(p[1]) ^ 0x80U;
+  const unsigned int third = static_cast<unsigned char>(p[2]) ^ 0x80U;
+  if ((lead & 0xF0) != 0xE0 || (second | third) > 0x3F) return false;
+  codePoint = (lead & 0x0F) << 12 | second << 6 | third;
+  return true;
+}
+
 // Decodes the sequence at p and moves p behind it. False when there is none, with p and codePoint untouched; but a
 // sequence above U+10FFFF is passed and stored before it is refused, as callers of the strict stepping functions can
 // see. Overlong forms and surrogates are let through.

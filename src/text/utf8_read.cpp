@@ -116,10 +116,14 @@ struct Reading : Conversion
     while (p < stop) {
       TakeWholeBlocks<AsciiRuns>(p, stop, to);
       for (const char* const end = stop - p > kStretch ? p + kStretch : stop; p < end;) {
-        if (IsAsciiByte(*p))
+        std::uint32_t codePoint = 0;
+        if (IsAsciiByte(*p)) {
           *to++ = static_cast<Out>(*p++);
-        else if (!ReadCharacter<Target>(p, to))
+        } else if (stop - p >= 3 && DecodeThreeBytes(p, codePoint) && Target::Put(to, codePoint)) {
+          p += 3;
+        } else if (!ReadCharacter<Target>(p, to)) {
           return to;
+        }
       }
     }
     return to;
