@@ -16,26 +16,27 @@ constexpr int kImpliedFormatSize = 250;
 
 constexpr int kNoFindStatus = -1;
 
-/** Calls `query` with the default instance's Id, which is opened first if there is none. */
+enum class IfMissing
+{
+  Open,
+  PassZero  ///< the Id of no instance
+};
+
+/** Calls `query` with the Id of the thread's default instance. */
 template <class Query>
-int OnDefault(Query&& query)
+int OnDefault(Query&& query, IfMissing ifMissing = IfMissing::Open)
 {
   return AtBoundary([&] {
     int id = 0;
-    const int status = GetDefaultInstance(&id, true, 0);
+    const int status = GetDefaultInstance(&id, ifMissing == IfMissing::Open, 0);
     return status != 0 ? status : query(id);
   });
 }
 
-/** The same with Id 0 if there is none. */
 template <class Query>
 int OnDefaultIfOpen(Query&& query)
 {
-  return AtBoundary([&] {
-    int id = 0;
-    const int status = GetDefaultInstance(&id, false, 0);
-    return status != 0 ? status : query(id);
-  });
+  return OnDefault(query, IfMissing::PassZero);
 }
 
 }  // namespace

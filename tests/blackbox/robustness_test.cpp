@@ -1,10 +1,9 @@
-// Ten thousand random texts through every function that takes one. QXPAF_TEST_SEED repeats a run.
+// Random database names, configuration files and plug-in versions. QXPAF_TEST_SEED repeats a run.
 #include <gtest/gtest.h>
 
 #include <random>
 
 #include "blackbox/support/fake.h"
-#include "blackbox/support/guarded_buffer.h"
 #include "blackbox/support/session.h"
 #include "qxpaf/paf.h"
 #include "support/random_seed.h"
@@ -34,88 +33,8 @@ class RobustnessTest : public SessionTest
     return text;
   }
 
-  /** One call with text in, text out: the text arrives, the answer comes back as far as it fits. */
-  template <class Call>
-  void Check(FakeOperation operation, size_t outSize, const std::string& text, Call call)
-  {
-    fake->clearCalls();
-    GuardedBuffer out(outSize);
-    ASSERT_EQ(call(text.c_str(), out.data(), out.size()), 0);
-    ASSERT_EQ(fake.Last(operation).arguments.at(0), text);
-    ASSERT_EQ(out.Text(), answer.substr(0, outSize - 1));
-  }
-
   std::mt19937 random;
-  std::string answer;
 };
-
-TEST_F(RobustnessTest, InOutFunctions)
-{
-  for (int round = 0; round < kRounds; ++round) {
-    const std::string text = Text();
-    answer = Text();
-    const auto size = static_cast<size_t>(Number(1, 3000));
-    const int sizeOfBuffer = static_cast<int>(size);
-    fake->clearCalls();
-    fake.Answer(kFakeLookupAddress, 0, answer.c_str());
-    fake.Answer(kFakeFixLastLine, 0, answer.c_str());
-    fake.Answer(kFakeValidatePartialAddress, 0, answer.c_str());
-
-    GuardedBuffer lookup(text, size);
-    ASSERT_EQ(pafLookupAddress(id, lookup.data(), sizeOfBuffer, round % 2), 0);
-    ASSERT_EQ(fake.Last(kFakeLookupAddress).arguments.at(0), text);
-    ASSERT_EQ(lookup.Text(), answer.substr(0, std::min<size_t>(2047, size - 1)));
-
-    GuardedBuffer lastLine(text, size);
-    ASSERT_EQ(pafFixLastLineId(id, lastLine.data(), sizeOfBuffer), 0);
-    ASSERT_EQ(fake.Last(kFakeFixLastLine).arguments.at(0), text);
-    ASSERT_EQ(lastLine.Text(), answer.substr(0, std::min<size_t>(511, size - 1)));
-
-    GuardedBuffer partial(text, size);
-    ASSERT_EQ(pafValidatePartialAddressId(id, partial.data(), sizeOfBuffer), 0);
-    ASSERT_EQ(fake.Last(kFakeValidatePartialAddress).arguments.at(0), text);
-    ASSERT_EQ(partial.Text(), answer.substr(0, std::min<size_t>(9, size - 1)));
-  }
-}
-
-TEST_F(RobustnessTest, DirectFunctions)
-{
-  for (int round = 0; round < kRounds; ++round) {
-    const std::string text = Text();
-    answer = Text();
-    const auto size = static_cast<size_t>(Number(1, 300));
-    for (FakeOperation operation : {kFakeGetAddress, kFakeGetPopupHint, kFakeGetAddressHint, kFakeValidateFullAddress,
-                                    kFakeFormatAddress, kFakeGetSearchStatistics})
-      fake.Answer(operation, 0, answer.c_str());
-    Check(kFakeGetAddress, size, text,
-          [&](const char* in, char* out, int n) { return pafGetAddressId(id, in, out, n); });
-    Check(kFakeGetPopupHint, size, text,
-          [&](const char* in, char* out, int n) { return pafGetPopupHintId(id, in, in, round, out, n); });
-    Check(kFakeGetAddressHint, size, text,
-          [&](const char* in, char* out, int n) { return pafGetAddressHintId(id, in, in, out, n); });
-    Check(kFakeValidateFullAddress, size, text,
-          [&](const char* in, char* out, int n) { return pafValidateFullAddressId(id, in, out, n, round, nullptr); });
-    Check(kFakeFormatAddress, size, text,
-          [&](const char* in, char* out, int n) { return pafFormatAddressId(id, in, out, round, n); });
-    Check(kFakeGetSearchStatistics, size, text,
-          [&](const char* in, char* out, int n) { return pafGetSearchStatistics(id, in, in, in, in, out, n); });
-    if (HasFatalFailure()) return;
-  }
-}
-
-TEST_F(RobustnessTest, FunctionsWithoutOutput)
-{
-  for (int round = 0; round < kRounds; ++round) {
-    const std::string text = Text();
-    fake->clearCalls();
-    ASSERT_EQ(pafSetGeographicalCodesId(id, text.c_str()), 0);
-    ASSERT_EQ(pafBeginPolygonSearch(id, text.c_str(), text.c_str()), 0);
-    ASSERT_EQ(pafBeginAddressSearch(id, text.c_str()), 0);
-    ASSERT_EQ(fake.Last(kFakeSetGeographicalCodes).arguments.at(0), text);
-    ASSERT_EQ(fake.Last(kFakeBeginPolygonSearch).arguments.at(1), text);
-    ASSERT_EQ(fake.Last(kFakeBeginAddressSearch).arguments.at(0), text);
-  }
-}
 
 TEST_F(RobustnessTest, DatabaseNames)
 {
