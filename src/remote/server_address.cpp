@@ -9,16 +9,15 @@ namespace qxpaf {
 namespace {
 
 /** The lock, which guards the texts, is never held while anything else is done. */
-struct ServerAddress
+struct LockedAddress
 {
   QXMutex lock{0};
-  char host[256] = {};
-  char port[32] = {};
+  ServerAddress texts;
 };
 
-ServerAddress& Address()
+LockedAddress& Address()
 {
-  return Immortal<ServerAddress>();
+  return Immortal<LockedAddress>();
 }
 
 void Set(char* field, std::size_t size, const char* text)
@@ -27,22 +26,22 @@ void Set(char* field, std::size_t size, const char* text)
   CopyCut(field, size, text != nullptr ? text : "");
 }
 
-std::string Copy(const char* field)
+}  // namespace
+
+ServerAddress CurrentServerAddress()
 {
   const QXScopedLock lock(Address().lock, true);
-  return field;
+  return Address().texts;
 }
-
-}  // namespace
 
 std::string TcpHost()
 {
-  return Copy(Address().host);
+  return CurrentServerAddress().host;
 }
 
 std::string TcpPort()
 {
-  return Copy(Address().port);
+  return CurrentServerAddress().port;
 }
 
 }  // namespace qxpaf
@@ -51,20 +50,20 @@ using namespace qxpaf;
 
 const char* GetTcpHost()
 {
-  return Address().host;
+  return Address().texts.host;
 }
 
 void SetTcpHost(const char* host)
 {
-  Set(Address().host, sizeof Address().host, host);
+  Set(Address().texts.host, sizeof Address().texts.host, host);
 }
 
 const char* GetTcpPort()
 {
-  return Address().port;
+  return Address().texts.port;
 }
 
 void SetTcpPort(const char* port)
 {
-  Set(Address().port, sizeof Address().port, port);
+  Set(Address().texts.port, sizeof Address().texts.port, port);
 }

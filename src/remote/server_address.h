@@ -6,6 +6,15 @@
 
 namespace qxpaf {
 
+struct ServerAddress
+{
+  char host[256] = {};
+  char port[32] = {};
+};
+
+/** Host and port as they are at one moment. Allocates nothing. */
+ServerAddress CurrentServerAddress();
+
 std::string TcpHost();
 std::string TcpPort();
 

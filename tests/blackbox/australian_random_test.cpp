@@ -50,13 +50,18 @@ class AustralianTest : public testing::Test
     char text[64] = "6 Macquarie St Sydney NSW 2000";
     ASSERT_EQ(pafGetDpidNonAmas(text, sizeof text - 1), 0) << Describe(pafGetDpidNonAmas(text, sizeof text - 1));
   }
-  void TearDown() override { EXPECT_EQ(pafClosePaf(), 0); }
+  void TearDown() override { CloseEverything(); }
+
+  static void CloseEverything()
+  {
+    for (int any = 1; any <= 64; ++any) pafClosePafId(any);
+    EXPECT_EQ(pafClosePaf(), 0);
+  }
 
   /** Commands open and close what they like: only the instance 1 and the default one are open again. */
   void PutInstancesBack()
   {
-    for (int any = 1; any <= 64; ++any) pafClosePafId(any);
-    ASSERT_EQ(pafClosePaf(), 0);
+    CloseEverything();
     ASSERT_EQ(Open("AU"), 1);
     ASSERT_EQ(pafOpenPaf(), 0);
   }
