@@ -125,9 +125,10 @@ QXPAF_API int pafGetErrorDescription(char* buffer, int code, int size);
  * @param memoryMode  0 as configured, 1 disk, 2 memory, 3 mapped; passed on to the plug-in
  * @param arfName     "" for the configured default database; a configured name ("AU.Main", "AU", "Main"); a path; or
  *                    "DLL:Base;path" to name plug-in and path directly
- * @return 0; 6498, 6499, 6497, 6494, 6495, 6496, 990, 991, 6414, 6404, 6408 (remote mode is configured but not
- *         available); 1320 (the configuration file cannot be read to its end); 1321 (a relative path with "/" in it:
- * give an absolute one); or the plug-in's status. When the plug-in gave a reason, pafGetErrorDescription tells it.
+ * @return 0; 6498, 6499, 6497, 6494, 6495, 6496, 990, 991, 6414, 6404; 4200 to 4206, 4550, 4551, 4555, 4556 (remote
+ *         mode: the exchange with the server failed); 1320 (the configuration file cannot be read to its end); 1321 (a
+ * relative path with "/" in it: give an absolute one); or the plug-in's status. When the plug-in gave a reason,
+ * pafGetErrorDescription tells it.
  */
 QXPAF_API int pafOpenArfId(int* id, int memoryMode, const char* arfName);
 

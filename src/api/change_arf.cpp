@@ -1,9 +1,11 @@
 #include "api/change_arf.h"
 
 #include "api/local_instance.h"
-#include "api/query_frame.h"
+#include "api/remote_instance.h"
+#include "errors/thread_data.h"
 #include "plugins/library_wrapper.h"
 #include "qxpaf/arf_plugin.h"
+#include "qxpaf/paf.h"
 
 namespace qxpaf {
 namespace {
@@ -29,11 +31,7 @@ int ChangeArf(int id, int memoryMode, const char* arfName)
   PafInfo* info = nullptr;
   const DecrementUsageCountWhenFinished guard(info);
   if (const int status = AcquireInstance(id, info); status != 0) return status;
-  if (info->serverId != 0) {
-    if (info->remoteArfName == arfName) return PAF_OK;
-    const int status = ReconnectIfBroken(*info);
-    return status != 0 ? status : kUnavailable;
-  }
+  if (info->serverId != 0) return ChangeRemote(*info, memoryMode, arfName);
   if (info->searcher == nullptr) return PAF_ERR_NO_SEARCHER;
   return ChangeLocal(*info, id, memoryMode, arfName);
 }

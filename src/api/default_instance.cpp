@@ -4,7 +4,7 @@
 
 #include "api/instance_table.h"
 #include "api/library.h"
-#include "api/query_frame.h"
+#include "api/remote_instance.h"
 #include "errors/boundary.h"
 #include "errors/thread_data.h"
 #include "plugins/library_wrapper.h"
@@ -24,33 +24,30 @@ int GetThreadDataChecked(ThreadData*& record)
   return GetThreadData(true, record);
 }
 
-int OpenInstance(PafInfo& info)
+int OpenInstance(PafInfo& info, int memoryMode)
 {
   return AtBoundary([&] {
-    if (!IsRemoteMode()) {
-      const ArfInfo global = GlobalDatabase();
-      return global.db != nullptr ? CreateSearcher(info, global) : static_cast<int>(PAF_ERR_NOT_OPEN);
-    }
-    const int status = ReconnectIfBroken(info);
-    return status != 0 ? status : kUnavailable;
+    if (IsRemoteMode()) return OpenRemoteDefault(info, memoryMode);
+    const ArfInfo global = GlobalDatabase();
+    return global.db != nullptr ? CreateSearcher(info, global) : static_cast<int>(PAF_ERR_NOT_OPEN);
   });
 }
 
 /** Opens an instance and writes its Id to `id`, which is 0 after a failure. */
-int NewDefaultInstance(int& id)
+int NewDefaultInstance(int& id, int memoryMode)
 {
   PafInfo* info = nullptr;
   const DecrementUsageCountWhenFinished guard(info);
   if (const int status = NewInstance(&id, info, InstanceKind::Default); status != 0) return status;
-  const int status = OpenInstance(*info);
+  const int status = OpenInstance(*info, memoryMode);
   if (status != 0) FreeInstance(std::exchange(id, 0), info);
   return status;
 }
 
 /** Releases the searcher. The database stays open: it is the global one, which is closed for all threads together. */
-int ReleaseSearcher(PafInfo& info)
+int LetGo(PafInfo& info)
 {
-  info.serverId = 0;
+  if (info.serverId != 0) CloseRemote(info);
   if (IArfSearcher* const searcher = DetachSearcher(info)) searcher->Release();
   return PAF_OK;
 }
@@ -61,7 +58,7 @@ int CloseInstance(int id)
   PafInfo* info = nullptr;
   const DecrementUsageCountWhenFinished guard(info);
   if (const int status = AcquireInstance(id, info); status != 0) return status;
-  AtBoundary([&] { return ReleaseSearcher(*info); });
+  AtBoundary([&] { return LetGo(*info); });
   return FreeInstance(id, info);
 }
 
@@ -92,13 +89,13 @@ int CloseLocalDefaultInstance()
 
 }  // namespace
 
-int GetDefaultInstance(int* id, bool create, int /*memoryMode*/)
+int GetDefaultInstance(int* id, bool create, int memoryMode)
 {
   *id = 0;
   ThreadData* record = nullptr;
   if (const int status = GetThreadDataChecked(record); status != 0) return status;
   if (record->defaultId == 0 && create) {
-    if (const int status = NewDefaultInstance(record->defaultId); status != 0) return status;
+    if (const int status = NewDefaultInstance(record->defaultId, memoryMode); status != 0) return status;
   }
   *id = record->defaultId;
   return PAF_OK;

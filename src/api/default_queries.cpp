@@ -4,6 +4,7 @@
 #include "errors/boundary.h"
 #include "platform/bounded.h"
 #include "qxpaf/paf.h"
+#include "qxpaf/remote.h"
 #include "remote/remote_mode.h"
 
 using namespace qxpaf;
@@ -134,7 +135,9 @@ int pafFormatAddress(const char* address, char* out, long formatOption)
 
 int pafFormatAddressS(char* address, int length)
 {
-  if (AtBoundary([] { return IsRemoteMode() ? 1 : 0; }) == 1) return kUnavailable;
+  if (AtBoundary([] { return IsRemoteMode() ? 1 : 0; }) == 1) {
+    return AtBoundary([&] { return FormatAddressSViaSocket(address, SizeForLength(length)); });
+  }
   char formatted[256];
   formatted[0] = '\0';
   const int status = OnDefaultIfOpen(

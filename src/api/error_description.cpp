@@ -9,6 +9,7 @@
 #include "platform/bounded.h"
 #include "qxpaf/arf_plugin.h"
 #include "qxpaf/paf.h"
+#include "qxpaf/remote.h"
 #include "remote/remote_mode.h"
 
 using namespace qxpaf;
@@ -72,8 +73,8 @@ int pafGetErrorDescription(char* buffer, int code, int size)
     return PAF_OK;
   }
   if (text != nullptr) CopyCut(buffer, Capacity(size), text);
-  // A code without a text reaches this point in remote mode only, where the server would be asked for it if the
-  // buffer stayed empty.
   AppendRecordedDetail(buffer, code, size);
+  AtBoundary(
+      [&] { return buffer[0] == '\0' && IsRemoteMode() ? GetErrorDescriptionViaSocket(buffer, code, size) : 0; });
   return PAF_OK;
 }

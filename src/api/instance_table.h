@@ -5,6 +5,7 @@
 #include <atomic>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "plugins/arf_library.h"
 #include "qxpaf/platform/thread.h"
@@ -23,8 +24,11 @@ struct PafInfo
   std::string arfName;               ///< the local database's name, exactly as the caller gave it
   std::string remoteArfName;         ///< the name with which a remote instance was opened
   int serverId = 0;                  ///< Id on the socket server; 0 for a local instance
-  bool isDefault = false;            ///< a thread's default instance, which is on the global database; never changes
-  std::atomic<int> usageCount = 0;   ///< 0 idle, 1 a call is in progress
+  int remoteMemoryMode = 0;          ///< the mode with which a remote instance was opened
+  bool reconnectNeeded = false;      ///< the server lost it; under the lock, because any call may find that out
+  std::vector<std::string> remoteProperties;  ///< "name=value" of each property set on the server
+  bool isDefault = false;           ///< a thread's default instance, which is on the global database; never changes
+  std::atomic<int> usageCount = 0;  ///< 0 idle, 1 a call is in progress
 };
 
 /**

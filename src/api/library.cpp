@@ -28,6 +28,9 @@ struct StartUp
 void TlsDestructor(void* record)
 {
   CloseThreadInstance(static_cast<ThreadData*>(record));
+  // A server that could not be told left an error behind, in a new record.
+  ThreadData* late = nullptr;
+  if (GetThreadData(false, late) == 0 && late != nullptr) FreeThreadData(late);
   ClearThreadData();
 }
 

@@ -1,7 +1,7 @@
 /** Opening and closing instances. */
 #include "api/instance_table.h"
 #include "api/local_instance.h"
-#include "api/query_frame.h"
+#include "api/remote_instance.h"
 #include "errors/boundary.h"
 #include "errors/thread_data.h"
 #include "plugins/library_wrapper.h"
@@ -12,12 +12,6 @@
 
 namespace qxpaf {
 namespace {
-
-int OpenRemote(const PafInfo& info)
-{
-  const int status = ReconnectIfBroken(info);
-  return status != 0 ? status : kUnavailable;
-}
 
 int OpenLocal(PafInfo& info, int memoryMode, const char* arfName)
 {
@@ -31,16 +25,13 @@ int OpenLocal(PafInfo& info, int memoryMode, const char* arfName)
 
 int OpenInstance(PafInfo& info, int memoryMode, const char* arfName)
 {
-  return AtBoundary([&] { return IsRemoteMode() ? OpenRemote(info) : OpenLocal(info, memoryMode, arfName); });
+  return AtBoundary(
+      [&] { return IsRemoteMode() ? OpenRemote(info, memoryMode, arfName) : OpenLocal(info, memoryMode, arfName); });
 }
 
 int CloseInstance(PafInfo& info)
 {
-  if (info.serverId != 0) {
-    info.serverId = 0;
-    return kUnavailable;
-  }
-  return AtBoundary([&] { return DetachDatabase(info); });
+  return AtBoundary([&] { return info.serverId != 0 ? CloseRemote(info) : DetachDatabase(info); });
 }
 
 /** The Id, or the negated status, of an open function's result. */

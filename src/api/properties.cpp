@@ -15,6 +15,8 @@
 #include "plugins/open_databases.h"
 #include "qxpaf/arf_plugin.h"
 #include "qxpaf/paf.h"
+#include "qxpaf/remote.h"
+#include "remote/remote_mode.h"
 
 using namespace qxpaf;
 
@@ -120,7 +122,7 @@ int ReadProperty(int id, const char* name, const Answer& answer)
   if (info != nullptr) {
     if (const int status = ReconnectIfBroken(*info); status != 0) return status;
   }
-  return kUnavailable;
+  return GetPropertiesIdViaSocket(info != nullptr ? info->serverId : 0, name, answer.out, answer.size);
 }
 
 }  // namespace
@@ -139,7 +141,12 @@ int pafSetPropertiesId(int id, const char* name, const char* value)
   return AtBoundary([&] {
     if (SetConnectionProperty(name, value)) return static_cast<int>(PAF_OK);
     if (EqualIgnoringCase(name, "OpenARF")) return ChangeArf(id, 0, value);
-    return WithInstance(id, Reconnect::First, NoRequest(), [&](IArfSearcher& searcher) {
+    const auto setRemotely = [&](PafInfo& info) {
+      const int status = SetPropertiesIdViaSocket(info.serverId, name, value);
+      if (status == 0) RememberProperty(info, name, value);
+      return status;
+    };
+    return WithInstance(id, Reconnect::First, setRemotely, [&](IArfSearcher& searcher) {
       char errText[kErrorTextSize] = {};
       const int status = searcher.SetProperties(name, value, errText, sizeof errText);
       errText[sizeof errText - 1] = '\0';

@@ -6,6 +6,7 @@
 #include "platform/bounded.h"
 #include "qxpaf/arf_plugin.h"
 #include "qxpaf/paf.h"
+#include "qxpaf/remote.h"
 
 using namespace qxpaf;
 
@@ -21,10 +22,11 @@ constexpr int kAddressSize = 1024;
  * A query whose answer replaces its input: the plug-in writes into a buffer of Size bytes, and only a success is copied
  * back, cut to the caller's size.
  */
-template <int Size, class Operation>
-int QueryInPlace(int id, char* text, int size, Operation&& operation)
+template <int Size, class Remote, class Operation>
+int QueryInPlace(int id, char* text, int size, Remote&& request, Operation&& operation)
 {
-  return Query(id, Reconnect::First, NoRequest(), [&](IArfSearcher& searcher) {
+  const auto remote = [&](int serverId) { return request(serverId, text, size); };
+  return Query(id, Reconnect::First, remote, [&](IArfSearcher& searcher) {
     char result[std::size_t{Size}];
     result[0] = '\0';
     const int status = operation(searcher, result);
@@ -49,7 +51,8 @@ void BuildDpidQuery(IArfSearcher& searcher, long dpid, char* query, std::size_t 
 
 int pafLookupAddress(int id, char* address, int size, int amas)
 {
-  return QueryInPlace<kLookupSize>(id, address, size, [&](IArfSearcher& searcher, char* result) {
+  const auto request = amas != 0 ? GetDpidIdViaSocket : GetDpidNonAmasIdViaSocket;
+  return QueryInPlace<kLookupSize>(id, address, size, request, [&](IArfSearcher& searcher, char* result) {
     return searcher.LookupAddress(address, result, kLookupSize, amas);
   });
 }
@@ -66,16 +69,17 @@ int pafGetDpidNonAmasId(int id, char* address, int size)
 
 int pafFixLastLineId(int id, char* lastLine, int size)
 {
-  return QueryInPlace<kLastLineSize>(id, lastLine, size, [&](IArfSearcher& searcher, char* result) {
-    return searcher.FixLastLine(lastLine, result, kLastLineSize);
-  });
+  return QueryInPlace<kLastLineSize>(
+      id, lastLine, size, FixLastLineIdViaSocket,
+      [&](IArfSearcher& searcher, char* result) { return searcher.FixLastLine(lastLine, result, kLastLineSize); });
 }
 
 int pafValidatePartialAddressId(int id, char* address, int size)
 {
-  return QueryInPlace<kPartialAddressSize>(id, address, size, [&](IArfSearcher& searcher, char* result) {
-    return searcher.ValidatePartialAddress(address, result, kPartialAddressSize);
-  });
+  return QueryInPlace<kPartialAddressSize>(
+      id, address, size, ValidatePartialAddressIdViaSocket, [&](IArfSearcher& searcher, char* result) {
+        return searcher.ValidatePartialAddress(address, result, kPartialAddressSize);
+      });
 }
 
 int pafValidateFullAddressId(int id, const char* address, char* out, int size, int flags, char* resultFlag)
@@ -83,32 +87,43 @@ int pafValidateFullAddressId(int id, const char* address, char* out, int size, i
   char unwanted = '\0';
   char* const flag = resultFlag != nullptr ? resultFlag : &unwanted;
   *flag = '\0';
-  return Query(id, Reconnect::First, NoRequest(),
+  const auto remote = [&](int serverId) {
+    char message[256] = {};
+    const int status = ValidateFullAddressIdViaSocket(serverId, address, out, size, flags, message);
+    *flag = message[0];
+    return status;
+  };
+  return Query(id, Reconnect::First, remote,
                [&](IArfSearcher& searcher) { return searcher.ValidateFullAddress(address, out, size, flags, flag); });
 }
 
 int pafFormatAddressId(int id, const char* address, char* out, long formatOption, int size)
 {
-  return Query(id, Reconnect::Never, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.FormatAddress(address, out, formatOption, size); });
+  return Query(
+      id, Reconnect::Never,
+      [&](int serverId) { return FormatAddressIdViaSocket(serverId, address, out, formatOption, size); },
+      [&](IArfSearcher& searcher) { return searcher.FormatAddress(address, out, formatOption, size); });
 }
 
 int pafGetAddressId(int id, const char* query, char* out, int size)
 {
-  return Query(id, Reconnect::First, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.GetAddress(query, out, size); });
+  return Query(
+      id, Reconnect::First, [&](int serverId) { return GetAddressIdViaSocket(serverId, query, out, size); },
+      [&](IArfSearcher& searcher) { return searcher.GetAddress(query, out, size); });
 }
 
 int pafGetNextAddressId(int id, char* out, int size)
 {
-  return Query(id, Reconnect::Never, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.GetNextAddress(out, size); });
+  return Query(
+      id, Reconnect::Never, [&](int serverId) { return GetNextAddressIdViaSocket(serverId, out, size); },
+      [&](IArfSearcher& searcher) { return searcher.GetNextAddress(out, size); });
 }
 
 int pafDpidToAddressId(int id, long dpid, char* out, int size)
 {
   return AtBoundary([&] {
-    return WithInstance(id, Reconnect::First, NoRequest(), [&](IArfSearcher& searcher) {
+    const auto remote = [&](PafInfo& info) { return DpidToAddressIdViaSocket(info.serverId, dpid, out, size); };
+    return WithInstance(id, Reconnect::First, remote, [&](IArfSearcher& searcher) {
       char query[64];
       char result[kAddressSize];
       BuildDpidQuery(searcher, dpid, query, sizeof query);
@@ -123,27 +138,32 @@ int pafDpidToAddressId(int id, long dpid, char* out, int size)
 
 int pafGetPopupHintId(int id, const char* text1, const char* text2, int number, char* out, int size)
 {
-  return Query(id, Reconnect::First, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.GetPopupHint(text1, text2, number, out, size); });
+  return Query(
+      id, Reconnect::First,
+      [&](int serverId) { return GetPopupHintIdViaSocket(serverId, text1, text2, number, out, size); },
+      [&](IArfSearcher& searcher) { return searcher.GetPopupHint(text1, text2, number, out, size); });
 }
 
 int pafGetNextPopupHintId(int id, char* out, int size)
 {
   // Alone among the "next" calls this one reopens a lost remote instance; clients depend on it.
-  return Query(id, Reconnect::First, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.GetNextPopupHint(out, size); });
+  return Query(
+      id, Reconnect::First, [&](int serverId) { return GetNextPopupHintIdViaSocket(serverId, out, size); },
+      [&](IArfSearcher& searcher) { return searcher.GetNextPopupHint(out, size); });
 }
 
 int pafGetAddressHintId(int id, const char* text1, const char* text2, char* out, int size)
 {
-  return Query(id, Reconnect::First, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.GetAddressHint(text1, text2, out, size); });
+  return Query(
+      id, Reconnect::First, [&](int serverId) { return GetAddressHintIdViaSocket(serverId, text1, text2, out, size); },
+      [&](IArfSearcher& searcher) { return searcher.GetAddressHint(text1, text2, out, size); });
 }
 
 int pafGetNextAddressHintId(int id, char* out, int size)
 {
-  return Query(id, Reconnect::Never, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.GetNextAddressHint(out, size); });
+  return Query(
+      id, Reconnect::Never, [&](int serverId) { return GetNextAddressHintIdViaSocket(serverId, out, size); },
+      [&](IArfSearcher& searcher) { return searcher.GetNextAddressHint(out, size); });
 }
 
 int pafGetFindStatusId(int id)
@@ -153,7 +173,7 @@ int pafGetFindStatusId(int id)
   int findStatus = kNoFindStatus;
   AtBoundary([&] {
     return WithInstance(
-        id, Reconnect::Never, [&](int serverId) { return findStatus = NoRequest()(serverId); },
+        id, Reconnect::Never, [&](PafInfo& info) { return findStatus = GetFindStatusIdViaSocket(info.serverId); },
         [&](IArfSearcher& searcher) { return findStatus = searcher.GetFindStatus(); });
   });
   return findStatus;
@@ -161,14 +181,20 @@ int pafGetFindStatusId(int id)
 
 int pafGetParsedInputId(int id, char* out, int size)
 {
-  return Query(id, Reconnect::Never, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.GetParsedInput(out, size); });
+  return Query(
+      id, Reconnect::Never, [&](int serverId) { return GetParsedInputIdViaSocket(serverId, out, size); },
+      [&](IArfSearcher& searcher) { return searcher.GetParsedInput(out, size); });
 }
 
 int pafSetGeographicalCodesId(int id, const char* codes)
 {
   return AtBoundary([&] {
-    return WithInstance(id, Reconnect::Never, NoRequest(), [&](IArfSearcher& searcher) {
+    const auto remote = [&](PafInfo& info) {
+      const int status = SetGeographicalCodesIdViaSocket(info.serverId, codes);
+      if (status == 0) RememberProperty(info, "GeographicalCodes", codes);
+      return status;
+    };
+    return WithInstance(id, Reconnect::Never, remote, [&](IArfSearcher& searcher) {
       char errText[kErrorTextSize] = {};
       const int status = searcher.SetGeographicalCodes(codes, errText, sizeof errText);
       errText[sizeof errText - 1] = '\0';

@@ -3,9 +3,9 @@
 #define QXPAF_SRC_API_QUERY_FRAME_H
 
 #include "api/instance_table.h"
+#include "api/remote_instance.h"
 #include "errors/boundary.h"
 #include "errors/thread_data.h"
-#include "remote/remote_mode.h"
 
 namespace qxpaf {
 
@@ -16,16 +16,10 @@ enum class Reconnect
   Never
 };
 
-/** Opens a remote instance again on the server when its connection broke. Local instances need nothing. */
-inline int ReconnectIfBroken(const PafInfo& info)
-{
-  return info.serverId == 0 ? PAF_OK : kUnavailable;
-}
-
-/** The remote call of operations whose request is not offered. */
+/** The remote call of operations for which there is no request. */
 struct NoRequest
 {
-  int operator()(int /*serverId*/) const { return kUnavailable; }
+  int operator()(PafInfo& /*info*/) const { return PAF_ERR_NOT_IMPLEMENTED; }
 };
 
 /** Status of a searcher's operation, recorded with its detail (may be null) when it is a failure. */
@@ -35,8 +29,8 @@ inline int RecordFailure(int status, int id, const char* text)
 }
 
 /**
- * Runs one operation on an instance: takes it, brings a remote one back or not, calls `remote` with the server's Id or
- * `local` with the searcher, and lets it go on every path. Failures that the frame finds itself are not recorded;
+ * Runs one operation on an instance: takes it, brings a remote one back or not, calls `remote` with it or `local`
+ * with its searcher, and lets it go on every path. Failures that the frame finds itself are not recorded;
  * `local` records its own. Allocates nothing.
  */
 template <class Remote, class Local>
@@ -49,19 +43,23 @@ int WithInstance(int id, Reconnect reconnect, Remote&& remote, Local&& local)
     if (reconnect == Reconnect::First) {
       if (const int status = ReconnectIfBroken(*info); status != 0) return status;
     }
-    return remote(info->serverId);
+    return remote(*info);
   }
   if (info->searcher == nullptr) return PAF_ERR_NO_SEARCHER;
   return local(*info->searcher);
 }
 
-/** WithInstance for an operation that is one call of the searcher and has no detail to record. */
+/**
+ * WithInstance for an operation that is one request to the server, given its Id there, or one call of the searcher
+ * without a detail to record.
+ */
 template <class Remote, class Operation>
 int Query(int id, Reconnect reconnect, Remote&& remote, Operation&& operation)
 {
   return AtBoundary([&] {
-    return WithInstance(id, reconnect, remote,
-                        [&](auto& searcher) { return RecordFailure(operation(searcher), id, nullptr); });
+    return WithInstance(
+        id, reconnect, [&](PafInfo& info) { return remote(info.serverId); },
+        [&](auto& searcher) { return RecordFailure(operation(searcher), id, nullptr); });
   });
 }
 

@@ -3,6 +3,7 @@
 #include "api/query_frame.h"
 #include "qxpaf/arf_plugin.h"
 #include "qxpaf/paf.h"
+#include "qxpaf/remote.h"
 
 using namespace qxpaf;
 
@@ -24,22 +25,27 @@ int QueryFeature(int id, Feature feature, Reconnect reconnect, Operation&& opera
 
 int pafBeginPolygonSearch(int id, const char* text1, const char* text2)
 {
-  return Query(id, Reconnect::First, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.BeginPolygonSearch(text1, text2); });
+  return Query(
+      id, Reconnect::First, [&](int serverId) { return BeginPolygonSearchViaSocket(serverId, text1, text2); },
+      [&](IArfSearcher& searcher) { return searcher.BeginPolygonSearch(text1, text2); });
 }
 
 int pafGetNextAddressInPolygon(int id, char* out, int size)
 {
   if (size < 1) return PAF_ERR_BUFFER_TOO_SMALL;
-  return Query(id, Reconnect::Never, NoRequest(),
-               [&](IArfSearcher& searcher) { return searcher.GetNextAddressInPolygon(out, size); });
+  return Query(
+      id, Reconnect::Never, [&](int serverId) { return GetNextAddressInPolygonViaSocket(serverId, out, size); },
+      [&](IArfSearcher& searcher) { return searcher.GetNextAddressInPolygon(out, size); });
 }
 
 int pafGetSearchStatistics(int id, const char* text1, const char* text2, const char* text3, const char* text4,
                            char* out, int size)
 {
   if (size < 1) return PAF_ERR_BUFFER_TOO_SMALL;
-  return Query(id, Reconnect::Never, NoRequest(), [&](IArfSearcher& searcher) {
+  const auto remote = [&](int serverId) {
+    return GetSearchStatisticsViaSocket(serverId, text1, text2, text3, text4, out, size);
+  };
+  return Query(id, Reconnect::Never, remote, [&](IArfSearcher& searcher) {
     return searcher.GetSearchStatistics(text1, text2, text3, text4, out, size);
   });
 }

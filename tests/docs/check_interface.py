@@ -6,7 +6,7 @@ with paf in the PATH. The examples then run there.
 
 What must stand on the page, in an example that states a result, or else each is one line that says what is missing:
 
-    functions     of paf.h: called, and declared in a block ```c declarations; of remote.h: called
+    functions     of paf.h: called, and declared in a block ```c declarations
     statuses      with a text of the library's: in the table below "## Errors", with that text
     properties    those that the library lists, without an instance and with one, and those in the tables of the sources
     commands      of the interpreter's table: in the text that pafCallPafFromBrimo is given
@@ -139,7 +139,7 @@ def check(arguments):
         environment = set_up(arguments, directory)
         listed_names, texts = listed(arguments, directory, environment)
         properties = property_names(arguments, listed_names)
-        arguments.covers += [arguments.include / "qxpaf" / header for header in ("paf.h", "remote.h")]
+        arguments.covers += [arguments.include / "qxpaf" / "paf.h"]
         arguments.once = True
         program = check_examples.check(arguments)
     faults = [*missing(program, arguments, properties),
