@@ -82,8 +82,8 @@ std::string StatusAdvice(const std::string& database, int status)
 std::string OpenAdvice(const std::string& database, int status)
 {
   if (IsRemoteConfigured()) {
-    return "The configuration switches remote mode on. Without its lines PindleSvr/TcpHost= and PindleSvr/TcpPort=\n"
-           "databases are opened on this machine.";
+    return "The configuration switches remote mode on: the socket server that it names must be running. Without its "
+           "lines\nPindleSvr/TcpHost= and PindleSvr/TcpPort= databases are opened on this machine.";
   }
   return StatusAdvice(database, status);
 }
