@@ -1,4 +1,4 @@
-# What an installation consists of: library, public headers, CMake package, pkg-config file, plug-in, tool.
+# What an installation consists of: library, public headers, CMake package, pkg-config file, plug-in, tool, server.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS qxpaf EXPORT qxpafTargets
@@ -17,7 +17,7 @@ file(RELATIVE_PATH QXPAF_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/qxpaf.pc.in ${CMAKE_CURRENT_BINARY_DIR}/qxpaf.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/qxpaf.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-foreach(target qxarfau paf)
+foreach(target qxarfau paf pafd)
   if(TARGET ${target})
     install(TARGETS ${target}
       RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})

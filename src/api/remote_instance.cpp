@@ -47,10 +47,17 @@ bool NeedsReconnection(const PafInfo& info)
   return info.reconnectNeeded;
 }
 
-void SetReconnected(PafInfo& info)
+void SetNeedsReconnection(PafInfo& info, bool needed)
 {
   const QXScopedLock lock(InstanceTableLock(), true);
-  info.reconnectNeeded = false;
+  info.reconnectNeeded = needed;
+}
+
+/** Takes the notice of a broken connection, which does not concern an instance that is only about to be opened. */
+void PrepareToOpen(PafInfo& info)
+{
+  ReconnectIfBroken(info);
+  SetNeedsReconnection(info, false);
 }
 
 /** Sets what the instance had on the server that it lost, in the order in which it was first set. */
@@ -67,14 +74,15 @@ int ReplayProperties(const PafInfo& info)
 
 int OpenAgain(PafInfo& info)
 {
-  const std::string name = info.remoteArfName;
+  // Taken back before the request, not after it: the connection may break again in between.
+  SetNeedsReconnection(info, false);
   info.serverId = 0;
-  const int status = OpenArfIdViaSocket(&info.serverId, info.remoteMemoryMode, name.c_str());
+  const int status = OpenArfIdViaSocket(&info.serverId, info.remoteMemoryMode, info.remoteArfName.c_str());
   if (status != 0) {
     info.serverId = kLostServerId;
+    SetNeedsReconnection(info, true);
     return status;
   }
-  SetReconnected(info);
   return ReplayProperties(info);
 }
 
@@ -90,7 +98,7 @@ bool IsFor(std::string_view entry, std::string_view name)
 int OpenRemote(PafInfo& info, int memoryMode, const char* arfName)
 {
   ClearProperties(info);
-  if (const int status = ReconnectIfBroken(info); status != 0) return status;
+  PrepareToOpen(info);
   const int status = OpenArfIdViaSocket(&info.serverId, memoryMode, arfName);
   if (status == 0) SetRemoteName(info, memoryMode, arfName);
   return status;
@@ -98,7 +106,7 @@ int OpenRemote(PafInfo& info, int memoryMode, const char* arfName)
 
 int OpenRemoteDefault(PafInfo& info, int memoryMode)
 {
-  if (const int status = ReconnectIfBroken(info); status != 0) return status;
+  PrepareToOpen(info);
   const int status = OpenPafMemIdViaSocket(&info.serverId, memoryMode);
   ClearProperties(info);
   SetRemoteName(info, memoryMode, "");
