@@ -1,0 +1,38 @@
+/** Owns an open descriptor; -1 is none. */
+#ifndef PAFD_FILE_DESCRIPTOR_H
+#define PAFD_FILE_DESCRIPTOR_H
+
+#include <unistd.h>
+
+#include <utility>
+
+namespace pafd {
+
+class FileDescriptor
+{
+ public:
+  FileDescriptor() = default;
+  explicit FileDescriptor(int number) : number_(number) {}
+  FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  FileDescriptor& operator=(FileDescriptor&& other) noexcept
+  {
+    std::swap(number_, other.number_);
+    return *this;
+  }
+  ~FileDescriptor()
+  {
+    if (number_ >= 0) {
+      ::close(number_);
+    }
+  }
+
+  int Get() const { return number_; }
+  explicit operator bool() const { return number_ >= 0; }
+
+ private:
+  int number_ = -1;
+};
+
+}  // namespace pafd
+
+#endif
