@@ -191,7 +191,7 @@ int pafSetGeographicalCodesId(int id, const char* codes)
   return AtBoundary([&] {
     const auto remote = [&](PafInfo& info) {
       const int status = SetGeographicalCodesIdViaSocket(info.serverId, codes);
-      if (status == 0) RememberProperty(info, "GeographicalCodes", codes);
+      if (status == 0) RememberProperty(info, "GeographicalCodes", codes != nullptr ? codes : "");
       return status;
     };
     return WithInstance(id, Reconnect::Never, remote, [&](IArfSearcher& searcher) {

@@ -35,6 +35,7 @@ void SpreadBrokenConnection()
 {
   if (!IsSocketBroken()) return;
   const QXScopedLock lock(InstanceTableLock(), true);
+  if (!IsSocketBroken()) return;  // another thread took it: instances may be back already
   for (PafInfo* const info : InstancesLocked()) {
     if (info != nullptr) info->reconnectNeeded = true;
   }
@@ -86,7 +87,7 @@ int OpenAgain(PafInfo& info)
   return ReplayProperties(info);
 }
 
-/** True when the entry is for this name, or for one that is the beginning of the entry's: callers rely on that too. */
+/** True when the entry is for this name, or for one with which this name begins: callers rely on that too. */
 bool IsFor(std::string_view entry, std::string_view name)
 {
   const std::string_view entryName = entry.substr(0, entry.find(kAssign));

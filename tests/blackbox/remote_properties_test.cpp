@@ -13,8 +13,9 @@
 namespace blackbox {
 namespace {
 
-/** What every request that has to travel answers as long as none can. */
-constexpr int kCannotTravel = PAF_ERR_NOT_IMPLEMENTED;
+/** What every request that has to travel answers: nobody listens at the server's address. */
+constexpr int kCannotTravel = PAF_ERR_SOCKET_CONNECT;
+constexpr const char* kWhy = "socket connect. socket connect error to 127.0.0.1 1: (111) Connection refused";
 
 const std::vector<std::string> kLocal = {"ARF/AU/x=/x", "ARF/NZ/y=/y", "PafDir=@/paf", "iPindle/z=1"};
 
@@ -195,7 +196,9 @@ TEST_F(SwitchedOnTest, EveryOtherNameIsTheServers)
                            "Properties", "PropertyName1", "PropertyName12", "CountryCode", "ArfStatus:nowhere",
                            "ArfVersion:AU.x", "PafLibVersion", "Barcode:1", "anything", ""}) {
     for (int id : {0, -1, 1000}) EXPECT_EQ(Read(id, name), (Answer{kCannotTravel, ""})) << name;
+    EXPECT_EQ(Describe(kCannotTravel), kWhy);
     EXPECT_EQ(ReadDefault(name), (Answer{kCannotTravel, ""})) << name;
+    EXPECT_EQ(Describe(kCannotTravel), kWhy);
   }
   EXPECT_EQ(Au().Sequence(), "") << "and never answered by a plug-in";
   ExpectRefusesNoBuffer([](char* out, int size) { return pafGetPropertiesId(0, "anything", out, size); });

@@ -1,4 +1,4 @@
-/** The frame's own promises, and what remote instances answer while requests cannot travel. */
+/** The frame's own promises, for instances here and on a server. */
 #include "api/query_frame.h"
 
 #include <gtest/gtest.h>
@@ -7,18 +7,21 @@
 #include <cstdlib>
 #include <functional>
 #include <new>
+#include <set>
 #include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "fakes/scripted_server.h"
 #include "qxpaf/arf_plugin.h"
 #include "qxpaf/paf.h"
+#include "qxpaf/remote.h"
 #include "unit/api/stand_in.h"
 
 namespace {
 
-std::atomic<long> allocations = 0;
+thread_local long allocations = 0;  // of this thread: a scripted server allocates in its own
 
 }  // namespace
 
@@ -117,23 +120,69 @@ const std::vector<Call>& Calls()
   return calls;
 }
 
-TEST(QueryFrame, AnswersNotImplementedForRemoteInstances)
+bool HasRequest(const std::string& name)
 {
-  const Instance remote(nullptr, 17);
-  for (const auto& [name, call] : Calls()) {
-    EXPECT_EQ(PAF_ERR_NOT_IMPLEMENTED, call(remote.Id())) << name;
-    EXPECT_EQ(0, remote.UsageCount()) << name;
-  }
+  return name.find("Concordance") == std::string::npos && name.find("AddressSearch") == std::string::npos;
+}
+
+/** Nobody listens where the requests go. */
+void GoWithoutServer()
+{
+  SetTcpHost("127.0.0.1");
+  SetTcpPort("1");
 }
 
 TEST(QueryFrame, NeverAsksTheSearcherOfARemoteInstance)
 {
+  GoWithoutServer();
   StandInDb db;
   StandInSearcher searcher;
   searcher.db = &db;
   searcher.during = [] { ADD_FAILURE() << "a local answer"; };
-  const Instance remote(&searcher, 17);
-  for (const auto& [name, call] : Calls()) EXPECT_EQ(PAF_ERR_NOT_IMPLEMENTED, call(remote.Id())) << name;
+  for (IArfSearcher* const any : {static_cast<IArfSearcher*>(nullptr), static_cast<IArfSearcher*>(&searcher)}) {
+    const Instance remote(any, 17);
+    for (const auto& [name, call] : Calls()) {
+      EXPECT_EQ(HasRequest(name) ? PAF_ERR_SOCKET_CONNECT : PAF_ERR_NOT_IMPLEMENTED, call(remote.Id())) << name;
+      EXPECT_EQ(0, remote.UsageCount()) << name;
+    }
+  }
+}
+
+TEST(QueryFrame, IsBusyDuringARequestAndIdleAfterIt)
+{
+  const Instance remote(nullptr, 17);
+  int requests = 0;
+  fake::ScriptedServer server;
+  server.AnswerOthers([&](const std::string&) {
+    ++requests;
+    EXPECT_EQ(1, remote.UsageCount());
+    return fake::Reply::Line("0\tx");
+  });
+  SetTcpHost("127.0.0.1");
+  SetTcpPort(server.Port().c_str());
+  for (const auto& [name, call] : Calls()) {
+    EXPECT_EQ(HasRequest(name) ? 0 : PAF_ERR_NOT_IMPLEMENTED, call(remote.Id())) << name;
+    EXPECT_EQ(0, remote.UsageCount()) << name;
+  }
+  EXPECT_EQ(20, requests);
+}
+
+TEST(QueryFrame, AllocatesNothingForARequestOfFixedLength)
+{
+  const std::set<std::string> kOthers = {"pafBeginPolygonSearch", "pafGetSearchStatistics",  // are of any length
+                                         "pafSetGeographicalCodesId"};                       // is remembered
+  const Instance remote(nullptr, 17);
+  fake::ScriptedServer server;
+  server.AnswerOthers([](const std::string&) { return fake::Reply::Line("0\tx"); });
+  SetTcpHost("127.0.0.1");
+  SetTcpPort(server.Port().c_str());
+  for (const auto& [name, call] : Calls()) {
+    if (kOthers.count(name) != 0) continue;
+    call(remote.Id());  // the first one connects
+    const long before = allocations;
+    call(remote.Id());
+    EXPECT_EQ(before, allocations) << name;
+  }
 }
 
 TEST(QueryFrame, IsBusyDuringACallAndIdleAfterIt)
@@ -219,6 +268,7 @@ TEST(QueryFrame, RecordsOnlyWhatTheSearcherReports)
 
 TEST(ClosePafId, FreesARemoteInstanceWithoutAServer)
 {
+  GoWithoutServer();
   int id = 0;
   PafInfo* info = nullptr;
   ASSERT_EQ(0, NewInstance(&id, info));
@@ -226,7 +276,7 @@ TEST(ClosePafId, FreesARemoteInstanceWithoutAServer)
   {
     const DecrementUsageCountWhenFinished guard(info);
   }
-  EXPECT_EQ(PAF_ERR_NOT_IMPLEMENTED, pafClosePafId(id));
+  EXPECT_EQ(PAF_ERR_SOCKET_CONNECT, pafClosePafId(id));
   EXPECT_EQ(PAF_ERR_INVALID_ID, pafClosePafId(id));
 }
 

@@ -1,4 +1,4 @@
-/** Instances that live on a server, put into the table by the test: what is answered without asking the server. */
+/** Instances that live on a server, put into the table by the test, while nobody answers at the server's address. */
 #include <gtest/gtest.h>
 
 #include <string>
@@ -9,6 +9,7 @@
 #include "api/instance_table.h"
 #include "errors/thread_data.h"
 #include "qxpaf/paf.h"
+#include "qxpaf/remote.h"
 #include "support/guarded_buffer.h"
 #include "unit/api/stand_in.h"
 
@@ -23,6 +24,8 @@ class RemoteInstance
  public:
   explicit RemoteInstance(const std::string& name, int serverId = 17)
   {
+    SetTcpHost("127.0.0.1");
+    SetTcpPort("1");
     PafInfo* info = nullptr;
     EXPECT_EQ(0, NewInstance(&id_, info));
     const DecrementUsageCountWhenFinished guard(info);
@@ -72,10 +75,10 @@ TEST(RemoteInstanceProperties, AreNotAnsweredLocally)
   for (const char* name : {"TestProperty", "ClientCount", "ArfLibVersion", "Properties", "PropertyName1", "iPindle:x",
                            "CountryCode", "anything", "ArfStatus:nowhere"}) {
     char out[64] = "before";
-    EXPECT_EQ(PAF_ERR_NOT_IMPLEMENTED, pafGetPropertiesId(remote.Id(), name, out, sizeof out)) << name;
+    EXPECT_EQ(PAF_ERR_SOCKET_CONNECT, pafGetPropertiesId(remote.Id(), name, out, sizeof out)) << name;
     EXPECT_STREQ("", out) << name;
   }
-  EXPECT_EQ(PAF_ERR_NOT_IMPLEMENTED, pafSetPropertiesId(remote.Id(), "anything", "x"));
+  EXPECT_EQ(PAF_ERR_SOCKET_CONNECT, pafSetPropertiesId(remote.Id(), "anything", "x"));
   EXPECT_EQ(0, remote.Info().usageCount);
 }
 
@@ -85,7 +88,7 @@ TEST(RemoteInstanceProperties, OpenArfOfTheSameNameIsNoWork)
   EXPECT_EQ(0, pafSetPropertiesId(remote.Id(), "OpenARF", "nz.Remote"));
   EXPECT_EQ(0, ChangeArf(remote.Id(), 3, "nz.Remote"));
   for (const char* other : {"NZ.Remote", "nz.remote", "", "nz.Remote "}) {
-    EXPECT_EQ(PAF_ERR_NOT_IMPLEMENTED, pafSetPropertiesId(remote.Id(), "OpenARF", other)) << other;
+    EXPECT_EQ(PAF_ERR_SOCKET_CONNECT, pafSetPropertiesId(remote.Id(), "OpenARF", other)) << other;
     EXPECT_EQ("nz.Remote", remote.Info().remoteArfName);
     EXPECT_EQ(17, remote.Info().serverId);
   }
@@ -110,6 +113,8 @@ TEST(RemoteInstanceProperties, ListBesideLocalInstances)
 
 TEST(RemoteDefaultInstance, GoesWithItsThread)
 {
+  SetTcpHost("127.0.0.1");
+  SetTcpPort("1");
   int id = 0;
   std::thread([&id] {
     ThreadData* record = nullptr;
