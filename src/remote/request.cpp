@@ -15,7 +15,7 @@ constexpr std::size_t kLongestInteger = std::numeric_limits<long>::digits10 + 2;
 
 std::string_view ViewOf(const char* text)
 {
-  return text != nullptr ? std::string_view(text) : std::string_view();
+  return text != nullptr ? text : "";
 }
 
 /** Copies the number that a text begins with, white space before it included. @return the place behind it */
