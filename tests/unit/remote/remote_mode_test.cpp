@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <string>
 
-#include "qxpaf/paf.h"
 #include "qxpaf/remote.h"
 #include "support/config_sandbox.h"
 
@@ -122,22 +121,6 @@ TEST(RemoteModeDeathTest, LongSettingsAreCut)
       {
         const bool right = IsRemoteMode() && std::string(GetTcpHost()) == std::string(255, 'h') &&
                            std::string(GetTcpPort()) == std::string(31, '1');
-        std::_Exit(right ? 0 : 1);
-      },
-      testing::ExitedWithCode(0), "");
-}
-
-TEST(RemoteModeDeathTest, OpensNothingWhileRequestsCannotTravel)
-{
-  const test_support::ConfigSandbox sandbox;
-  sandbox.Configure("PindleSvr/TcpHost=paf.example\nARF/AU/=/nowhere\n");
-  EXPECT_EXIT(
-      {
-        int id = 0;
-        char text[64] = "";
-        const bool right = pafOpenArfId(&id, 0, "AU") == 6408 && pafOpenArfId2(0, "AU") == -6408 &&
-                           pafOpenPafId(&id) == 6408 && pafOpenPafId2() == -6408 && pafClosePafId(id) == 6405 &&
-                           pafGetErrorDescription(text, 12, sizeof text) == 0 && std::string(text).empty();
         std::_Exit(right ? 0 : 1);
       },
       testing::ExitedWithCode(0), "");
