@@ -19,7 +19,11 @@ using arf::OpenMode;
 using arf::Point;
 using arf::Street;
 
+#ifdef __SANITIZE_ADDRESS__  // each test builds its own database, slowly then
+constexpr std::size_t kAddresses = 30'000;
+#else
 constexpr std::size_t kAddresses = 120'000;
+#endif
 
 void ExpectPoint(const Database& database, const ModelAddress& expected, const Point& point)
 {

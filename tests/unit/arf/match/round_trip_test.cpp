@@ -27,7 +27,11 @@ struct Tally
 class RoundTrip : public testing::Test
 {
  protected:
+#ifdef __SANITIZE_ADDRESS__  // each test builds its own database, slowly then
+  static constexpr std::size_t kAddresses = 10'000;
+#else
   static constexpr std::size_t kAddresses = 40'000;
+#endif
   static constexpr std::size_t kMostMessages = 20;
 
   void SetUp() override
