@@ -27,7 +27,7 @@ class IndexWriter
 {
  public:
   IndexWriter(OutputFile& file, const AddressTable& table, const OrderedAddresses& ordered, const BuildWatch& watch)
-      : table_(table), ordered_(ordered), watch_(watch), writer_(file, layout::kSectionIds), strings_(table, ordered)
+      : table_(table), ordered_(ordered), watch_(watch), writer_(file), strings_(table, ordered)
   {
   }
 

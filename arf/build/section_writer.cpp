@@ -9,10 +9,8 @@ namespace {
 constexpr std::size_t kBufferSize = 1 << 20;
 static_assert(kBufferSize % Checksum::kStripe == 0 && layout::kAlignment == Checksum::kStripe);
 
-std::uint64_t HeaderLength(std::size_t sections)
-{
-  return layout::Aligned(layout::header::kSize + sections * layout::entry::kSize);
-}
+constexpr std::uint64_t kHeaderLength =
+    layout::Aligned(layout::header::kSize + layout::kSectionIds * layout::entry::kSize);
 
 template <class Number>
 void Put(std::vector<std::uint8_t>& bytes, std::size_t offset, Number number)
@@ -22,10 +20,7 @@ void Put(std::vector<std::uint8_t>& bytes, std::size_t offset, Number number)
 
 }  // namespace
 
-SectionWriter::SectionWriter(OutputFile& file, std::size_t sections)
-    : file_(file), sections_(sections), position_(HeaderLength(sections)), buffer_(kBufferSize)
-{
-}
+SectionWriter::SectionWriter(OutputFile& file) : file_(file), position_(kHeaderLength), buffer_(kBufferSize) {}
 
 void SectionWriter::Begin(layout::SectionId id)
 {
@@ -66,10 +61,21 @@ void SectionWriter::End()
   entries_.push_back(entry_);
 }
 
+void SectionWriter::WriteMissing()
+{
+  for (std::uint32_t id = 1; id <= layout::kSectionIds; ++id) {
+    const auto has = [id](const SectionEntry& entry) { return entry.id == id; };
+    if (std::any_of(entries_.begin(), entries_.end(), has)) continue;
+    Begin(layout::SectionId{id});
+    End();
+  }
+}
+
 std::uint64_t SectionWriter::Finish(const FileCounts& counts)
 {
   namespace field = layout::header;
-  std::vector<std::uint8_t> header(static_cast<std::size_t>(HeaderLength(sections_)));
+  WriteMissing();
+  std::vector<std::uint8_t> header(kHeaderLength);
   std::copy(layout::kMagic.begin(), layout::kMagic.end(), header.begin());
   Put(header, field::kMajor, layout::kMajorVersion);
   Put(header, field::kMinor, layout::kMinorVersion);

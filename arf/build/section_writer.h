@@ -28,8 +28,8 @@ struct FileCounts
 class SectionWriter
 {
  public:
-  /** @param sections  how many will be written. */
-  SectionWriter(OutputFile& file, std::size_t sections);
+  /** Every section is in the file in the end: those that nobody wrote are empty. */
+  explicit SectionWriter(OutputFile& file);
 
   void Begin(layout::SectionId id);
   void Append(const void* data, std::size_t size);
@@ -48,9 +48,9 @@ class SectionWriter
 
  private:
   void Flush();
+  void WriteMissing();
 
   OutputFile& file_;
-  std::size_t sections_;
   std::uint64_t position_;  ///< in the file, of the buffer's first byte
   std::vector<std::uint8_t> buffer_;
   std::size_t used_ = 0;

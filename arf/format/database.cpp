@@ -438,6 +438,11 @@ InfoEntry Database::InfoAt(std::uint32_t index) const
   return {impl_->view.String(record.U32At(0)), impl_->view.String(record.U32At(sizeof(std::uint32_t)))};
 }
 
+ByteReader Database::Section(SectionId id) const
+{
+  return impl_->view.Section(id);
+}
+
 std::uint64_t Database::FileSize() const
 {
   return impl_->view.file.Size();

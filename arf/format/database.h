@@ -27,6 +27,8 @@
 #include <string>
 #include <string_view>
 
+#include "arf/format/byte_reader.h"
+#include "arf/format/layout.h"
 #include "arf/format/point_cursor.h"
 
 namespace arf {
@@ -167,6 +169,9 @@ class Database
   std::string_view Info(std::string_view key) const;  ///< "name", "source", "addresses", …; empty when absent
   std::uint32_t InfoCount() const;
   InfoEntry InfoAt(std::uint32_t index) const;  ///< ascending by key
+
+  /** The bytes of a section, for the rooms that read one by themselves; empty when the file lacks it. */
+  ByteReader Section(layout::SectionId id) const;
 
   std::uint64_t FileSize() const;
   std::uint32_t SectionCount() const;

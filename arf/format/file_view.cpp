@@ -194,7 +194,7 @@ Defect CheckLengths(const FileView& view)
       {SectionId::AttributeColumns, layout::attribute::kSize, kAny},
       {SectionId::AttributeData, 1, kAny},
   };
-  static_assert(std::size(shapes) == layout::kSectionIds);
+  static_assert(std::size(shapes) == layout::kRequiredSections);
   for (const Shape& shape : shapes) {
     if (Defect defect = CheckShape(view, shape)) return defect;
   }

@@ -13,7 +13,7 @@ namespace arf::layout {
 
 /** Not text, and broken visibly by transfers that change line ends, cut the eighth bit or stop at end-of-file marks. */
 inline constexpr std::array<std::uint8_t, 8> kMagic = {0x89, 'A', 'R', 'F', '\r', '\n', 0x1A, '\n'};
-inline constexpr std::uint16_t kMajorVersion = 1;  ///< a reader refuses any other
+inline constexpr std::uint16_t kMajorVersion = 2;  ///< a reader refuses any other
 inline constexpr std::uint16_t kMinorVersion = 0;  ///< later minor versions only add sections
 inline constexpr std::uint32_t kAlignment = 64;    ///< of sections and of the file's end; the gaps are zero
 
@@ -41,7 +41,10 @@ inline constexpr std::size_t kSize = 32;
 
 inline constexpr std::uint32_t kMaxSections = 1024;
 
-/** Section ids. Ids from kFirstFreeId on are for additions; a reader passes over ids that it does not know. */
+/**
+ * Section ids. The first kRequiredSections are in every file; a file may lack the others, which read as empty then. A
+ * reader passes over ids that it does not know.
+ */
 enum class SectionId : std::uint32_t
 {
   Info = 1,
@@ -60,9 +63,21 @@ enum class SectionId : std::uint32_t
   Dpids = 14,
   DpidIndex = 15,
   AttributeColumns = 16,
-  AttributeData = 17
+  AttributeData = 17,
+  LocalityNameHash = 18,
+  StreetNameHash = 19,
+  SpatialTree = 20,
+  StreetAliases = 21,
+  Neighbours = 22,
+  LocalityAliases = 23,
+  HintTree = 24,
+  HintWeights = 25,
+  LocalitySignatures = 26,
+  StreetSignatures = 27,
+  BuildingNames = 28
 };
-inline constexpr std::size_t kSectionIds = 17;
+inline constexpr std::size_t kRequiredSections = 17;
+inline constexpr std::size_t kSectionIds = 28;
 
 /** Names of the sections, the first being that of id 1. */
 inline constexpr std::array<std::string_view, kSectionIds> kSectionNames = {"info",
@@ -81,7 +96,18 @@ inline constexpr std::array<std::string_view, kSectionIds> kSectionNames = {"inf
                                                                             "dpids",
                                                                             "dpid index",
                                                                             "attribute columns",
-                                                                            "attribute data"};
+                                                                            "attribute data",
+                                                                            "locality name hash",
+                                                                            "street name hash",
+                                                                            "spatial tree",
+                                                                            "street aliases",
+                                                                            "neighbours",
+                                                                            "locality aliases",
+                                                                            "hint tree",
+                                                                            "hint weights",
+                                                                            "locality signatures",
+                                                                            "street signatures",
+                                                                            "building names"};
 
 namespace locality {
 inline constexpr std::size_t kName = 0;

@@ -31,11 +31,11 @@ const HeaderDefect kHeaderDefects[] = {
     {"magic_eighth_bit_cut", OpenFailure::NotADatabase, "not an address database", false,
      [](Bytes& b) { b[0] &= 0x7F; }},
     {"version_older", OpenFailure::WrongVersion,
-     "wrong version: format 0 is older than format 1, which this program reads", true,
-     [](Bytes& b) { Put<std::uint16_t>(b, layout::header::kMajor, 0); }},
+     "wrong version: format 1 is older than format 2, which this program reads", true,
+     [](Bytes& b) { Put<std::uint16_t>(b, layout::header::kMajor, 1); }},
     {"version_newer", OpenFailure::WrongVersion,
-     "wrong version: format 2 is newer than format 1, which this program reads", true,
-     [](Bytes& b) { Put<std::uint16_t>(b, layout::header::kMajor, 2); }},
+     "wrong version: format 3 is newer than format 2, which this program reads", true,
+     [](Bytes& b) { Put<std::uint16_t>(b, layout::header::kMajor, 3); }},
     {"header_length_wrong", OpenFailure::Damaged, kContradiction, true,
      [](Bytes& b) {
        Put(b, layout::header::kHeaderLength, Get<std::uint32_t>(b, layout::header::kHeaderLength) + 64);
@@ -210,7 +210,7 @@ std::vector<BrokenFile> BreakFile(const Bytes& good)
     if (defect.isResealed) Reseal(bytes);
     files.push_back({defect.name, defect.failure, defect.message, bytes});
   }
-  for (std::uint32_t id = 1; id <= layout::kSectionIds; ++id) BreakSection(good, SectionId{id}, files);
+  for (std::uint32_t id = 1; id <= layout::kRequiredSections; ++id) BreakSection(good, SectionId{id}, files);
   BreakSize(good, files);
   files.push_back({"attribute_columns_too_many", OpenFailure::Damaged, "damaged: there are too many attribute columns",
                    WithSection(good, SectionId::AttributeColumns,
