@@ -112,17 +112,6 @@ void AuSearcher::Release()
   delete this;
 }
 
-/** Runs an operation that fills `out`; an answer that does not fit leaves an empty text and 6406. */
-template <class Operation>
-int AuSearcher::Answer(char* out, int outSize, Operation&& operation)
-{
-  BoundedText text(out, outSize);
-  int status = Guarded([&] { return operation(text); });
-  if (status == 0 && !text.IsWhole()) status = PAF_ERR_BUFFER_TOO_SMALL;
-  if (status != 0) text.Clear();
-  return status;
-}
-
 int AuSearcher::NotOpen()
 {
   return lastFailure_.Record(PAF_AU_ERR_NOT_OPEN, std::string_view());
@@ -150,13 +139,20 @@ int AuSearcher::LookupAddress(const char* address, char* out, int outSize, int a
   });
 }
 
+/** Looks an address up; the find status is set when it is found. */
+LookupAnswer AuSearcher::Search(std::string_view address, Rules rules)
+{
+  parsed_ = Parsed::Address;
+  const LookupAnswer answer = searches_->matcher.Lookup(address, rules);
+  if (answer.verdict == Verdict::Found) findStatus_ = answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
+  return answer;
+}
+
 int AuSearcher::Lookup(std::string_view address, Rules rules, BoundedText& out)
 {
   if (!IsOpen()) return NotOpen();
-  parsed_ = Parsed::Address;
-  const LookupAnswer answer = searches_->matcher.Lookup(address, rules);
+  const LookupAnswer answer = Search(address, rules);
   if (answer.verdict != Verdict::Found) return FailSearch(answer.verdict, searches_->matcher.LastFailure());
-  findStatus_ = answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
   AppendDpid(out, searches_->Data().DpidOf(answer.ordinal));
   return 0;
 }

@@ -13,6 +13,7 @@
 #include "arf/au/settings.h"
 #include "arf/match/last_line_fixer.h"
 #include "arf/match/matcher.h"
+#include "arf/print/address_layout.h"
 #include "qxpaf/arf_au.h"
 #include "qxpaf/arf_plugin.h"
 
@@ -82,12 +83,14 @@ class AuSearcher final : public IArfSearcher, private LiveObject
     LastLine
   };
 
-  template <class Operation>
-  int Answer(char* out, int outSize, Operation&& operation);
   int NotOpen();
   bool IsOpen();
   void AdoptOutputFields(const Database& from, const FieldList& fields);
+  LookupAnswer Search(std::string_view address, Rules rules);
   int Lookup(std::string_view address, Rules rules, BoundedText& out);
+  int ValidatePartial(std::string_view input, BoundedText& out);
+  int ValidateFull(std::string_view input, Rules rules, BoundedText& out, char& verdict);
+  int Format(std::string_view input, const LayoutOptions& options, BoundedText& out);
   int Fix(std::string_view input, BoundedText& out);
   int StartAddresses(std::string_view query);
   int StartWithRecord(std::string_view record);

@@ -5,6 +5,7 @@
 #include <new>
 #include <string_view>
 
+#include "arf/match/bounded_text.h"
 #include "qxpaf/arf_au.h"
 #include "qxpaf/paf.h"
 
@@ -27,6 +28,17 @@ int Guarded(Operation&& operation) noexcept
 inline std::string_view TextOf(const char* text)
 {
   return text ? std::string_view(text) : std::string_view();
+}
+
+/** Runs an operation that fills `out`; an answer that does not fit leaves an empty text and 6406. */
+template <class Operation>
+int Answer(char* out, int outSize, Operation&& operation)
+{
+  BoundedText text(out, outSize);
+  int status = Guarded([&] { return operation(text); });
+  if (status == 0 && !text.IsWhole()) status = PAF_ERR_BUFFER_TOO_SMALL;
+  if (status != 0) text.Clear();
+  return status;
 }
 
 }  // namespace arf

@@ -27,6 +27,8 @@ constexpr StatusText kTexts[] = {
     {PAF_AU_ERR_READ_ONLY_PROPERTY, "The property can only be read.",
      "Only \"Delimiter\" and \"OutputFields\" can be set."},
     {PAF_AU_ERR_PROPERTY_VALUE, "The property does not take this value.", "Read the property to see a value it takes."},
+    {PAF_AU_ERR_LAYOUT, "The address does not fit the lines that the format option allows.",
+     "Allow more or longer lines, or abbreviations."},
     {PAF_AU_ERR_NOT_A_DATABASE, "The file is no address database.", "Name the directory that the builder wrote."},
     {PAF_AU_ERR_DATABASE_VERSION, "The address database has another format version.",
      "Build it again with the builder of this release."},

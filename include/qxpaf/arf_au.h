@@ -54,6 +54,12 @@ enum PafAuStatus
   /** The property does not take this value. Remedy: see the description, which names the rule. */
   PAF_AU_ERR_PROPERTY_VALUE = 22,
 
+  /* Layout. */
+
+  /** The address does not fit the lines that the format option allows. Remedy: allow more or longer lines, or
+      PAF_AU_FORMAT_ABBREVIATE. */
+  PAF_AU_ERR_LAYOUT = 23,
+
   /* Opening; the text that comes with the code names the file. */
 
   /** The file is of another kind. Remedy: name the directory that the builder wrote. */
@@ -102,15 +108,45 @@ enum PafAuStatus
 /** How the last search of an instance went, as pafGetFindStatusId answers it; also field 9 of records. */
 enum PafAuFindStatus
 {
-  PAF_AU_FIND_NONE = 0,        /**< nothing has been searched yet */
-  PAF_AU_FIND_MATCHED = 1,     /**< found as written, up to usual abbreviations */
-  PAF_AU_FIND_CHANGED = 2,     /**< found, but something that was written was replaced or passed over */
-  PAF_AU_FIND_SEVERAL = 3,     /**< PAF_AU_ERR_SEVERAL_FOUND */
-  PAF_AU_FIND_NO_NUMBER = 4,   /**< PAF_AU_ERR_WRONG_NUMBER: the street is right */
-  PAF_AU_FIND_NO_STREET = 5,   /**< PAF_AU_ERR_WRONG_STREET: the locality is right */
-  PAF_AU_FIND_NO_LOCALITY = 6, /**< PAF_AU_ERR_WRONG_LOCALITY */
-  PAF_AU_FIND_NOTHING = 7,     /**< PAF_AU_ERR_NOT_FOUND, PAF_AU_ERR_UNKNOWN_DPID */
-  PAF_AU_FIND_NOT_SEARCHED = 8 /**< the input was refused: too long, or a query that cannot be used */
+  PAF_AU_FIND_NONE = 0,         /**< nothing has been searched yet */
+  PAF_AU_FIND_MATCHED = 1,      /**< found as written, up to usual abbreviations */
+  PAF_AU_FIND_CHANGED = 2,      /**< found, but something that was written was replaced or passed over */
+  PAF_AU_FIND_SEVERAL = 3,      /**< PAF_AU_ERR_SEVERAL_FOUND */
+  PAF_AU_FIND_NO_NUMBER = 4,    /**< PAF_AU_ERR_WRONG_NUMBER: the street is right */
+  PAF_AU_FIND_NO_STREET = 5,    /**< PAF_AU_ERR_WRONG_STREET: the locality is right */
+  PAF_AU_FIND_NO_LOCALITY = 6,  /**< PAF_AU_ERR_WRONG_LOCALITY */
+  PAF_AU_FIND_NOTHING = 7,      /**< PAF_AU_ERR_NOT_FOUND, PAF_AU_ERR_UNKNOWN_DPID */
+  PAF_AU_FIND_NOT_SEARCHED = 8, /**< the input was refused: too long, or a query that cannot be used */
+  PAF_AU_FIND_PRIMARY_POINT = 9 /**< found is the building; the unit that was written is not in the data */
+};
+
+/** Flags of pafValidateFullAddressId; others do not count. */
+enum PafAuValidateFlag
+{
+  PAF_AU_VALIDATE_LENIENT = 0, /**< corrects as lenient searches do */
+  PAF_AU_VALIDATE_STRICT = 1   /**< takes only what the strict rules take */
+};
+
+/** Verdicts of pafValidateFullAddressId, one character. Only with the first two is the status 0. */
+#define PAF_AU_VERDICT_AS_WRITTEN 'V'    /**< the address is there as it was written, with state and postcode */
+#define PAF_AU_VERDICT_CORRECTED 'C'     /**< it was found, and something was corrected or completed */
+#define PAF_AU_VERDICT_STREET_ONLY 'S'   /**< the street is there, the number or unit is not */
+#define PAF_AU_VERDICT_LOCALITY_ONLY 'L' /**< the locality is there, the street is not */
+#define PAF_AU_VERDICT_AMBIGUOUS 'A'     /**< more than one address fits */
+#define PAF_AU_VERDICT_NONE 'N'          /**< nothing fits */
+
+/**
+ * Format options of pafFormatAddressId, to be added up. 0: title case, the last line in upper case, full forms, as many
+ * lines as the address has; lines are separated by the property "Delimiter".
+ */
+enum PafAuFormat
+{
+  PAF_AU_FORMAT_UPPER = 1,           /**< everything in upper case */
+  PAF_AU_FORMAT_LAST_LINE_TITLE = 2, /**< the last line in title case as well */
+  PAF_AU_FORMAT_ABBREVIATE = 4,      /**< types abbreviated for print: "St", "Apt 3" */
+  PAF_AU_FORMAT_ONE_LINE = 8,        /**< one line, its parts separated by ", " */
+  PAF_AU_FORMAT_LINES_SHIFT = 8,     /**< n << this: at most n lines, up to 255; 0: no limit */
+  PAF_AU_FORMAT_WIDTH_SHIFT = 16     /**< m << this: at most m characters a line, up to 32,767; 0: no limit */
 };
 
 /**

@@ -27,7 +27,7 @@ struct FaultRow
 constexpr FaultRow kFaults[] = {
     {[](std::string&) {}, 0, "ARF OK"},
     {[](std::string& bytes) { bytes = "DATABASE"; }, PAF_AU_ERR_NOT_A_DATABASE, "ARF Not A Database"},
-    {[](std::string& bytes) { bytes[8] = 2; }, PAF_AU_ERR_DATABASE_VERSION, "ARF Wrong Format Version"},
+    {[](std::string& bytes) { bytes[8] = 3; }, PAF_AU_ERR_DATABASE_VERSION, "ARF Wrong Format Version"},
     {[](std::string& bytes) { bytes.resize(bytes.size() - 1); }, PAF_AU_ERR_DATABASE_TRUNCATED, "ARF Truncated"},
     {[](std::string& bytes) { bytes[bytes.size() / 2] ^= 1; }, PAF_AU_ERR_DATABASE_DAMAGED, "ARF Damaged"},
 };
