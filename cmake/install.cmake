@@ -1,4 +1,5 @@
-# What an installation consists of: library, public headers, CMake package, pkg-config file, plug-in, tool, server.
+# What an installation consists of: library, public headers, CMake package, pkg-config file, plug-in, tool, server, and
+# the man pages of these two.
 include(CMakePackageConfigHelpers)
 
 install(TARGETS qxpaf EXPORT qxpafTargets
@@ -21,5 +22,10 @@ foreach(target qxarfau paf pafd)
   if(TARGET ${target})
     install(TARGETS ${target}
       RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  endif()
+endforeach()
+foreach(target paf pafd)
+  if(TARGET ${target})
+    install(FILES docs/man/${target}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   endif()
 endforeach()

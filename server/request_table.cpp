@@ -1,5 +1,7 @@
 #include "request_table.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <limits>
 
@@ -106,9 +108,16 @@ void AddressHint(const Arguments& arguments, Answer& answer)
                                       answer.Text(), kTextSize);
 }
 
+/** On the way a TAB looks as a line feed does. No delimiter is a line feed, so this one was a TAB. */
+const char* ValueToSet(const std::string& name, const std::string& value)
+{
+  return value == "\n" && ::strcasecmp(name.c_str(), "Delimiter") == 0 ? "\t" : value.c_str();
+}
+
 void SetProperty(const Arguments& arguments, Answer& answer)
 {
-  answer.status = pafSetPropertiesId(arguments.id, arguments.texts[0].c_str(), arguments.texts[1].c_str());
+  const std::string& name = arguments.texts[0];
+  answer.status = pafSetPropertiesId(arguments.id, name.c_str(), ValueToSet(name, arguments.texts[1]));
 }
 
 /** A failed validation's verdict travels as the message. */

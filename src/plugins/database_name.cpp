@@ -2,8 +2,7 @@
 
 #include <cstdio>
 #include <optional>
-#include <utility>
-#include <vector>
+#include <unordered_map>
 
 #include "config/setting.h"
 #include "errors/status_text.h"
@@ -21,11 +20,18 @@ namespace {
 constexpr const char* kRootKey = "";
 constexpr const char* kArfKey = "ARF";
 
+/**
+ * Names, paths and entries of the path cache take at most so many bytes. Where a wild card is configured, every name
+ * that a client makes up resolves, and would stay.
+ */
+constexpr std::size_t kMostRememberedBytes = std::size_t{1} << 20;
+
 /** What was resolved before. The lock is held for short reads and writes, never while the configuration is read. */
 struct PathCache
 {
   QXMutex lock{0};
-  std::vector<std::pair<std::string, std::string>> pathOfName;
+  std::unordered_map<std::string, std::string> pathOfName;
+  std::size_t rememberedBytes = 0;  ///< of pathOfName
   std::optional<std::string> baseDirectory;
   std::optional<std::string> defaultPath;
 };
@@ -38,16 +44,19 @@ PathCache& Cache()
 std::optional<std::string> CachedPath(const std::string& name)
 {
   const QXScopedLock lock(Cache().lock, true);
-  for (const auto& [cachedName, path] : Cache().pathOfName) {
-    if (cachedName == name) return path;
-  }
-  return std::nullopt;
+  const auto found = Cache().pathOfName.find(name);
+  if (found == Cache().pathOfName.end()) return std::nullopt;
+  return found->second;
 }
 
+/** What does not fit any more is not remembered; what is there stays, so that its names keep their paths. */
 void RememberPath(const std::string& name, const std::string& path)
 {
-  const QXScopedLock lock(Cache().lock, true);
-  Cache().pathOfName.emplace_back(name, path);
+  PathCache& cache = Cache();
+  const std::size_t bytes = sizeof(decltype(cache.pathOfName)::value_type) + name.size() + path.size();
+  const QXScopedLock lock(cache.lock, true);
+  if (bytes > kMostRememberedBytes - cache.rememberedBytes) return;
+  if (cache.pathOfName.emplace(name, path).second) cache.rememberedBytes += bytes;
 }
 
 std::optional<std::string> CachedSetting(std::optional<std::string> PathCache::*setting)
@@ -258,6 +267,7 @@ void ExpireArfPaths()
   PathCache& cache = Cache();
   const QXScopedLock lock(cache.lock, true);
   GiveBack(cache.pathOfName);
+  cache.rememberedBytes = 0;
   cache.baseDirectory.reset();
   cache.defaultPath.reset();
 }

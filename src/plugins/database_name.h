@@ -21,7 +21,8 @@ enum OpenMode : int
 bool IsDllName(std::string_view name);
 
 /**
- * Resolves a database name through the configuration. Resolved names are cached until ExpireArfPaths. Thread-safe.
+ * Resolves a database name through the configuration. Resolved names are cached until ExpireArfPaths, up to 1 MiB of
+ * names and paths; those beyond are resolved anew each time. Thread-safe.
  *
  * @param path     receives the path to open, or the name itself when it has the "DLL:" form
  * @param country  receives "AU", "NZ", "US", "UK" or "INT", or nothing when the name does not tell

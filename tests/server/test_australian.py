@@ -67,6 +67,23 @@ class AustralianTest(Case):
             following = client.ask("pafGetNextAddressId", number).split("\t")
             self.assertEqual(following[0], "0")
 
+    def test_a_tab_as_delimiter(self):
+        """It arrives as one field too many, like a line feed, which is no delimiter."""
+        server = self.start_sample()
+        with server.client() as client:
+            number = client.open()
+            for name in ("Delimiter", "DELIMITER"):
+                self.assertEqual(client.ask("pafSetPropertiesId", number, "Delimiter", "|"), "0")
+                self.assertEqual(client.ask("pafSetPropertiesId", number, name, "\t"), "0")
+                self.assertEqual(client.ask("pafGetPropertiesId", number, "Delimiter"), "0\t\t")
+            self.assertEqual(client.ask("pafSetPropertiesId", number, "Delimiter", "|"), "0")
+            # Refused as without a server.
+            for value in ("", "\t\t", "a", "\t|"):
+                with self.subTest(value=value):
+                    self.assertEqual(client.ask("pafSetPropertiesId", number, "Delimiter", value), "22")
+                    self.assertEqual(client.ask("pafGetPropertiesId", number, "Delimiter"), "0\t|")
+            self.assertEqual(client.ask("pafSetPropertiesId", number, "OutputFields", "\t"), "22")
+
     def test_barcodes_and_sort_plans(self):
         server = self.start_sample()
         with server.client() as client:

@@ -12,6 +12,7 @@ from pafd_case import Case
 PAF = os.environ["PAFD_TEST_PAF"]
 LIBRARY = os.environ["PAFD_TEST_LIBRARY"]
 SAMPLE = pathlib.Path(os.environ["PAFD_TEST_SAMPLE"])
+EXAMPLE = os.environ["PAFD_TEST_EXAMPLE"]
 PATIENCE = 60
 COMMANDS = [
     ["lookup", "6 Macquarie Street, Sydney NSW 2000", "U 3/12 Watson Tce Mount Gambier", "nowhere at all",
@@ -97,6 +98,23 @@ class RemoteTest(Case):
             return True
         except ConnectionRefusedError:
             return False
+
+    def test_an_example_asks_again_after_a_kill(self):
+        server = self.start_sample()
+        program = subprocess.Popen([EXAMPLE], cwd=self.directory, env=self.remote_environment(server),
+                                   stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)
+        self.addCleanup(self.end_conversation, program)
+        answer = "instance 1: 6 macquarie st sydney: 30000001\n"
+        self.assertEqual(self.ask(program), answer)
+        server.process.kill()
+        server.process.wait()
+        server.process.stdout.close()
+        server = self.start_sample(listen=f"127.0.0.1:{server.port}", announced=False)
+        self.wait_for(lambda: self.is_listening(server), "it listens")
+        self.assertEqual(self.ask(program), "instance 1, the server is lost: an empty answer\n")
+        self.assertIn("(status 4551)", program.stdout.readline())
+        self.assertEqual(program.stdout.readline(), answer)
+        self.assertEqual(self.ask(program), answer)
 
     def test_an_instance_outlives_an_idle_time_out(self):
         server = self.start("--idle-timeout", "1", plugins=LIBRARY, lines=self.local_lines)

@@ -159,6 +159,32 @@ TEST_F(DatabaseName, IsRememberedExactlyAsWritten)
   EXPECT_EQ("/default2", Resolve("").path);
 }
 
+/** A name of 1000 characters that only a wild card of the configuration turns into a path. */
+std::string LongName(int number)
+{
+  const std::string digits = std::to_string(number);
+  return std::string(1000 - digits.size(), 'n') + digits;
+}
+
+TEST_F(DatabaseName, AreRememberedUpToALimit)
+{
+  constexpr int kFit = 300;       // with their paths 600 kB
+  constexpr int kTooMany = 1000;  // 2 MB
+  for (const char* const round : {"first", "after an expiry"}) {
+    sandbox_.Configure("ARF/=/one/*\n");
+    for (int i = 0; i < kTooMany; ++i) ASSERT_EQ("/one/" + LongName(i), Resolve(LongName(i)).path) << round;
+    sandbox_.Configure("ARF/=/two/*\n");
+    for (int i = 0; i < kFit; ++i) ASSERT_EQ("/one/" + LongName(i), Resolve(LongName(i)).path) << round << i;
+    EXPECT_EQ("/two/" + LongName(kTooMany - 1), Resolve(LongName(kTooMany - 1)).path) << round;
+    int remembered = 0;
+    for (int i = 0; i < kTooMany; ++i) remembered += Resolve(LongName(i)).path.starts_with("/one/");
+    EXPECT_LE(remembered, (1 << 20) / 2000) << round;
+    ExpireArfPaths();
+    EXPECT_EQ("/two/" + LongName(0), Resolve(LongName(0)).path) << round;
+    ExpireArfPaths();
+  }
+}
+
 TEST_F(DatabaseName, FailuresAreNotRemembered)
 {
   sandbox_.Configure("Other=1\n");
