@@ -121,7 +121,7 @@ class Fixture
   arf::BuildReport Build() const
   {
     arf::BuildOptions options;
-    options.csvPath = directory_ + "/in.csv";
+    options.inputs = {directory_ + "/in.csv"};
     options.outputDirectory = Directory();
     return arf::BuildDatabase(options);
   }

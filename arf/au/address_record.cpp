@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cstdlib>
 
+#include "arf/barcode/four_state.h"
 #include "arf/match/address_text.h"
 
 namespace arf {
@@ -51,6 +52,7 @@ void AppendUnlessZero(BoundedText& text, std::uint32_t number)
 /** One address with what it belongs to. */
 struct Address
 {
+  const RecordSource& source;
   const Database& database;
   const Point& point;
   Street street;
@@ -68,8 +70,28 @@ void AppendAttribute(BoundedText& text, const Address& address, unsigned field)
 {
   const std::string_view name = FieldAttribute(field);
   if (name.empty()) return;
+  AttributeText buffer;
   if (const auto column = address.database.FindAttribute(name))
-    text << address.database.AttributeOf(address.point.ordinal, *column);
+    text << address.database.AttributeOf(address.point.ordinal, *column, buffer);
+}
+
+/** Numbers that the builder minted are no delivery point identifiers and must not be printed as barcodes on mail. */
+void AppendBarcode(BoundedText& text, const Address& address)
+{
+  if (address.database.Info(kIdentifiersKey) == kMintedIdentifiers) return;
+  char digits[kDpidDigits + 1];
+  BoundedText dpid(digits, sizeof digits);
+  AppendDpid(dpid, address.point.dpid);
+  FourStateBars bars;
+  if (EncodeFourState({dpid.View()}, bars) == FourStateFault::None) text << bars.View();
+}
+
+/** The sort plan's number, or without a plan the data's own. */
+void AppendSortPlanNumber(BoundedText& text, const Address& address)
+{
+  const SortPlan* plan = address.source.sortPlan;
+  if (!plan) return AppendAttribute(text, address, PAF_AU_FIELD_SORT_PLAN_NUMBER);
+  if (const SortPlan::Entry* entry = plan->Find(address.locality.postcode)) text << entry->bsp;
 }
 
 void AppendPremiseField(BoundedText& text, const Point& point, bool isPostal, unsigned field)
@@ -157,6 +179,10 @@ void AppendField(BoundedText& text, const Address& address, unsigned field)
       return AppendDegrees(text, address.point.latitude);
     case PAF_AU_FIELD_LONGITUDE:
       return AppendDegrees(text, address.point.longitude);
+    case PAF_AU_FIELD_SORT_PLAN_NUMBER:
+      return AppendSortPlanNumber(text, address);
+    case PAF_AU_FIELD_BARCODE:
+      return AppendBarcode(text, address);
     default:
       break;
   }
@@ -242,16 +268,18 @@ void AppendDpid(BoundedText& text, std::uint32_t dpid)
   for (std::uint32_t place = 10'000'000; place > 0; place /= 10) text << static_cast<char>('0' + dpid / place % 10);
 }
 
-void AppendAddressRecord(BoundedText& text, const Database& database, const Point& point, const FieldList& fields,
+void AppendAddressRecord(BoundedText& text, const RecordSource& source, const Point& point, const FieldList& fields,
                          char delimiter)
 {
+  const Database& database = source.database;
   const Street street = database.StreetAt(point.street);
-  const Address address{database, point, street, database.LocalityAt(street.locality)};
+  const Address address{source, database, point, street, database.LocalityAt(street.locality)};
   RecordWriter record(text, delimiter);
   for (const FieldChoice& field : fields.Fields()) {
     record.Begin();
+    AttributeText buffer;
     if (field.IsAttribute())
-      text << database.AttributeOf(point.ordinal, field.Column());
+      text << database.AttributeOf(point.ordinal, field.Column(), buffer);
     else
       AppendField(text, address, field.Number());
     record.End();

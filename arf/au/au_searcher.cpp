@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "arf/au/address_record.h"
-#include "arf/au/ascii.h"
 #include "arf/au/boundary.h"
+#include "arf/format/ascii.h"
 #include "arf/match/address_text.h"
 #include "arf/match/locality_query.h"
 
@@ -43,6 +43,7 @@ struct QueryRecord
   std::string_view state;
   std::string_view postcode;
   std::string_view dpid;
+  std::string_view latitude, longitude;
   bool hasOthers = false;
 };
 
@@ -64,6 +65,12 @@ QueryRecord ReadQueryRecord(std::string_view record, char delimiter)
         break;
       case PAF_AU_FIELD_DPID:
         query.dpid = value;
+        break;
+      case PAF_AU_FIELD_LATITUDE:
+        query.latitude = value;
+        break;
+      case PAF_AU_FIELD_LONGITUDE:
+        query.longitude = value;
         break;
       case PAF_AU_FIELD_COUNTRY:
       case PAF_AU_FIELD_MATCH_QUALITY:
@@ -201,7 +208,7 @@ int AuSearcher::WriteCurrent(BoundedText& out)
     AppendEmptyRecord(out, settings_.outputFields, settings_.delimiter);
     return 0;
   }
-  AppendAddressRecord(out, searches_->Data(), *point, settings_.outputFields, settings_.delimiter);
+  AppendAddressRecord(out, searches_->Source(), *point, settings_.outputFields, settings_.delimiter);
   if (out.IsWhole()) addresses.Advance();
   return 0;
 }
@@ -217,6 +224,7 @@ int AuSearcher::StartWithRecord(std::string_view record)
   const QueryRecord query = ReadQueryRecord(record, settings_.delimiter);
   if (!query.dpid.empty()) return StartWithDpid(query.dpid);
   if (query.hasOthers) return PAF_ERR_NOT_IMPLEMENTED;
+  if (!query.latitude.empty() || !query.longitude.empty()) return StartNear(query.latitude, query.longitude);
   if (query.locality.empty() && query.state.empty() && query.postcode.empty())
     return FailQuery(PAF_AU_ERR_BAD_QUERY, std::string_view());
   FixedText<kMaxInputBytes + 1> line(query.locality);
@@ -249,16 +257,21 @@ int AuSearcher::StartWithDpid(std::string_view text)
 
 int AuSearcher::StartWithLine(std::string_view line)
 {
+  if (const int status = FindLocalitiesOf(line, searches_->addresses.Localities()); status != 0) return status;
+  findStatus_ = PAF_AU_FIND_MATCHED;
+  searches_->addresses.StartLocalities(searches_->places.addressFilter.Configure(settings_.search));
+  return 0;
+}
+
+int AuSearcher::FindLocalitiesOf(std::string_view line, std::vector<std::uint32_t>& found)
+{
   if (searches_->query.Read(line) != InputFault::None) {
     Failure failure;
     failure.fault = Fault::TooLong;
     return FailSearch(Verdict::TooLong, failure);
   }
-  const Failure failure = FindLocalities(*searches_->data->engine, searches_->query, searches_->addresses.Localities());
-  if (failure.fault != Fault::None) return FailSearch(VerdictOf(failure.fault), failure);
-  findStatus_ = PAF_AU_FIND_MATCHED;
-  searches_->addresses.StartLocalities();
-  return 0;
+  const Failure failure = FindLocalities(*searches_->data->engine, searches_->query, found);
+  return failure.fault == Fault::None ? 0 : FailSearch(VerdictOf(failure.fault), failure);
 }
 
 int AuSearcher::GetParsedInput(char* out, int outSize)
@@ -311,6 +324,7 @@ void AuSearcher::TakeOverFrom(IArfSearcher* previous)
   const auto* other = dynamic_cast<const AuSearcher*>(previous);
   if (!other || !IsOpen() || !other->searches_) return;
   settings_.delimiter = other->settings_.delimiter;
+  settings_.search = other->settings_.search;
   AdoptOutputFields(other->searches_->Data(), other->settings_.outputFields);
 }
 

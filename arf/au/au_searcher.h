@@ -5,15 +5,19 @@
 #include <memory>
 #include <string_view>
 
+#include "arf/au/address_record.h"
 #include "arf/au/au_database.h"
 #include "arf/au/enumeration.h"
 #include "arf/au/last_failure.h"
 #include "arf/au/live_objects.h"
 #include "arf/au/properties.h"
 #include "arf/au/settings.h"
+#include "arf/hint/hint_enumeration.h"
 #include "arf/match/last_line_fixer.h"
 #include "arf/match/matcher.h"
 #include "arf/print/address_layout.h"
+#include "arf/search/free_text_search.h"
+#include "arf/search/place_searches.h"
 #include "qxpaf/arf_au.h"
 #include "qxpaf/arf_plugin.h"
 
@@ -63,16 +67,27 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   struct Searches
   {
     explicit Searches(std::shared_ptr<const OpenData> opened)
-        : data(std::move(opened)), matcher(*data->engine), fixer(*data->engine), addresses(Data())
+        : data(std::move(opened)),
+          matcher(*data->engine),
+          fixer(*data->engine),
+          addresses(Data()),
+          places(Data()),
+          freeText(Data()),
+          freeTextFilter(Data())
     {
     }
     const Database& Data() const { return data->engine->Data(); }
+    RecordSource Source() const { return {Data(), data->sortPlan.plan.get()}; }
 
     std::shared_ptr<const OpenData> data;
     Matcher matcher;
     LastLineFixer fixer;
     InputText query;  ///< of GetAddress
     Enumeration addresses;
+    PlaceSearches places;
+    FreeTextSearch freeText;
+    AddressFilter freeTextFilter;
+    HintEnumerations hints;
   };
 
   /** Whose input GetParsedInput shows. */
@@ -96,10 +111,18 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   int StartWithRecord(std::string_view record);
   int StartWithDpid(std::string_view text);
   int StartWithLine(std::string_view line);
+  int StartNear(std::string_view latitude, std::string_view longitude);
+  int FindLocalitiesOf(std::string_view line, std::vector<std::uint32_t>& found);
+  int Count(std::string_view in, std::string_view what, std::string_view metres);
+  int CountInArea(bool inPolygon, std::string_view what, std::string_view metres);
+  int CountInLocalities(std::string_view line);
   int WriteCurrent(BoundedText& out);
   int FailSearch(Verdict verdict, const Failure& failure);
   int FailQuery(int code, std::string_view detail);
   int Read(std::string_view property, BoundedText& out);
+  int FinishHintStart(InputFault fault, HintEnumeration& hints, BoundedText& out);
+  int NextHint(std::unique_ptr<HintEnumeration> HintEnumerations::*which, char* out, int outSize);
+  int WriteHint(HintEnumeration& hints, BoundedText& out);
 
   AuDatabase& database_;  ///< only to name it: it may be gone
   const std::shared_ptr<const CurrentData> current_;

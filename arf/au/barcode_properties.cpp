@@ -2,9 +2,9 @@
 #include <algorithm>
 #include <optional>
 
-#include "arf/au/ascii.h"
 #include "arf/au/property_request.h"
 #include "arf/barcode/four_state.h"
+#include "arf/format/ascii.h"
 #include "qxpaf/arf_au.h"
 
 namespace arf {

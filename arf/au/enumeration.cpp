@@ -8,6 +8,8 @@ void Enumeration::Reset()
   nextLocality_ = 0;
   streets_ = {};
   cursor_ = {};
+  filter_ = nullptr;
+  area_ = nullptr;
   atPoint_ = false;
   started_ = false;
 }
@@ -20,27 +22,53 @@ void Enumeration::StartWith(std::uint32_t ordinal)
   started_ = true;
 }
 
-void Enumeration::StartLocalities()
+void Enumeration::StartLocalities(PointFilter* filter)
 {
   nextLocality_ = 0;
   streets_ = {};
   cursor_ = {};
+  filter_ = filter;
   started_ = true;
   Advance();
 }
 
+void Enumeration::StartArea(AreaSearch& area)
+{
+  Reset();
+  area_ = &area;
+  started_ = true;
+  AdvanceArea();
+}
+
 void Enumeration::Advance()
 {
-  for (;;) {
-    atPoint_ = cursor_.Next(point_);
-    if (atPoint_) return;
+  if (area_) return AdvanceArea();
+  do {
+    atPoint_ = FindNext();
+  } while (atPoint_ && filter_ && !filter_->Takes(point_.ordinal));
+}
+
+/** The search is always one ahead of the point that is shown. */
+void Enumeration::AdvanceArea()
+{
+  const FoundPoint* found = area_->Current();
+  atPoint_ = found != nullptr;
+  if (!found) return;
+  point_ = database_.PointAt(found->ordinal);
+  area_->Advance();
+}
+
+bool Enumeration::FindNext()
+{
+  while (!cursor_.Next(point_)) {
     while (streets_.count == 0) {
-      if (nextLocality_ == localities_.size()) return;
+      if (nextLocality_ == localities_.size()) return false;
       streets_ = database_.LocalityAt(localities_[nextLocality_++]).streets;
     }
     cursor_ = database_.Points(database_.StreetAt(streets_.first++));
     --streets_.count;
   }
+  return true;
 }
 
 }  // namespace arf

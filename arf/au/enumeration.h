@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "arf/format/database.h"
+#include "arf/spatial/area_search.h"
 
 namespace arf {
 
@@ -19,8 +20,14 @@ class Enumeration
   void Reset();
   /** One address. */
   void StartWith(std::uint32_t ordinal);
-  /** All addresses of the localities in Localities(), in stored order. */
-  void StartLocalities();
+  /**
+   * The addresses of the localities in Localities(), in stored order.
+   *
+   * @param filter  must outlive the enumeration; null takes all
+   */
+  void StartLocalities(PointFilter* filter);
+  /** The addresses that a search found. @param area  must outlive the enumeration */
+  void StartArea(AreaSearch& area);
 
   /** Where the caller puts the localities before StartLocalities; the memory is kept from query to query. */
   std::vector<std::uint32_t>& Localities() { return localities_; }
@@ -31,11 +38,16 @@ class Enumeration
   void Advance();
 
  private:
+  bool FindNext();
+  void AdvanceArea();
+
   const Database& database_;
   std::vector<std::uint32_t> localities_;
   std::size_t nextLocality_ = 0;
   IndexRange streets_;  ///< of the current locality, those still to come
   PointCursor cursor_;  ///< in the current street
+  PointFilter* filter_ = nullptr;
+  AreaSearch* area_ = nullptr;  ///< where the addresses come from, if not from localities
   Point point_;
   bool atPoint_ = false;
   bool started_ = false;

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <charconv>
 
-#include "arf/au/ascii.h"
 #include "arf/au/property_request.h"
+#include "arf/au/search_properties.h"
 #include "arf/au/version.h"
+#include "arf/format/ascii.h"
 #include "qxpaf/arf_au.h"
 
 namespace arf {
@@ -13,6 +14,10 @@ namespace {
 
 constexpr std::string_view kNotice =
     "Not certified for address matching. Identifiers are those of the data that the database was built from.";
+
+constexpr std::string_view kMintedNotice =
+    "Not certified for address matching. Identifiers were minted when the database was built: they are no delivery "
+    "point identifiers and must not be printed on mail.";
 
 /** A name, or with an argument behind it the beginning of one, and what answers and takes its value. */
 struct Property
@@ -73,7 +78,9 @@ int ReadLibVersion(const PropertyRequest& request)
 
 int ReadNotice(const PropertyRequest& request)
 {
-  request.out << kNotice;
+  const Database* database = request.source.database;
+  const bool isMinted = database && database->Info(kIdentifiersKey) == kMintedIdentifiers;
+  request.out << (isMinted ? kMintedNotice : kNotice);
   return 0;
 }
 
@@ -102,6 +109,13 @@ constexpr Property kProperties[] = {
     {"SortPlanDate", false, ReadSortPlanDate, nullptr},
     {"Attribution", false, ReadAttribution, nullptr},
     {"Notice", false, ReadNotice, nullptr},
+    {"LatLongSearchRange", false, ReadLatLongSearchRange, WriteLatLongSearchRange},
+    {"StateFilter", false, ReadStateFilter, WriteStateFilter},
+    {"AddressFilter", false, ReadAddressFilter, WriteAddressFilter},
+    {"PointsOfInterest", false, ReadPointsOfInterest, WritePointsOfInterest},
+    {"GeographicalCodes", false, ReadGeographicalCodes, WriteGeographicalCodes},
+    {"GeographicalCodesFilter", false, ReadGeographicalCodesFilter, WriteGeographicalCodesFilter},
+    {"GifCommonMinimumPercent", false, ReadGifCommonMinimumPercent, WriteGifCommonMinimumPercent},
     {"ArfStatus:", true, ReadArfStatus, nullptr},
     {"ArfVersion:", true, ReadArfVersion, nullptr},
     {"Barcode:", true, ReadBarcode, nullptr},

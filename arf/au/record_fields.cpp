@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "arf/au/ascii.h"
+#include "arf/format/ascii.h"
 
 namespace arf {
 namespace {

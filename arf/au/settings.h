@@ -3,6 +3,7 @@
 #define QXPAF_ARF_AU_SETTINGS_H
 
 #include "arf/au/record_fields.h"
+#include "arf/search/search_settings.h"
 
 namespace arf {
 
@@ -10,6 +11,7 @@ struct Settings
 {
   char delimiter = '\t';
   FieldList outputFields;
+  SearchSettings search;
 };
 
 }  // namespace arf

@@ -103,6 +103,7 @@ class Orderer
 
   OrderedAddresses Run()
   {
+    table_.DropEmpty();
     MakeKeys();
     OrderLocalities();
     OrderStreets();
@@ -179,10 +180,7 @@ class Orderer
     });
     const std::vector<std::uint32_t> places = Inverse(ordered_.partOrder);
     for (AddressRow& row : table_.rows) {
-      for (std::uint32_t* part : {&row.numberPrefix, &row.numberFirstSuffix, &row.numberLastSuffix, &row.unitNumber,
-                                  &row.unitType, &row.levelNumber, &row.levelType, &row.lot, &row.building}) {
-        *part = places[*part];
-      }
+      for (std::uint32_t* part : PartsOf(row)) *part = places[*part];
     }
     const auto rank = [](const AddressRow& row) {
       return std::tie(row.street, row.numberFirst, row.numberPrefix, row.numberFirstSuffix, row.numberLast,

@@ -1,18 +1,21 @@
 /**
- * All addresses of a build, in memory: about 70 bytes an address, four more for each attribute column, and every
- * distinct text once.
+ * Addresses of a build, in memory: about 70 bytes an address, eight more for each attribute column, and every distinct
+ * text once. Parts of the input are read into tables of their own, which are appended to one.
  */
 #ifndef QXPAF_ARF_BUILD_ADDRESS_TABLE_H
 #define QXPAF_ARF_BUILD_ADDRESS_TABLE_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <tuple>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
+#include "arf/build/attribute_values.h"
 #include "arf/build/row_parser.h"
 #include "arf/build/string_pool.h"
 
@@ -46,19 +49,47 @@ struct AddressRow
   std::uint32_t input = 0;  ///< place among the rows taken, which is that of its attribute values
 };
 
-/** One further column: each row's value as a number of `values`. */
+/** A locality of the register, which may have several postcodes. Texts are numbers of AddressTable::names. */
+struct LocalityName
+{
+  std::uint32_t name = 0, state = 0;
+  auto operator<=>(const LocalityName&) const = default;
+};
+
+/** Another name of a street. */
+struct StreetAlias
+{
+  LocalityName locality;
+  std::uint32_t name = 0, type = 0, suffix = 0;  ///< of the street
+  std::uint32_t aliasName = 0, aliasType = 0, aliasSuffix = 0;
+};
+
+/** Another name of a locality. */
+struct LocalityAlias
+{
+  LocalityName locality;
+  std::uint32_t aliasName = 0;
+};
+
+/** The members of a row that are parts. */
+constexpr std::array<std::uint32_t*, 9> PartsOf(AddressRow& row)
+{
+  return {&row.numberPrefix, &row.numberFirstSuffix, &row.numberLastSuffix, &row.unitNumber,
+          &row.unitType,     &row.levelNumber,       &row.levelType,        &row.lot,
+          &row.building};
+}
+
+/** One further column: the values in the order of AddressRow::input. */
 struct AttributeColumn
 {
   std::string name;
-  StringPool values;
-  std::vector<std::uint32_t> codes;
+  AttributeValues values;
 };
 
-/** The DPIDs in use, one bit for each that there can be. */
+/** The DPIDs in use, one bit for each that there can be; takes memory once there is one. */
 class DpidSet
 {
  public:
-  DpidSet();
   /** False when it is there already. */
   bool Add(std::uint32_t dpid);
 
@@ -69,10 +100,25 @@ class DpidSet
 class AddressTable
 {
  public:
-  explicit AddressTable(const std::vector<ColumnMap::Attribute>& attributes);
+  /** What is wrong with a row whose DPID is that of another. */
+  struct RepeatedDpid
+  {
+    std::uint32_t dpid, line, otherLine;
+  };
 
-  /** Takes a row, unless its DPID is in use: then the line of the row that has it is returned. */
+  explicit AddressTable(const std::vector<std::string>& attributeNames);
+
+  /** Takes a row, unless its DPID is in use: then the line of the row that has it is returned. DPID 0 is none. */
   std::optional<std::uint32_t> Add(const ParsedRow& row, std::uint32_t line);
+
+  /** Takes the rows of another table with the same attributes, but for those whose DPID is in use, which it returns. */
+  std::vector<RepeatedDpid> Append(const AddressTable& other);
+
+  /** Keeps the rows, which must be in the order of the input, for which `keep` is true; it has an entry for each. */
+  void Keep(const std::vector<bool>& keep);
+
+  /** Removes streets without rows and localities without streets, which rows that were not kept leave behind. */
+  void DropEmpty();
 
   /** Makes room for that many rows. */
   void Reserve(std::size_t rows);
@@ -84,6 +130,9 @@ class AddressTable
   std::vector<StreetEntry> streets;
   std::vector<AddressRow> rows;
   std::vector<AttributeColumn> attributes;
+  std::vector<StreetAlias> streetAliases;
+  std::vector<LocalityAlias> localityAliases;
+  std::vector<std::pair<LocalityName, LocalityName>> neighbours;  ///< in one direction at least; empty when not known
 
  private:
   struct EntryHash
@@ -92,6 +141,13 @@ class AddressTable
     std::size_t operator()(const StreetEntry& entry) const;
   };
 
+  struct Renumbering
+  {
+    std::vector<std::uint32_t> streets, parts;
+  };
+
+  Renumbering Renumber(const AddressTable& other);
+  std::optional<std::uint32_t> Claim(std::uint32_t dpid);
   std::uint32_t Part(std::string_view text);
   std::uint32_t LineOf(std::uint32_t dpid) const;
   std::uint32_t LocalityOf(const ParsedRow& row);

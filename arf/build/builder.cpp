@@ -5,39 +5,49 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <thread>
 
 #include "arf/barcode/sort_plan.h"
 #include "arf/build/address_order.h"
 #include "arf/build/address_table.h"
 #include "arf/build/build_error.h"
 #include "arf/build/build_watch.h"
-#include "arf/build/csv_reader.h"
+#include "arf/build/identifier_minter.h"
 #include "arf/build/index_writer.h"
+#include "arf/build/input_reader.h"
 #include "arf/build/output_file.h"
-#include "arf/build/row_parser.h"
+#include "arf/build/report_writer.h"
 #include "arf/format/database.h"
 
 namespace arf {
 namespace {
 
-constexpr std::uint64_t kRowsPerReport = 1 << 14;
+std::string InputsOf(const BuildOptions& options)
+{
+  std::string paths;
+  for (const std::string& path : options.inputs) paths += (paths.empty() ? "" : ", ") + path;
+  return paths;
+}
 
 class Build
 {
  public:
   Build(const BuildOptions& options, const BuildWatch& watch, BuildReport& report)
-      : options_(options), watch_(watch), report_(report), csv_(options.csvPath, options.delimiter)
+      : options_(options), watch_(watch), report_(report)
   {
   }
 
   void Run()
   {
     if (!options_.sortPlanPath.empty()) TakeSortPlan();
-    if (!ReadHeader()) return;
-    AddressTable table(columns_.Attributes());
-    ReadRows(table);
+    ReportWriter writer(report_, options_.skipBadRows);
+    InputReader reader(options_, watch_, writer);
+    if (!reader.Open()) return;
+    AddressTable table(reader.AttributeNames());
+    reader.Read(table);
+    report_.minted = MintIdentifiers(table, options_.previousDirectory, writer, watch_);
     if (report_.errorCount > 0 && !options_.skipBadRows) return;
-    if (table.rows.empty()) throw BuildError(options_.csvPath + ": there are no addresses in it");
+    if (table.rows.empty()) throw BuildError(InputsOf(options_) + ": there are no addresses in it");
     Write(table);
   }
 
@@ -60,60 +70,6 @@ class Build
     file->WriteAt(0, sortPlan_->Text().data(), sortPlan_->Text().size());
     file->Sync();
     return file;
-  }
-
-  bool ReadHeader()
-  {
-    const CsvReader::Result result = csv_.Next();
-    if (result == CsvReader::Result::End) throw BuildError(options_.csvPath + ": is empty");
-    if (result == CsvReader::Result::BadQuotes) {
-      AddError(kBadQuotes);
-      return false;
-    }
-    for (const std::string& fault : columns_.Read(csv_.Fields())) AddError(fault);
-    return report_.errorCount == 0;
-  }
-
-  void ReadRows(AddressTable& table)
-  {
-    RowParser parser(columns_);
-    for (CsvReader::Result result; (result = csv_.Next()) != CsvReader::Result::End;) {
-      ++report_.rowsRead;
-      if (const std::string fault = TakeRow(result, parser, table); !fault.empty()) {
-        AddError(fault);
-        report_.rowsSkipped += options_.skipBadRows;
-      }
-      if (report_.rowsRead % kRowsPerReport != 0) continue;
-      if (report_.rowsRead == kRowsPerReport) table.Reserve(ExpectedRows());
-      watch_.Reached(BuildPhase::Reading, csv_.BytesRead(), csv_.FileSize());
-    }
-    watch_.Reached(BuildPhase::Reading, csv_.BytesRead(), csv_.FileSize());
-    report_.warnings = parser.Warnings();
-  }
-
-  /** What is wrong with the row that was read; empty when it was taken. */
-  std::string TakeRow(CsvReader::Result result, RowParser& parser, AddressTable& table)
-  {
-    if (result == CsvReader::Result::BadQuotes) return kBadQuotes;
-    const ParsedRow* row = parser.Parse(csv_.Fields());
-    if (!row) return parser.Fault();
-    const std::optional<std::uint32_t> other = table.Add(*row, csv_.Line());
-    if (!other) return {};
-    return "dpid: " + std::to_string(row->dpid) + " is already that of line " + std::to_string(*other);
-  }
-
-  /** An estimate from the rows read so far, with some room, so that growing never holds two copies of the rows. */
-  std::uint64_t ExpectedRows() const
-  {
-    const std::uint64_t bytesPerRow = std::max<std::uint64_t>(csv_.BytesRead() / report_.rowsRead, 1);
-    return csv_.FileSize() / bytesPerRow / 16 * 17;
-  }
-
-  void AddError(const std::string& what)
-  {
-    ++report_.errorCount;
-    if (report_.errors.size() >= BuildReport::kMaxErrors) return;
-    report_.errors.push_back(options_.csvPath + ":" + std::to_string(csv_.Line()) + ": " + what);
   }
 
   void Write(AddressTable& table)
@@ -142,23 +98,31 @@ class Build
     report_.outcome = BuildOutcome::Built;
   }
 
+  /** The names of the inputs, without the directories they are in. */
+  std::string Sources() const
+  {
+    std::string names;
+    for (const std::string& path : options_.inputs) {
+      const std::size_t end = path.find_last_not_of('/') + 1;
+      const std::size_t slash = path.rfind('/', end == 0 ? 0 : end - 1);
+      const std::size_t begin = slash == std::string::npos ? 0 : slash + 1;
+      names += (names.empty() ? "" : ", ") + path.substr(begin, end - begin);
+    }
+    return names;
+  }
+
   InfoEntries Info(const AddressTable& table) const
   {
-    const std::size_t slash = options_.csvPath.rfind('/');
-    InfoEntries info = {{"name", options_.databaseName},
-                        {"source", slash == std::string::npos ? options_.csvPath : options_.csvPath.substr(slash + 1)},
-                        {"addresses", std::to_string(table.rows.size())}};
+    InfoEntries info = {
+        {"name", options_.databaseName}, {"source", Sources()}, {"addresses", std::to_string(table.rows.size())}};
+    if (report_.minted.any) info[std::string(kIdentifiersKey)] = kMintedIdentifiers;
     for (const auto& [key, value] : options_.info) info[key] = value;
     return info;
   }
 
-  static constexpr const char* kBadQuotes = "the quotes of the row are not as they should be";
-
   const BuildOptions& options_;
   const BuildWatch& watch_;
   BuildReport& report_;
-  CsvReader csv_;
-  ColumnMap columns_;
   std::unique_ptr<const SortPlan> sortPlan_;
 };
 
@@ -169,6 +133,11 @@ void AddFatal(BuildReport& report, const std::string& what)
 }
 
 }  // namespace
+
+unsigned BuildOptions::Threads() const
+{
+  return threads > 0 ? threads : std::max(std::thread::hardware_concurrency(), 1U);
+}
 
 BuildReport BuildDatabase(const BuildOptions& options, const ProgressCallback& progress,
                           const std::atomic<bool>* cancel)
@@ -182,9 +151,9 @@ BuildReport BuildDatabase(const BuildOptions& options, const ProgressCallback& p
   } catch (const BuildCancelled&) {
     report.outcome = BuildOutcome::Cancelled;
   } catch (const std::bad_alloc&) {
-    AddFatal(report, options.csvPath + ": not enough memory for the build");
+    AddFatal(report, InputsOf(options) + ": not enough memory for the build");
   } catch (const std::exception& error) {
-    AddFatal(report, options.csvPath + ": " + error.what());
+    AddFatal(report, InputsOf(options) + ": " + error.what());
   }
   return report;
 }

@@ -1,11 +1,13 @@
 /**
- * Builds an address database, the files address.arf and PAF.ver, from a CSV file.
+ * Builds an address database, the files address.arf and PAF.ver, from files of addresses. Several inputs may be given;
+ * what kind each is of shows in itself.
  *
- * Input. RFC 4180: fields separated by commas, quotes where needed, quotes doubled inside quotes, line ends inside
+ * CSV. RFC 4180: fields separated by commas, quotes where needed, quotes doubled inside quotes, line ends inside
  * quotes allowed; LF, CRLF or CR; a byte order mark is passed over. UTF-8; bytes that are not UTF-8 are read as
  * Windows-1252. The first row names the columns, in any order and letter case:
  *
- *   dpid                                          required; 10000000 … 99999999, each once
+ *   dpid                                          10000000 … 99999999, each once; required unless the column
+ *                                                 source_identifier is there, from which one is made then
  *   locality, state, postcode                     required; state as code or name, postcode of four digits
  *   street_name, street_type, street_suffix       the column street_name is required unless postal_type is there
  *   postal_type, postal_number                    a postal delivery instead of a street; "123", "C96", "123A"
@@ -20,6 +22,17 @@
  *
  * A row needs a street name or a postal delivery, but a row with neither is taken when it has a lot or a building: such
  * addresses belong to the locality itself. A row with both, or with a street type but no street name, is refused.
+ *
+ * Files divided by vertical bars (a first row with bars and without commas): as CSV, but without quotes. When they have
+ * the column ADDRESS_DETAIL_PID they are of the national address file, and its names of columns hold: NUMBER_FIRST,
+ * FLAT_TYPE, LOCALITY_NAME and so on. BUILDING_NAME, or else ADDRESS_SITE_NAME, is the building; ADDRESS_DETAIL_PID,
+ * MB_CODE and GEOCODE_TYPE become the attributes source_identifier, mesh_block and geocode_reliability; columns that
+ * are not known are passed over.
+ *
+ * Directories: the tables of the national address file, below it at any depth (arf/build/register_tables.h).
+ *
+ * Rows of the national address file that are retired or an alias of another row, or that cannot be used, are left out
+ * and counted by reason. Its addresses get identifiers by arf/build/identifier_minter.h.
  *
  * With a sort plan (arf/barcode/sort_plan.h), the plan's file is checked before anything else and copied as
  * sortplan.csv. Without one, a plan that is in the directory stays there.
@@ -44,13 +57,17 @@ namespace arf {
 
 struct BuildOptions
 {
-  std::string csvPath;
+  std::vector<std::string> inputs;  ///< files, and directories with the tables of the national address file
   std::string outputDirectory;      ///< made if it is missing (its parent must be there)
   std::string databaseName = "AU";  ///< for the line "DATABASENAME=" of PAF.ver, and the info entry "name"
-  std::vector<std::pair<std::string, std::string>> info;  ///< further info entries; a key given here wins
-  bool skipBadRows = false;                               ///< leave faulty rows out instead of failing
+  std::vector<std::pair<std::string, std::string>> info{};  ///< further info entries; a key given here wins
+  bool skipBadRows = false;                                 ///< leave faulty rows out instead of failing
   char delimiter = ',';
-  std::string sortPlanPath{};  ///< a sort plan for the directory; empty for none
+  std::string sortPlanPath{};       ///< a sort plan for the directory; empty for none
+  std::string previousDirectory{};  ///< a database whose identifiers are to be kept; empty for none
+  unsigned threads = 0;             ///< that take rows apart; 0 for as many as there are processors
+
+  unsigned Threads() const;
 };
 
 enum class BuildPhase
@@ -63,7 +80,7 @@ enum class BuildPhase
 struct BuildProgress
 {
   BuildPhase phase = BuildPhase::Reading;
-  std::uint64_t done = 0;   ///< Reading: bytes of the CSV file; otherwise addresses
+  std::uint64_t done = 0;   ///< Reading: bytes of the inputs; otherwise addresses
   std::uint64_t total = 0;  ///< in the same unit
 };
 
@@ -76,6 +93,23 @@ enum class BuildOutcome
   Cancelled
 };
 
+/** Rows that were left out for one reason. */
+struct SkippedRows
+{
+  std::string reason;  ///< "retired", "number_first: is not a number"
+  std::uint64_t rows = 0;
+  std::string example;  ///< the first one: "file.psv:12: number_first: …"
+};
+
+/** Identifiers that were made for addresses whose source has none. */
+struct MintedIdentifiers
+{
+  bool any = false;
+  std::uint32_t added = 0;    ///< new ones
+  std::uint32_t kept = 0;     ///< as in the database given as the previous one
+  std::uint32_t retired = 0;  ///< in that database, and no longer in use
+};
+
 struct BuildReport
 {
   /** How many of the errors are kept in words. */
@@ -86,7 +120,9 @@ struct BuildReport
   std::uint64_t errorCount = 0;       ///< all of them; at most one a row
   std::vector<std::string> warnings;  ///< such as types that are not in the tables
   std::uint64_t rowsRead = 0;
-  std::uint64_t rowsSkipped = 0;  ///< left out because of `skipBadRows`
+  std::uint64_t rowsSkipped = 0;     ///< left out because of `skipBadRows`, or for one of the reasons in `skipped`
+  std::vector<SkippedRows> skipped;  ///< of registers; most frequent first
+  MintedIdentifiers minted;
   std::uint32_t addresses = 0;
   std::uint32_t streets = 0;
   std::uint32_t localities = 0;

@@ -1,6 +1,8 @@
 #include "arf/build/columns.h"
 
 #include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "arf/build/text_input.h"
 #include "arf/format/layout.h"
@@ -18,6 +20,33 @@ std::string ColumnName(std::string_view field)
   return name;
 }
 
+constexpr std::string_view kRegisterIdentifier = "address_detail_pid";
+
+/** Columns of the national address file that have other names there. */
+constexpr std::pair<std::string_view, Column> kRegisterColumns[] = {
+    {"building_name", Column::Building},   {"address_site_name", Column::SiteName},
+    {"flat_type", Column::UnitType},       {"flat_number", Column::UnitNumber},
+    {"lot_number", Column::Lot},           {"locality_name", Column::Locality},
+    {"state_abbreviation", Column::State}, {"alias_principal", Column::AliasPrincipal},
+    {"date_retired", Column::DateRetired},
+};
+
+/** Columns of the national address file that become attributes, under these names. */
+constexpr std::pair<std::string_view, std::string_view> kRegisterAttributes[] = {
+    {kRegisterIdentifier, kSourceIdentifier}, {"mb_code", "mesh_block"},
+    {"geocode_type", "geocode_reliability"},  {"statistical_area", "statistical_area"},
+    {"sa1_code", "statistical_area"},         {"local_government_area", "local_government_area"},
+    {"lga_name", "local_government_area"},
+};
+
+/** What stands beside a name in a list of pairs. */
+template <class Pairs>
+const auto* Beside(const Pairs& pairs, std::string_view name)
+{
+  const auto* pair = std::find_if(std::begin(pairs), std::end(pairs), [&](const auto& p) { return p.first == name; });
+  return pair == std::end(pairs) ? nullptr : &pair->second;
+}
+
 std::string Quoted(std::string_view name)
 {
   return std::string("\"").append(name) += '"';
@@ -31,11 +60,13 @@ std::vector<std::string> ColumnMap::Read(std::span<const std::string_view> heade
   fields_.fill(kMissing);
   attributes_.clear();
   fieldCount_ = header.size();
+  isRegister_ = std::any_of(header.begin(), header.end(),
+                            [](std::string_view field) { return ColumnName(field) == kRegisterIdentifier; });
   for (std::size_t field = 0; field < header.size(); ++field) {
     const std::string name = ColumnName(header[field]);
     if (name.empty()) {
       faults.push_back("column " + std::to_string(field + 1) + " has no name");
-    } else if (!Place(name, field)) {
+    } else if (!(isRegister_ ? PlaceOfRegister(name, field) : Place(name, field))) {
       faults.push_back("the column " + Quoted(name) + " is there twice");
     }
   }
@@ -48,23 +79,65 @@ std::vector<std::string> ColumnMap::Read(std::span<const std::string_view> heade
 
 bool ColumnMap::Place(const std::string& name, std::size_t field)
 {
-  const auto known = std::find(kColumnNames.begin(), kColumnNames.end(), name);
-  if (known != kColumnNames.end()) {
-    std::size_t& place = fields_[static_cast<std::size_t>(known - kColumnNames.begin())];
-    if (place != kMissing) return false;
-    place = field;
-    return true;
+  const auto* const end = kColumnNames.begin() + kGeneralColumns;
+  const auto* const known = std::find(kColumnNames.begin(), end, name);
+  return known == end ? PlaceAttribute(name, field) : PlaceColumn(Column(known - kColumnNames.begin()), field);
+}
+
+bool ColumnMap::PlaceOfRegister(const std::string& name, std::size_t field)
+{
+  if (const Column* column = Beside(kRegisterColumns, name)) return PlaceColumn(*column, field);
+  if (const std::string_view* attribute = Beside(kRegisterAttributes, name)) {
+    return HasAttribute(*attribute) || PlaceAttribute(std::string(*attribute), field);
   }
-  const auto isSame = [&](const Attribute& attribute) { return attribute.name == name; };
-  if (std::any_of(attributes_.begin(), attributes_.end(), isSame)) return false;
+  const auto* const known = std::find(kColumnNames.begin(), kColumnNames.end(), name);
+  return known == kColumnNames.end() || PlaceColumn(Column(known - kColumnNames.begin()), field);
+}
+
+bool ColumnMap::PlaceColumn(Column column, std::size_t field)
+{
+  std::size_t& place = fields_[static_cast<std::size_t>(column)];
+  if (place != kMissing) return false;
+  place = field;
+  return true;
+}
+
+bool ColumnMap::PlaceAttribute(const std::string& name, std::size_t field)
+{
+  if (HasAttribute(name)) return false;
   attributes_.push_back({name, field});
   return true;
 }
 
+bool ColumnMap::HasAttribute(std::string_view name) const
+{
+  return std::any_of(attributes_.begin(), attributes_.end(), [&](const Attribute& a) { return a.name == name; });
+}
+
+std::string_view ColumnMap::AttributeField(std::span<const std::string_view> row, std::string_view name) const
+{
+  const auto has =
+      std::find_if(attributes_.begin(), attributes_.end(), [&](const Attribute& a) { return a.name == name; });
+  return has != attributes_.end() && has->field < row.size() ? row[has->field] : std::string_view();
+}
+
+void ColumnMap::SetAttributes(const std::vector<std::string>& names)
+{
+  std::vector<Attribute> aligned;
+  for (const std::string& name : names) {
+    const auto has =
+        std::find_if(attributes_.begin(), attributes_.end(), [&](const Attribute& a) { return a.name == name; });
+    aligned.push_back({name, has == attributes_.end() ? kMissing : has->field});
+  }
+  attributes_ = std::move(aligned);
+}
+
+/** Identifiers can be made from those of the source, so one of the two is enough. */
 void ColumnMap::CheckRequired(std::vector<std::string>& faults) const
 {
   for (const Column column : {Column::Dpid, Column::Locality, Column::State, Column::Postcode}) {
-    if (!Has(column)) faults.push_back("the required column " + Quoted(NameOf(column)) + " is missing");
+    const bool isMissing = !Has(column) && (column != Column::Dpid || !HasAttribute(kSourceIdentifier));
+    if (isMissing) faults.push_back("the required column " + Quoted(NameOf(column)) + " is missing");
   }
   if (!Has(Column::StreetName) && !Has(Column::PostalType)) {
     faults.push_back("neither \"street_name\" nor \"postal_type\" is among the columns");

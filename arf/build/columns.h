@@ -35,33 +35,44 @@ enum class Column : std::size_t
   State,
   Postcode,
   Latitude,
-  Longitude
+  Longitude,
+  SiteName,        ///< of the national address file: stands for the building where there is no name of one
+  AliasPrincipal,  ///< of the national address file: "A" with rows that are another way to say an address
+  DateRetired      ///< of the national address file: filled with rows that are no longer addresses
 };
-inline constexpr std::size_t kColumns = 21;
+inline constexpr std::size_t kColumns = 24;
+/** The first columns of the enumeration are known in every file, the others in the national address file only. */
+inline constexpr std::size_t kGeneralColumns = 21;
 
 /** Their names in a file's first row, in the order of the enumeration. */
 inline constexpr std::array<std::string_view, kColumns> kColumnNames = {
-    "dpid",          "building",           "unit_type",
-    "unit_number",   "level_type",         "level_number",
-    "lot",           "number_first",       "number_first_suffix",
-    "number_last",   "number_last_suffix", "street_name",
-    "street_type",   "street_suffix",      "postal_type",
-    "postal_number", "locality",           "state",
-    "postcode",      "latitude",           "longitude"};
+    "dpid",        "building",      "unit_type",           "unit_number",   "level_type",         "level_number",
+    "lot",         "number_first",  "number_first_suffix", "number_last",   "number_last_suffix", "street_name",
+    "street_type", "street_suffix", "postal_type",         "postal_number", "locality",           "state",
+    "postcode",    "latitude",      "longitude",           "site_name",     "alias_principal",    "date_retired"};
 
 constexpr std::string_view NameOf(Column column)
 {
   return kColumnNames[static_cast<std::size_t>(column)];
 }
 
-/** Where the columns are in the rows of a file. */
+/** The attribute column that identifies an address in the register it comes from. */
+inline constexpr std::string_view kSourceIdentifier = "source_identifier";
+
+/**
+ * Where the columns are in the rows of a file. A file with the column ADDRESS_DETAIL_PID is read as one of the national
+ * address file: its names of columns stand for those above, some become attributes (source_identifier, mesh_block,
+ * geocode_reliability, statistical_area, local_government_area), and all others are passed over.
+ */
 class ColumnMap
 {
  public:
+  static constexpr std::size_t kMissing = SIZE_MAX;
+
   struct Attribute
   {
     std::string name;  ///< lower case
-    std::size_t field;
+    std::size_t field = kMissing;
   };
 
   /** Reads a first row. Returns what is wrong with it, one sentence each; empty when it can be used. */
@@ -74,18 +85,29 @@ class ColumnMap
     const std::size_t field = fields_[static_cast<std::size_t>(column)];
     return field < row.size() ? row[field] : std::string_view();
   }
+  /** The raw field of an attribute; empty when the file does not have it. */
+  std::string_view AttributeField(std::span<const std::string_view> row, std::string_view name) const;
   bool Has(Column column) const { return fields_[static_cast<std::size_t>(column)] != kMissing; }
   /** Sorted by name. */
   const std::vector<Attribute>& Attributes() const { return attributes_; }
+  /** Gives the attributes another list of names: values that the file does not have are empty. */
+  void SetAttributes(const std::vector<std::string>& names);
+
+  /** Whether the file has the columns of the national address file. */
+  bool IsRegister() const { return isRegister_; }
 
  private:
-  static constexpr std::size_t kMissing = SIZE_MAX;
   bool Place(const std::string& name, std::size_t field);
+  bool PlaceOfRegister(const std::string& name, std::size_t field);
+  bool PlaceColumn(Column column, std::size_t field);
+  bool PlaceAttribute(const std::string& name, std::size_t field);
+  bool HasAttribute(std::string_view name) const;
   void CheckRequired(std::vector<std::string>& faults) const;
 
   std::array<std::size_t, kColumns> fields_{};
   std::vector<Attribute> attributes_;
   std::size_t fieldCount_ = 0;
+  bool isRegister_ = false;
 };
 
 }  // namespace arf

@@ -8,9 +8,14 @@
 #include <vector>
 
 #include "arf/build/attribute_writer.h"
+#include "arf/build/building_writer.h"
 #include "arf/build/file_strings.h"
+#include "arf/build/hint_writer.h"
+#include "arf/build/name_tables_writer.h"
 #include "arf/build/point_encoder.h"
+#include "arf/build/relation_writer.h"
 #include "arf/build/section_writer.h"
+#include "arf/build/spatial_writer.h"
 #include "arf/build/text_table_writer.h"
 
 namespace arf {
@@ -38,7 +43,12 @@ class IndexWriter
     WritePointStreets();
     WriteDpids();
     WriteDpidIndex();
+    WriteSpatial(writer_, table_);
+    WriteBuildingNames(writer_, table_, ordered_);
     WriteAttributes(writer_, table_, strings_, watch_);
+    WriteHints(writer_, table_, ordered_);
+    WriteNameTables(writer_, ordered_);
+    WriteRelations(writer_, table_, ordered_, strings_);
     WriteInfo(info);
     strings_.Write(writer_);  // last, when every text has its number
     return writer_.Finish({Size(table_.localities), Size(table_.streets), Size(table_.rows), kBlockPoints});

@@ -74,18 +74,36 @@ const ParsedRow* RowParser::Parse(std::span<const std::string_view> fields)
   if (fields.size() != columns_.FieldCount()) {
     fault_ = "the row has " + std::to_string(fields.size()) + " fields where the first row has " +
              std::to_string(columns_.FieldCount());
+    reason_ = "the number of fields is not that of the first row";
+    isLeftOut_ = false;
     return nullptr;
   }
   fields_ = fields;
-  const bool isGood =
-      ParseDpid() && ParseLocality() && ParsePlace() && ParseNumbers() && ParseParts() && ParseCoordinates();
+  const bool isGood = IsInUse() && ParseDpid() && ParseLocality() && ParsePlace() && ParseNumbers() && ParseParts() &&
+                      ParseCoordinates();
   if (!isGood) return nullptr;
   ParseAttributes();
   return &row_;
 }
 
+bool RowParser::IsInUse()
+{
+  if (!IsEmpty(Column::DateRetired)) return LeaveOut("retired");
+  const std::string_view alias = Trimmed(Raw(Column::AliasPrincipal));
+  return (alias != "A" && alias != "ALIAS") || LeaveOut("an alias of another address");
+}
+
+bool RowParser::LeaveOut(std::string_view reason)
+{
+  fault_ = reason_ = reason;
+  isLeftOut_ = true;
+  return false;
+}
+
 bool RowParser::ParseDpid()
 {
+  row_.dpid = 0;
+  if (!columns_.Has(Column::Dpid)) return HasSourceIdentifier();
   const std::string_view text = Trimmed(Raw(Column::Dpid));
   if (text.empty()) return Fail(Column::Dpid, "is empty");
   if (!IsDigits(text, kDpidDigits) || NumberOf(text) < kMinDpid) {
@@ -93,6 +111,16 @@ bool RowParser::ParseDpid()
   }
   row_.dpid = NumberOf(text);
   return true;
+}
+
+/** An identifier can be made only from one of the source. */
+bool RowParser::HasSourceIdentifier()
+{
+  const std::string_view text = columns_.AttributeField(fields_, kSourceIdentifier);
+  if (!Trimmed(text).empty()) return true;
+  fault_ = reason_ = std::string(kSourceIdentifier) + ": is empty";
+  isLeftOut_ = false;
+  return false;
 }
 
 bool RowParser::ParseLocality()
@@ -181,24 +209,35 @@ bool RowParser::ParsePostalNumber()
   return fits || FailWithValue(Column::PostalNumber, text, "is not the number of a postal delivery");
 }
 
+/** Digits, with letters in front of and behind them. */
 bool RowParser::ParseNumber(Column column, Column suffixColumn, std::uint32_t& number, std::string_view& suffix)
 {
   std::string_view text;
   if (!Text(column, text) || !Text(suffixColumn, suffix)) return false;
   number = 0;
   if (!IsNumberSuffix(suffix)) return FailWithValue(suffixColumn, suffix, "is not a number's suffix");
-  const std::size_t digits = RunLength(text, IsDigit);
-  const std::string_view rest = Trimmed(text.substr(digits));
+  const std::string_view prefix = text.substr(0, RunLength(text, IsLetter));
+  const std::string_view behind = Trimmed(text.substr(prefix.size()));
+  const std::size_t digits = RunLength(behind, IsDigit);
+  const std::string_view rest = Trimmed(behind.substr(digits));
   const bool restFits = rest.empty() || (IsLetter(rest[0]) && IsNumberSuffix(rest));
-  if (digits > kMaxNumberDigits || !restFits || (digits == 0 && !text.empty())) {
+  const bool prefixFits = IsNumberSuffix(prefix) && (prefix.empty() || TakePrefix(column, prefix));
+  if (digits > kMaxNumberDigits || !restFits || !prefixFits || (digits == 0 && !text.empty())) {
     return FailWithValue(column, text, "is not a number");
   }
-  number = NumberOf(text.substr(0, digits));
+  number = NumberOf(behind.substr(0, digits));
   if (!rest.empty() && !suffix.empty()) {
     return FailWithValue(column, text, "has a suffix of its own beside " + std::string(NameOf(suffixColumn)));
   }
   if (!rest.empty()) suffix = rest;
   return number > 0 || suffix.empty() || Fail(suffixColumn, "is given without a number");
+}
+
+/** The first number's prefix holds for the whole range: the last one bears the same or none. */
+bool RowParser::TakePrefix(Column column, std::string_view prefix)
+{
+  if (column == Column::NumberFirst) row_.numberPrefix = prefix;
+  return row_.numberPrefix == prefix;
 }
 
 /** A range has an end above its beginning, or the same number with another suffix; an end that says nothing goes. */
@@ -220,7 +259,8 @@ bool RowParser::ParseParts()
 {
   return Type(Column::UnitType, ExpandUnitType, row_.unitType) && Text(Column::UnitNumber, row_.unitNumber) &&
          Type(Column::LevelType, ExpandLevelType, row_.levelType) && Text(Column::LevelNumber, row_.levelNumber) &&
-         Text(Column::Lot, row_.lot) && Text(Column::Building, row_.building);
+         Text(Column::Lot, row_.lot) &&
+         Text(IsEmpty(Column::Building) ? Column::SiteName : Column::Building, row_.building);
 }
 
 bool RowParser::ParseCoordinates()
@@ -250,7 +290,9 @@ void RowParser::ParseAttributes()
   const std::vector<ColumnMap::Attribute>& attributes = columns_.Attributes();
   row_.attributes.resize(attributes.size());
   for (std::size_t i = 0; i < attributes.size(); ++i) {
-    row_.attributes[i] = ToPlainText(fields_[attributes[i].field], attributeScratch_[i]);
+    const std::size_t field = attributes[i].field;
+    row_.attributes[i] =
+        field < fields_.size() ? ToPlainText(fields_[field], attributeScratch_[i]) : std::string_view();
   }
 }
 
@@ -285,18 +327,14 @@ bool RowParser::Type(Column column, Expand expand, std::string_view& type)
     type = full;
     return true;
   }
-  Unknown& unknown = unknown_[static_cast<std::size_t>(column)];
-  if (const auto seen = unknown.find(type); seen != unknown.end()) {
-    ++seen->second;
-  } else if (unknown.size() < kMaxUnknown) {
-    unknown.emplace(type, 1);
-  }
+  unknown_.Add(column, type);
   return true;
 }
 
 bool RowParser::Fail(Column column, const std::string& what)
 {
-  fault_ = std::string(NameOf(column)) + ": " + what;
+  fault_ = reason_ = std::string(NameOf(column)) + ": " + what;
+  isLeftOut_ = false;
   return false;
 }
 
@@ -311,19 +349,38 @@ bool RowParser::FailWithValue(Column column, std::string_view value, const std::
     while (end > 0 && (shown[end] & 0xC0) == 0x80) --end;  // between two characters
     shown.replace(end, std::string::npos, "…");
   }
-  return Fail(column, "\"" + shown + "\" " + what);
+  Fail(column, "\"" + shown + "\" " + what);
+  reason_ = std::string(NameOf(column)) + ": " + what;
+  return false;
 }
 
-std::vector<std::string> RowParser::Warnings() const
+void UnknownTypes::Add(Column column, std::string_view type, std::uint64_t rows)
+{
+  auto& types = rows_[static_cast<std::size_t>(column)];
+  if (const auto seen = types.find(type); seen != types.end()) {
+    seen->second += rows;
+  } else if (types.size() < kMaxTypes) {
+    types.emplace(type, rows);
+  }
+}
+
+void UnknownTypes::Add(const UnknownTypes& other)
+{
+  for (std::size_t column = 0; column < kColumns; ++column) {
+    for (const auto& [type, rows] : other.rows_[column]) Add(Column(column), type, rows);
+  }
+}
+
+std::vector<std::string> UnknownTypes::Warnings() const
 {
   static constexpr std::size_t kShown = 10;
   std::vector<std::string> warnings;
   for (std::size_t column = 0; column < kColumns; ++column) {
-    if (unknown_[column].empty()) continue;
+    if (rows_[column].empty()) continue;
     std::string warning(kColumnNames[column]);
     warning += ": not in the tables, kept as written:";
     std::size_t shown = 0;
-    for (const auto& [type, rows] : unknown_[column]) {
+    for (const auto& [type, rows] : rows_[column]) {
       if (shown++ < kShown) warning += (shown > 1 ? ", " : " ") + type + " (" + std::to_string(rows) + ")";
     }
     if (shown > kShown) warning += " and " + std::to_string(shown - kShown) + " more";

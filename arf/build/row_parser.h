@@ -20,7 +20,7 @@ namespace arf {
 /** The texts live until the next row is parsed. */
 struct ParsedRow
 {
-  std::uint32_t dpid = 0;
+  std::uint32_t dpid = 0;  ///< 0 where the file has no such column
   std::string_view locality, state, postcode;
   std::string_view streetName, streetType, streetSuffix;  ///< of a postal delivery, streetType is its kind
   bool isPostal = false;
@@ -29,6 +29,21 @@ struct ParsedRow
   std::string_view unitType, unitNumber, levelType, levelNumber, lot, building;
   std::int32_t latitude = kNoCoordinate, longitude = kNoCoordinate;
   std::vector<std::string_view> attributes;  ///< in the order of ColumnMap::Attributes
+};
+
+/** How often a column had which type that the tables do not know. */
+class UnknownTypes
+{
+ public:
+  void Add(Column column, std::string_view type, std::uint64_t rows = 1);
+  void Add(const UnknownTypes& other);
+  /** A sentence for each column that had some. */
+  std::vector<std::string> Warnings() const;
+
+ private:
+  /** No more different ones than this are kept apart. */
+  static constexpr std::size_t kMaxTypes = 1000;
+  std::array<std::map<std::string, std::uint64_t, std::less<>>, kColumns> rows_;
 };
 
 class RowParser
@@ -41,17 +56,20 @@ class RowParser
 
   /** "column: what is wrong". */
   const std::string& Fault() const { return fault_; }
+  /** The same without the value that is wrong. */
+  const std::string& Reason() const { return reason_; }
+  /** Whether nothing is wrong with the row but that it is none of the addresses in use. */
+  bool IsLeftOut() const { return isLeftOut_; }
 
-  /** A sentence for each column that had types which the tables do not know. */
-  std::vector<std::string> Warnings() const;
+  const UnknownTypes& Unknown() const { return unknown_; }
 
  private:
   using Expand = std::string_view (*)(std::string_view);
-  /** How often a column had which unknown type; no more than kMaxUnknown different ones are kept apart. */
-  using Unknown = std::map<std::string, std::uint64_t, std::less<>>;
-  static constexpr std::size_t kMaxUnknown = 1000;
 
+  bool IsInUse();
+  bool LeaveOut(std::string_view reason);
   bool ParseDpid();
+  bool HasSourceIdentifier();
   bool ParseLocality();
   bool ParsePostcode();
   bool ParsePlace();
@@ -59,6 +77,7 @@ class RowParser
   bool ParsePostalDelivery();
   bool ParseNumbers();
   bool ParsePostalNumber();
+  bool TakePrefix(Column column, std::string_view prefix);
   bool ParseNumber(Column column, Column suffixColumn, std::uint32_t& number, std::string_view& suffix);
   bool CheckRange();
   bool ParseParts();
@@ -77,11 +96,12 @@ class RowParser
   const ColumnMap& columns_;
   std::span<const std::string_view> fields_;
   ParsedRow row_;
-  std::string fault_;
+  std::string fault_, reason_;
+  bool isLeftOut_ = false;
   std::array<std::string, kColumns> scratch_;
   std::vector<std::string> attributeScratch_;
   std::string postalNumber_;
-  std::array<Unknown, kColumns> unknown_;
+  UnknownTypes unknown_;
 };
 
 }  // namespace arf

@@ -43,6 +43,12 @@ std::uint32_t StringPool::Intern(std::string_view text)
   return slots_[slot];
 }
 
+std::optional<std::uint32_t> StringPool::Find(std::string_view text) const
+{
+  const std::uint32_t number = slots_[SlotOf(text, HashOf(text))];
+  return number == kFree ? std::nullopt : std::optional(number);
+}
+
 /** The slot that holds the text, or the free one where it belongs. */
 std::size_t StringPool::SlotOf(std::string_view text, std::uint32_t hash) const
 {

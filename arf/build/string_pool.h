@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -19,6 +20,8 @@ class StringPool
 
   /** The number of a text, which is added when it is new. Texts are shorter than 4 GiB. */
   std::uint32_t Intern(std::string_view text);
+  /** The number of a text, if it is there. */
+  std::optional<std::uint32_t> Find(std::string_view text) const;
   std::string_view At(std::uint32_t number) const { return {entries_[number].text, entries_[number].length}; }
   std::uint32_t Count() const { return static_cast<std::uint32_t>(entries_.size()); }
 

@@ -64,6 +64,19 @@ class ByteReader
     return TakeLongVarint();
   }
 
+  /** As TakeVarint, with up to 63 bits. */
+  std::uint64_t TakeWideVarint()
+  {
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < 9 && i < size_; ++i) {
+      value |= static_cast<std::uint64_t>(data_[i] & 0x7F) << (7 * i);
+      if (data_[i] >= 0x80) continue;
+      Skip(i + 1);
+      return value;
+    }
+    return Fail();
+  }
+
   /** Takes a signed number off the front, stored as a varint with the sign in the lowest bit. */
   std::uint32_t TakeZigzag()
   {

@@ -4,6 +4,7 @@
 #include <array>
 #include <new>
 
+#include "arf/format/attribute_column.h"
 #include "arf/format/file_bytes.h"
 #include "arf/format/file_view.h"
 #include "arf/format/fold.h"
@@ -129,41 +130,21 @@ std::uint32_t StreetOfPoint(const FileView& view, std::uint32_t ordinal)
   return behind == 0 ? 0 : behind - 1;
 }
 
-/** One attribute column of the file. */
-class AttributeColumn
+std::uint32_t RecordCount(const ByteReader& section, std::size_t size)
 {
- public:
-  AttributeColumn(const FileView& view, std::uint32_t column)
-      : record_(Record(view.Section(SectionId::AttributeColumns), column, layout::attribute::kSize)),
-        data_(view.Section(SectionId::AttributeData))
-  {
-  }
+  return static_cast<std::uint32_t>(std::min<std::size_t>(section.Size() / size, kNoIndex));
+}
 
-  std::uint32_t Name() const { return record_.U32At(layout::attribute::kName); }
-
-  std::string_view Value(std::uint32_t ordinal) const
-  {
-    const std::uint32_t count = record_.U32At(layout::attribute::kValueCount);
-    const ByteReader texts =
-        data_.Part(record_.U64At(layout::attribute::kTextOffset), record_.U64At(layout::attribute::kTextLength));
-    const std::uint64_t offsets = (std::uint64_t{count} + 1) * sizeof(std::uint32_t);
-    return TextTable{texts.Part(0, offsets), texts.From(offsets), count}.At(CodeOf(ordinal));
-  }
-
- private:
-  std::uint32_t CodeOf(std::uint32_t ordinal) const
-  {
-    const std::uint32_t bits = record_.U32At(layout::attribute::kBits);
-    if (bits == layout::attribute::kDirect) return ordinal;
-    if (bits > 32) return 0;
-    const std::uint64_t firstBit = std::uint64_t{ordinal} * bits;
-    const std::uint64_t word = data_.From(record_.U64At(layout::attribute::kCodesOffset)).U64At(firstBit / 8);
-    return static_cast<std::uint32_t>((word >> (firstBit % 8)) & ((std::uint64_t{1} << bits) - 1));
-  }
-
-  ByteReader record_;
-  const ByteReader& data_;
-};
+/** The range of ascending keys that are the match key of a name. */
+template <class KeyAt>
+IndexRange KeyRange(std::string_view name, std::uint32_t count, KeyAt keyAt)
+{
+  std::array<char, kMaxNameLength> room;
+  const std::string_view key(room.data(), MatchKey(name, room));
+  const std::uint32_t first = PartitionPoint(0, count, [&](std::uint32_t i) { return keyAt(i) < key; });
+  const std::uint32_t end = PartitionPoint(first, count - first, [&](std::uint32_t i) { return keyAt(i) <= key; });
+  return RangeOf(first, end, count);
+}
 
 Defect Check(ByteReader file, FileView& view)
 {
@@ -273,6 +254,11 @@ std::uint32_t Database::DpidOf(std::uint32_t ordinal) const
   return impl_->view.Section(SectionId::Dpids).U32At(std::uint64_t{ordinal} * sizeof(std::uint32_t));
 }
 
+std::uint32_t Database::StreetOf(std::uint32_t ordinal) const
+{
+  return ordinal < PointCount() ? StreetOfPoint(impl_->view, ordinal) : kNoIndex;
+}
+
 PointCursor Database::Points(const Street& street) const
 {
   const FileView& view = impl_->view;
@@ -364,6 +350,11 @@ std::optional<std::uint32_t> Database::FindStreetName(std::string_view name) con
   return StreetNames(impl_->view).FindFolded(name);
 }
 
+std::uint32_t Database::StreetNameIndex(std::uint32_t street) const
+{
+  return street < impl_->view.streetCount ? NameIndexOf(impl_->view, street) : kNoIndex;
+}
+
 IndexRange Database::StreetsOf(const Locality& locality, std::string_view name) const
 {
   const std::optional<std::uint32_t> n = FindStreetName(name);
@@ -394,6 +385,57 @@ IndexRange Database::PostalStreetsOf(const Locality& locality) const
   return RangeOf(all.first, end, impl_->view.streetCount);
 }
 
+std::span<const std::uint32_t> Database::NeighboursOf(std::uint32_t locality) const
+{
+  const std::span<const std::uint32_t> words = impl_->view.Section(SectionId::Neighbours).Words();
+  const std::size_t starts = std::size_t{LocalityCount()} + 1;
+  if (locality >= LocalityCount() || words.size() < starts) return {};
+  const std::span<const std::uint32_t> list = words.subspan(starts);
+  const IndexRange range = RangeOf(words[locality], words[locality + 1], static_cast<std::uint32_t>(list.size()));
+  return list.subspan(range.first, std::min<std::size_t>(range.count, layout::kMaxNeighbours));
+}
+
+std::uint32_t Database::StreetAliasCount() const
+{
+  return RecordCount(impl_->view.Section(SectionId::StreetAliases), layout::street_alias::kSize);
+}
+
+StreetAliasEntry Database::StreetAliasAt(std::uint32_t index) const
+{
+  namespace field = layout::street_alias;
+  const FileView& view = impl_->view;
+  const ByteReader record = Record(view.Section(SectionId::StreetAliases), index, field::kSize);
+  if (!record.Data()) return {};
+  return {view.String(record.U32At(field::kKey)), view.String(record.U32At(field::kName)),
+          view.String(record.U32At(field::kType)), view.String(record.U32At(field::kSuffix)),
+          record.U32At(field::kStreet)};
+}
+
+IndexRange Database::StreetAliasesNamed(std::string_view name) const
+{
+  return KeyRange(name, StreetAliasCount(), [this](std::uint32_t i) { return StreetAliasAt(i).key; });
+}
+
+std::uint32_t Database::LocalityAliasCount() const
+{
+  return RecordCount(impl_->view.Section(SectionId::LocalityAliases), layout::locality_alias::kSize);
+}
+
+LocalityAliasEntry Database::LocalityAliasAt(std::uint32_t index) const
+{
+  namespace field = layout::locality_alias;
+  const FileView& view = impl_->view;
+  const ByteReader record = Record(view.Section(SectionId::LocalityAliases), index, field::kSize);
+  if (!record.Data()) return {};
+  return {view.String(record.U32At(field::kKey)), view.String(record.U32At(field::kName)),
+          record.U32At(field::kLocality)};
+}
+
+IndexRange Database::LocalityAliasesNamed(std::string_view name) const
+{
+  return KeyRange(name, LocalityAliasCount(), [this](std::uint32_t i) { return LocalityAliasAt(i).key; });
+}
+
 std::uint32_t Database::AttributeCount() const
 {
   return static_cast<std::uint32_t>(impl_->view.Section(SectionId::AttributeColumns).Size() / layout::attribute::kSize);
@@ -412,10 +454,10 @@ std::optional<std::uint32_t> Database::FindAttribute(std::string_view name) cons
   return std::nullopt;
 }
 
-std::string_view Database::AttributeOf(std::uint32_t ordinal, std::uint32_t column) const
+std::string_view Database::AttributeOf(std::uint32_t ordinal, std::uint32_t column, AttributeText& text) const
 {
   if (ordinal >= PointCount() || column >= AttributeCount()) return {};
-  return AttributeColumn(impl_->view, column).Value(ordinal);
+  return AttributeColumn(impl_->view, column).Value(ordinal, text);
 }
 
 std::string_view Database::Info(std::string_view key) const

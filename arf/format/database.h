@@ -19,6 +19,7 @@
 #ifndef QXPAF_ARF_FORMAT_DATABASE_H
 #define QXPAF_ARF_FORMAT_DATABASE_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -35,6 +36,10 @@ namespace arf {
 
 inline constexpr const char* kDatabaseFileName = "address.arf";
 inline constexpr const char* kVersionFileName = "PAF.ver";
+
+/** Info entry that says where identifiers come from: the value below, or absent where the data brought them. */
+inline constexpr std::string_view kIdentifiersKey = "identifiers";
+inline constexpr std::string_view kMintedIdentifiers = "minted";
 
 /** How the bytes of the file are reached; the values are those of IArfDb::Open. */
 enum class OpenMode
@@ -97,6 +102,24 @@ struct SectionInfo
   std::uint64_t length = 0;
 };
 
+/** Room for the value of an attribute that is put together from parts. */
+using AttributeText = std::array<char, 256>;
+
+/** Another name of a street, or of a locality. */
+struct StreetAliasEntry
+{
+  std::string_view key;  ///< match key of the name
+  std::string_view name, type, suffix;
+  std::uint32_t street = kNoIndex;
+};
+
+struct LocalityAliasEntry
+{
+  std::string_view key;
+  std::string_view name;
+  std::uint32_t locality = kNoIndex;
+};
+
 struct InfoEntry
 {
   std::string_view key;
@@ -126,7 +149,8 @@ class Database
   Street StreetAt(std::uint32_t index) const;
   /** Decodes part of a block, up to PointCursor::kMaxBlockPoints points; a cursor is quicker for neighbours. */
   Point PointAt(std::uint32_t ordinal) const;
-  std::uint32_t DpidOf(std::uint32_t ordinal) const;  ///< without decoding the point; 0 when out of range
+  std::uint32_t DpidOf(std::uint32_t ordinal) const;    ///< without decoding the point; 0 when out of range
+  std::uint32_t StreetOf(std::uint32_t ordinal) const;  ///< index; kNoIndex when out of range
 
   /** The points of a street as StreetAt gave it, in stored order. */
   PointCursor Points(const Street& street) const;
@@ -154,17 +178,31 @@ class Database
   std::span<const std::uint32_t> StreetsNamed(std::uint32_t n) const;
   std::optional<std::uint32_t> FindStreetName(std::string_view name) const;
 
+  /** Of StreetAt(street), without the rest of it. */
+  std::uint32_t StreetNameIndex(std::uint32_t street) const;
+
   /** Streets of a locality that bear a name (by key), contiguous because a locality's streets are sorted by it. */
   IndexRange StreetsOf(const Locality& locality, std::string_view name) const;
   IndexRange StreetsOf(const Locality& locality, std::uint32_t nameIndex) const;
   /** The postal delivery kinds of a locality (isPostal): the first of its streets. */
   IndexRange PostalStreetsOf(const Locality& locality) const;
 
+  /** Localities that border on one, nearest first; at most layout::kMaxNeighbours. Empty in files without them. */
+  std::span<const std::uint32_t> NeighboursOf(std::uint32_t locality) const;
+  /** Other names of streets and localities, ascending by match key, and those whose key is that of `name`. */
+  std::uint32_t StreetAliasCount() const;
+  StreetAliasEntry StreetAliasAt(std::uint32_t index) const;
+  IndexRange StreetAliasesNamed(std::string_view name) const;
+  std::uint32_t LocalityAliasCount() const;
+  LocalityAliasEntry LocalityAliasAt(std::uint32_t index) const;
+  IndexRange LocalityAliasesNamed(std::string_view name) const;
+
   /** Attribute columns beyond the known ones: their names in lower case, sorted, and a point's value. */
   std::uint32_t AttributeCount() const;
   std::string_view AttributeName(std::uint32_t column) const;
   std::optional<std::uint32_t> FindAttribute(std::string_view name) const;  ///< exact, lower case
-  std::string_view AttributeOf(std::uint32_t ordinal, std::uint32_t column) const;
+  /** The value is a part of the file, or of `text`, which then must live as long as it is used. */
+  std::string_view AttributeOf(std::uint32_t ordinal, std::uint32_t column, AttributeText& text) const;
 
   std::string_view Info(std::string_view key) const;  ///< "name", "source", "addresses", …; empty when absent
   std::uint32_t InfoCount() const;

@@ -109,6 +109,9 @@ inline constexpr std::array<std::string_view, kSectionIds> kSectionNames = {"inf
                                                                             "street signatures",
                                                                             "building names"};
 
+/** The name of a free slot of a name hash, whose slots are pairs of hash and name. */
+inline constexpr std::uint32_t kFreeSlot = UINT32_MAX;
+
 namespace locality {
 inline constexpr std::size_t kName = 0;
 inline constexpr std::size_t kState = 4;
@@ -184,16 +187,46 @@ inline constexpr std::uint32_t kMaxLowBits = 27;
 
 namespace attribute {
 inline constexpr std::size_t kName = 0;
-inline constexpr std::size_t kBits = 4;  ///< width of a point's code, up to 32; kDirect: the code is the ordinal
+inline constexpr std::size_t kBits = 4;  ///< width of a point's code, up to 32, or one of the kinds below
 inline constexpr std::size_t kValueCount = 8;
 inline constexpr std::size_t kTextLength = 16;   ///< of the values' table: valueCount + 1 offsets, then the texts
 inline constexpr std::size_t kTextOffset = 24;   ///< in AttributeData
 inline constexpr std::size_t kCodesOffset = 32;  ///< in AttributeData; packed codes, eight bytes of zeros behind
 inline constexpr std::size_t kSize = 40;
-inline constexpr std::uint32_t kDirect = 255;
+inline constexpr std::uint32_t kDirect = 255;   ///< the code is the ordinal
+inline constexpr std::uint32_t kDeltas = 254;   ///< codes in blocks of differences
+inline constexpr std::uint32_t kNumbers = 253;  ///< so too; the table has what stands in front of numbers, with ranges
 inline constexpr std::uint32_t kMaxColumns = 1024;
 inline constexpr std::size_t kCodesPadding = 8;
+inline constexpr std::uint32_t kDeltaBlock = 64;  ///< points a block of differences; each has a beginning of four bytes
+inline constexpr std::size_t kMaxFront = 200;     ///< the longest text in front of numbers
+/** A range of kNumbers: the first code of a text, ascending, and the number (one more than shown, 0 for none) there. */
+namespace range {
+inline constexpr std::size_t kFirstCode = 0;
+inline constexpr std::size_t kFirstNumber = 8;
+inline constexpr std::size_t kSize = 16;
+}  // namespace range
 }  // namespace attribute
+
+/** Entries of StreetAliases, ascending by the text of the match key, then by street. */
+namespace street_alias {
+inline constexpr std::size_t kKey = 0;
+inline constexpr std::size_t kName = 4;
+inline constexpr std::size_t kType = 8;
+inline constexpr std::size_t kSuffix = 12;
+inline constexpr std::size_t kStreet = 16;
+inline constexpr std::size_t kSize = 20;
+}  // namespace street_alias
+
+/** Entries of LocalityAliases, ascending by the text of the match key, then by locality. */
+namespace locality_alias {
+inline constexpr std::size_t kKey = 0;
+inline constexpr std::size_t kName = 4;
+inline constexpr std::size_t kLocality = 8;
+inline constexpr std::size_t kSize = 12;
+}  // namespace locality_alias
+
+inline constexpr std::size_t kMaxNeighbours = 24;  ///< of a locality
 
 inline constexpr std::size_t kInfoEntrySize = 8;  ///< key and value, string numbers
 

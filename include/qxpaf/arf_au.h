@@ -40,9 +40,9 @@ enum PafAuStatus
   /** No address of the database has this identifier. Remedy: check the number and which database is open. */
   PAF_AU_ERR_UNKNOWN_DPID = 10,
   /** The query record cannot be used: the identifier is no number, or nothing usable is filled in. Remedy: fill field
-     8, or fields 4 to 6. */
+     8, or fields 43 and 44, or fields 4 to 6. */
   PAF_AU_ERR_BAD_QUERY = 11,
-  /** There is no enumeration to continue. Remedy: start one with pafGetAddressId. */
+  /** There is no enumeration to continue. Remedy: start one, for instance with pafGetAddressId. */
   PAF_AU_ERR_NO_ENUMERATION = 12,
 
   /* Properties. */
@@ -100,6 +100,21 @@ enum PafAuStatus
   PAF_AU_ERR_NOT_IN_SORT_PLAN = 52,
   /** The text is no postcode. Remedy: pass four digits, a leading zero included. */
   PAF_AU_ERR_BAD_POSTCODE = 53,
+
+  /* Searches by place. */
+
+  /** The polygon cannot be read. Remedy: see the description, which names the fault. */
+  PAF_AU_ERR_BAD_POLYGON = 60,
+  /** Latitude, longitude or range cannot be read. Remedy: write degrees, latitude first; see the description. */
+  PAF_AU_ERR_BAD_PLACE = 61,
+  /** No address of the database has coordinates. Remedy: build it from data that has them. */
+  PAF_AU_ERR_NO_PLACES = 62,
+  /** No address lies within the range. Remedy: raise the property "LatLongSearchRange", or look at the filters. */
+  PAF_AU_ERR_NOTHING_NEAR = 63,
+  /** pafGetSearchStatistics does not know the kind. Remedy: Polygon, Radius, Postcode, Locality or State. */
+  PAF_AU_ERR_BAD_STATISTICS = 64,
+  /** One of the kinds of codes is not in the data. Remedy: see the list in the description. */
+  PAF_AU_ERR_BAD_CONCORDANCE = 65,
 
   /** A fault of the plug-in itself. Remedy: report it with the input that led to it. */
   PAF_AU_ERR_INTERNAL = 99
@@ -172,18 +187,19 @@ enum PafAuField
   PAF_AU_FIELD_LEVEL_NUMBER = 14,  /**< [LevelNumber] */
   PAF_AU_FIELD_LOT = 15,           /**< [Lot] */
   PAF_AU_FIELD_NUMBER_FIRST = 16,  /**< [NumberFirst] */
-  PAF_AU_FIELD_NUMBER_FIRST_SUFFIX = 17,   /**< [NumberFirstSuffix] */
-  PAF_AU_FIELD_NUMBER_LAST = 18,           /**< [NumberLast] of a range; empty otherwise */
-  PAF_AU_FIELD_NUMBER_LAST_SUFFIX = 19,    /**< [NumberLastSuffix] */
-  PAF_AU_FIELD_STREET_NAME = 20,           /**< [StreetName] */
-  PAF_AU_FIELD_STREET_TYPE = 21,           /**< [StreetType] full form, "STREET" */
-  PAF_AU_FIELD_STREET_SUFFIX = 22,         /**< [StreetSuffix] full form, "WEST" */
-  PAF_AU_FIELD_POSTAL_TYPE = 23,           /**< [PostalType] "PO BOX", "LOCKED BAG" */
-  PAF_AU_FIELD_POSTAL_NUMBER = 24,         /**< [PostalNumber] "123", "C96" */
-  PAF_AU_FIELD_ALTERNATIVE_LOCALITY = 25,  /**< [AlternativeLocality] always empty in this release */
-  PAF_AU_FIELD_MATCHED_TEXT = 26,          /**< [MatchedText] the input as read; only in pafGetParsedInputId */
-  PAF_AU_FIELD_SORT_PLAN_NUMBER = 40,      /**< [SortPlanNumber] attribute column "sort_plan_number" of the data */
-  PAF_AU_FIELD_BARCODE = 41,               /**< [Barcode] always empty in this release */
+  PAF_AU_FIELD_NUMBER_FIRST_SUFFIX = 17,  /**< [NumberFirstSuffix] */
+  PAF_AU_FIELD_NUMBER_LAST = 18,          /**< [NumberLast] of a range; empty otherwise */
+  PAF_AU_FIELD_NUMBER_LAST_SUFFIX = 19,   /**< [NumberLastSuffix] */
+  PAF_AU_FIELD_STREET_NAME = 20,          /**< [StreetName] */
+  PAF_AU_FIELD_STREET_TYPE = 21,          /**< [StreetType] full form, "STREET" */
+  PAF_AU_FIELD_STREET_SUFFIX = 22,        /**< [StreetSuffix] full form, "WEST" */
+  PAF_AU_FIELD_POSTAL_TYPE = 23,          /**< [PostalType] "PO BOX", "LOCKED BAG" */
+  PAF_AU_FIELD_POSTAL_NUMBER = 24,        /**< [PostalNumber] "123", "C96" */
+  PAF_AU_FIELD_ALTERNATIVE_LOCALITY = 25, /**< [AlternativeLocality] always empty in this release */
+  PAF_AU_FIELD_MATCHED_TEXT = 26,         /**< [MatchedText] the input as read; only in pafGetParsedInputId */
+  PAF_AU_FIELD_SORT_PLAN_NUMBER =
+      40,                    /**< [SortPlanNumber] of the postcode in the sort plan; attribute "sort_plan_number" */
+  PAF_AU_FIELD_BARCODE = 41, /**< [Barcode] standard barcode; empty when identifiers were minted */
   PAF_AU_FIELD_SOURCE_IDENTIFIER = 42,     /**< [SourceIdentifier] attribute column "source_identifier" */
   PAF_AU_FIELD_LATITUDE = 43,              /**< [Latitude] degrees with six decimals, south negative */
   PAF_AU_FIELD_LONGITUDE = 44,             /**< [Longitude] */
@@ -192,6 +208,14 @@ enum PafAuField
   PAF_AU_FIELD_STATISTICAL_AREA = 47,      /**< [StatisticalArea] attribute column "statistical_area" */
   PAF_AU_FIELD_LOCAL_GOVERNMENT_AREA = 48, /**< [LocalGovernmentArea] attribute column "local_government_area" */
   PAF_AU_FIELD_COUNT = 48                  /**< fields of a whole record */
+};
+
+/** The weight of a correspondence, for the last argument of pafGetNextGifConcordance. All 0 at the end. */
+struct PafAuConcordance
+{
+  unsigned int addresses; /**< addresses that have both codes */
+  unsigned int total;     /**< addresses that have the first code and any of the second kind */
+  double percent;         /**< addresses of total, in percent */
 };
 
 #endif

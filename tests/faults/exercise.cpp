@@ -77,8 +77,9 @@ std::uint64_t Exercise(const Database& database)
   for (std::uint32_t i = 0; i <= database.StreetCount(); ++i) sum += ReadStreet(database, i);
   for (std::uint32_t i = 0; i <= database.PointCount(); ++i) {
     sum += Read(database.PointAt(i)) + database.FindDpid(database.DpidOf(i)).value_or(1);
+    arf::AttributeText text;
     for (std::uint32_t column = 0; column <= database.AttributeCount() && column < 8; ++column) {
-      sum += Read(database.AttributeOf(i, column));
+      sum += Read(database.AttributeOf(i, column, text));
     }
   }
   for (std::uint32_t i = 0; i <= database.AttributeCount(); ++i) sum += Read(database.AttributeName(i));

@@ -69,12 +69,29 @@ void QueryAll(IArfSearcher& s, const std::vector<arf_test::TsvRow>& rows)
       s.GetParsedInput(out, sizeof out);
     }
     s.FixLastLine(text, out, sizeof out);
+    for (int status = s.GetPopupHint(text, "", 20, out, sizeof out), i = 0; status == 0 && i < 20; ++i)
+      status = s.GetNextPopupHint(out, sizeof out);
+    for (int status = s.GetAddressHint(text, "", out, sizeof out), i = 0; status == 0 && i < 20; ++i)
+      status = s.GetNextAddressHint(out, sizeof out);
     for (int status = s.GetAddress(text, out, sizeof out), i = 0; status == 0 && i < 100; ++i)
       status = s.GetNextAddress(out, sizeof out);
   }
   s.GetAddress("\t\t\t\t\t\t\t30000013", out, sizeof out);
   s.GetAddress("\t\t\tRichmond\tVIC", out, sizeof out);
   s.GetAddress("\t\t\t\tVIC", out, sizeof out);
+  s.SetProperties("LatLongSearchRange", "5000", out, sizeof out);
+  s.GetAddress("\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t\t-33.86\t151.208",
+               out, sizeof out);
+  s.GetNextAddress(out, sizeof out);
+  s.BeginPolygonSearch("-33.85,151.20;-33.85,151.22;-33.88,151.22;-33.88,151.20", "-33.86 151.2");
+  for (int i = 0; i < 4; ++i) s.GetNextAddressInPolygon(out, sizeof out);
+  s.GetSearchStatistics("Radius", "-33.86,151.208", "5000", "", out, sizeof out);
+  s.GetSearchStatistics("State", "NSW", "", "", out, sizeof out);
+  for (const char* text : {"george street sydney 12", "parliament house canberra", "pi", "2000"}) {
+    s.BeginAddressSearch(text);
+    for (int i = 0; i < 100; ++i) s.GetNextAddressSearch(out, sizeof out);
+  }
+  s.GetAddress("\t\t\t\t\t\t\t30000013", out, sizeof out);
   s.GetProperties("OutputFields", out, sizeof out);
   for (const char* request :
        {"Barcode:30000001", "Barcode:x", "Barcode2:3000000162CHello 12#", "Barcode3:300000015912345", "BSP:2000",

@@ -39,7 +39,8 @@ std::vector<Operation> Operations(IArfSearcher& s)
        "\t\t\t\t\t\t\t"},
       {"GetProperties", [&](char* out, int size) { return s.GetProperties("PafLibVersion", out, size); }, "5.10.246"},
       {"GetProperties of a list", [&](char* out, int size) { return s.GetProperties("Properties", out, size); },
-       "Delimiter;OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;Notice"},
+       "Delimiter;OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;Notice;LatLongSearchRange;StateFilter;"
+       "AddressFilter;PointsOfInterest;GeographicalCodes;GeographicalCodesFilter;GifCommonMinimumPercent"},
       {"GetParsedInput",
        [&](char* out, int size) {
          char ignored[64];

@@ -63,7 +63,7 @@ TEST(DatabaseProperties, VersionOfOneAddressWithoutAVersion)
 {
   const test_support::TempDir dir;
   arf::BuildOptions options;
-  options.csvPath = dir.Write("in.csv", "dpid,street_name,locality,state,postcode\n30000001,A,B,NSW,2000\n");
+  options.inputs = {dir.Write("in.csv", "dpid,street_name,locality,state,postcode\n30000001,A,B,NSW,2000\n")};
   options.outputDirectory = dir.Path("db");
   options.databaseName = "Australia";
   ASSERT_EQ(arf::BuildDatabase(options).outcome, arf::BuildOutcome::Built);

@@ -35,6 +35,16 @@ class SortPlanProperties : public testing::Test
   std::string directory_;
 };
 
+TEST_F(SortPlanProperties, FillTheirFieldOfRecords)
+{
+  WritePlan(kPlan);
+  const DatabasePointer database = Open();
+  Searcher searcher(*database);
+  EXPECT_EQ(searcher.SetProperty("OutputFields", "Postcode;SortPlanNumber"), (Answer{0, ""}));
+  EXPECT_EQ(searcher.Get("\t\t\t\t\t\t\t30000001"), (Answer{0, "2000\t019"}));
+  EXPECT_EQ(searcher.Get("\t\t\t\t\t\t\t30000140"), (Answer{0, "2600\t"})) << "the plan has no such postcode";
+}
+
 TEST_F(SortPlanProperties, Answers)
 {
   WritePlan(kPlan);
@@ -56,10 +66,14 @@ TEST_F(SortPlanProperties, Answers)
       {"NPSP:20O0", noPostcode},
       {"SortPlanDate", {0, "2026-05-31"}},
       {"sortplandate", {0, "2026-05-31"}},
-      {"Properties", {0, "Delimiter;OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;SortPlanDate;Notice"}},
+      {"Properties",
+       {0,
+        "Delimiter;OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;SortPlanDate;Notice;"
+        "LatLongSearchRange;StateFilter;AddressFilter;PointsOfInterest;GeographicalCodes;GeographicalCodesFilter;"
+        "GifCommonMinimumPercent"}},
       {"PropertyName6", {0, "SortPlanDate"}},
       {"PropertyName7", {0, "Notice"}},
-      {"PropertyName8", {0, ""}},
+      {"PropertyName8", {0, "LatLongSearchRange"}},
   };
   for (const int mode : {1, 2, 3}) {
     const DatabasePointer database = Open(mode);

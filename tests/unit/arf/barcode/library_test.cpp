@@ -48,7 +48,7 @@ class Setting
   std::string Configure() const
   {
     arf::BuildOptions options;
-    options.csvPath = dir_.Write("in.csv", "dpid,street_name,locality,state,postcode\n30000001,A,B,NSW,2000\n");
+    options.inputs = {dir_.Write("in.csv", "dpid,street_name,locality,state,postcode\n30000001,A,B,NSW,2000\n")};
     options.outputDirectory = dir_.Path("db");
     options.sortPlanPath = dir_.Write("plan.csv",
                                       "date,2026-05-31\npostcode,bsp,npsp\n2000,019,N07\n"

@@ -85,7 +85,8 @@ TEST(Build, TakesColumnsInAnyOrderAndCase)
   const auto database = OpenOrFail(dir.Path("db"), arf::OpenMode::Disk);
   ASSERT_EQ(database->AttributeCount(), 1U);
   EXPECT_EQ(database->AttributeName(0), "mesh block");
-  EXPECT_EQ(database->AttributeOf(0, 0), "MB 1");
+  arf::AttributeText text;
+  EXPECT_EQ(database->AttributeOf(0, 0, text), "MB 1");
 }
 
 TEST(Build, NamesTheLineOfEachFault)
@@ -206,7 +207,7 @@ TEST(Build, ReportsProgress)
   const test_support::TempDir dir;
   const std::string csv = ToCsv(RandomModel(random, 40000), random);
   std::vector<arf::BuildProgress> seen;
-  const BuildOptions options{dir.Write("in.csv", csv), dir.Path("db"), "AU", {}, false, ','};
+  const BuildOptions options{{dir.Write("in.csv", csv)}, dir.Path("db"), "AU", {}, false, ','};
   ASSERT_EQ(arf::BuildDatabase(options, [&](const arf::BuildProgress& p) { seen.push_back(p); }).outcome,
             BuildOutcome::Built);
   ASSERT_GE(seen.size(), 5U);
@@ -234,7 +235,7 @@ TEST(Build, LeavesNothingWhenCancelled)
     for (const char* target : {"db", "new"}) {
       std::atomic<bool> cancel = false;
       int reports = 0;
-      const BuildOptions options{dir.Path("big.csv"), dir.Path(target), "OTHER", {}, false, ','};
+      const BuildOptions options{{dir.Path("big.csv")}, dir.Path(target), "OTHER", {}, false, ','};
       const BuildReport report = arf::BuildDatabase(
           options, [&](const arf::BuildProgress&) { cancel = ++reports == stopAt; }, &cancel);
       if (report.outcome == BuildOutcome::Built) {
@@ -290,7 +291,7 @@ TEST(Build, LeavesNothingWhenTheDiskIsFull)
   Random random(test_support::RandomSeed());
   const test_support::TempDir dir;
   dir.Write("in.csv", ToCsv(RandomModel(random, 20000), random));
-  const BuildOptions options{dir.Path("in.csv"), dir.Path("db"), "AU", {}, false, ','};
+  const BuildOptions options{{dir.Path("in.csv")}, dir.Path("db"), "AU", {}, false, ','};
   for (const rlim_t size : {rlim_t{0}, rlim_t{10}, rlim_t{1000}, rlim_t{100000}}) {
     const FileSizeLimit limit(size);
     const BuildReport report = arf::BuildDatabase(options);
@@ -316,12 +317,12 @@ TEST(Build, SaysWhichPathItCannotUse)
   dir.Write("file", "x");
   dir.MakeDirectory("taken/address.arf/x");
   const BadPath rows[] = {
-      {"none.csv", "db", "none.csv: No such file or directory"},   {".", "db", "Is a directory"},
+      {"none.csv", "db", "none.csv: No such file or directory"},   {".", "db", "has no table ADDRESS_DETAIL"},
       {"in.csv", "none/db", "none/db: No such file or directory"}, {"in.csv", "file", "Not a directory"},
       {"in.csv", "taken", "taken/address.arf: Is a directory"},
   };
   for (const BadPath& row : rows) {
-    const BuildOptions options{dir.Path(row.csv), dir.Path(row.output), "AU", {}, false, ','};
+    const BuildOptions options{{dir.Path(row.csv)}, dir.Path(row.output), "AU", {}, false, ','};
     const BuildReport report = arf::BuildDatabase(options);
     EXPECT_EQ(report.outcome, BuildOutcome::Failed);
     ASSERT_EQ(report.errors.size(), 1U);

@@ -35,7 +35,7 @@ inline arf::BuildReport BuildFrom(const test_support::TempDir& dir, const std::s
                                   arf::BuildOptions options = {})
 {
   dir.Write("in.csv", csv);
-  options.csvPath = dir.Path("in.csv");
+  options.inputs = {dir.Path("in.csv")};
   if (options.outputDirectory.empty()) options.outputDirectory = dir.Path("db");
   return arf::BuildDatabase(options);
 }

@@ -17,6 +17,7 @@ using arf::Database;
 std::uint64_t ReadAll(const Database& database)
 {
   std::uint64_t sum = 0;
+  arf::AttributeText text;
   for (std::uint32_t i = 0; i < database.StreetCount(); ++i) {
     const arf::Street street = database.StreetAt(i);
     const arf::Locality locality = database.LocalityAt(street.locality);
@@ -25,7 +26,7 @@ std::uint64_t ReadAll(const Database& database)
     arf::Point point;
     for (arf::PointCursor cursor = database.Points(street); cursor.Next(point);) {
       sum += database.PointAt(database.FindDpid(point.dpid).value_or(0)).numberFirst;
-      sum += database.AttributeOf(point.ordinal, 0).size();
+      sum += database.AttributeOf(point.ordinal, 0, text).size();
     }
   }
   return sum;

@@ -160,18 +160,19 @@ TEST_F(RoundTrip, DoesNotFindOtherIdentifiers)
 
 TEST_F(RoundTrip, KeepsAttributes)
 {
+  arf::AttributeText text;
   ASSERT_EQ(database_->AttributeCount(), model_->attributeNames.size());
   for (std::uint32_t column = 0; column < database_->AttributeCount(); ++column) {
     ASSERT_EQ(database_->AttributeName(column), model_->attributeNames[column]);
     ASSERT_EQ(database_->FindAttribute(model_->attributeNames[column]), std::optional(column));
     for (std::uint32_t ordinal = 0; ordinal < Addresses().size(); ++ordinal) {
-      ASSERT_EQ(database_->AttributeOf(ordinal, column), Addresses()[ordinal].attributes[column]);
+      ASSERT_EQ(database_->AttributeOf(ordinal, column, text), Addresses()[ordinal].attributes[column]);
     }
   }
   EXPECT_EQ(database_->FindAttribute("nothing"), std::nullopt);
   EXPECT_EQ(database_->AttributeName(3), "");
-  EXPECT_EQ(database_->AttributeOf(0, 3), "");
-  EXPECT_EQ(database_->AttributeOf(database_->PointCount(), 0), "");
+  EXPECT_EQ(database_->AttributeOf(0, 3, text), "");
+  EXPECT_EQ(database_->AttributeOf(database_->PointCount(), 0, text), "");
 }
 
 /** The indexes 0 … count − 1 by the text that `textOf` gives for each; those without a text are left out. */
@@ -289,6 +290,7 @@ TEST_F(RoundTrip, NarrowsToANumber)
 
 TEST_F(RoundTrip, AnswersAlikeInAllModes)
 {
+  arf::AttributeText text;
   for (const OpenMode mode : {OpenMode::Disk, OpenMode::Mapped}) {
     const auto other = OpenOrFail(dir_->Path("db"), mode);
     ASSERT_NE(other, nullptr);
@@ -299,7 +301,7 @@ TEST_F(RoundTrip, AnswersAlikeInAllModes)
       ASSERT_NO_FATAL_FAILURE(ExpectPoint(*other, Addresses()[ordinal], point));
       ASSERT_NO_FATAL_FAILURE(ExpectStreet(*other, Addresses()[ordinal], other->StreetAt(point.street)));
       ASSERT_EQ(other->FindDpid(point.dpid), std::optional(ordinal));
-      ASSERT_EQ(other->AttributeOf(ordinal, 2), Addresses()[ordinal].attributes[2]);
+      ASSERT_EQ(other->AttributeOf(ordinal, 2, text), Addresses()[ordinal].attributes[2]);
     }
   }
 }

@@ -1,6 +1,6 @@
 /** Comparisons and trimming of ASCII texts, for names of properties and fields. */
-#ifndef QXPAF_ARF_AU_ASCII_H
-#define QXPAF_ARF_AU_ASCII_H
+#ifndef QXPAF_ARF_FORMAT_ASCII_H
+#define QXPAF_ARF_FORMAT_ASCII_H
 
 #include <algorithm>
 #include <string_view>

@@ -1,0 +1,107 @@
+#include "arf/build/lines_input.h"
+
+#include <optional>
+#include <utility>
+
+#include "arf/build/ordered_work.h"
+#include "arf/build/text_input.h"
+
+namespace arf {
+namespace {
+
+struct ParsedBlock
+{
+  AddressTable table;
+  std::vector<RowFault> faults;
+  std::vector<RowFault> leftOut;
+  UnknownTypes unknown;
+  std::uint64_t rowsRead = 0;
+  std::uint64_t bytesRead = 0;
+};
+
+std::vector<std::string> NamesOf(const std::vector<ColumnMap::Attribute>& attributes)
+{
+  std::vector<std::string> names;
+  for (const ColumnMap::Attribute& attribute : attributes) names.push_back(attribute.name);
+  return names;
+}
+
+/** Takes the lines of blocks apart. May be used by several threads at once. */
+class BlockParser
+{
+ public:
+  BlockParser(const ColumnMap& columns, const RowMakerFactory& makeRowMaker)
+      : columns_(columns), makeRowMaker_(makeRowMaker), attributeNames_(NamesOf(columns.Attributes()))
+  {
+  }
+
+  ParsedBlock Parse(const LineBlock& block) const
+  {
+    ParsedBlock parsed{AddressTable(attributeNames_), {}, {}, {}, 0, block.bytesRead};
+    RowParser parser(columns_);
+    const std::unique_ptr<RowMaker> maker = makeRowMaker_ ? makeRowMaker_() : nullptr;
+    std::vector<std::string_view> fields;
+    std::string_view text = block.text;
+    for (std::uint32_t line = block.firstLine; !text.empty(); ++line) {
+      const std::string_view row = TakeLine(text);
+      if (row.empty()) continue;
+      ++parsed.rowsRead;
+      SplitFields(row, fields);
+      TakeRow(parser, maker ? maker->Make(fields) : std::span<const std::string_view>(fields), line, parsed);
+    }
+    parsed.unknown = parser.Unknown();
+    return parsed;
+  }
+
+ private:
+  static void TakeRow(RowParser& parser, std::span<const std::string_view> fields, std::uint32_t line,
+                      ParsedBlock& parsed)
+  {
+    if (const ParsedRow* row = parser.Parse(fields)) {
+      const std::optional<std::uint32_t> other = parsed.table.Add(*row, line);
+      if (other) parsed.faults.push_back(RepeatedDpid(row->dpid, line, *other));
+    } else {
+      (parser.IsLeftOut() ? parsed.leftOut : parsed.faults).push_back({line, parser.Fault(), parser.Reason()});
+    }
+  }
+
+  const ColumnMap& columns_;
+  const RowMakerFactory& makeRowMaker_;
+  std::vector<std::string> attributeNames_;
+};
+
+}  // namespace
+
+void ReadLines(LineReader& lines, const ColumnMap& columns, const RowMakerFactory& makeRowMaker, unsigned threads,
+               AddressTable& table, ReportWriter& report, const BytesRead& read)
+{
+  const BlockParser parser(columns, makeRowMaker);
+  const auto addFault = [&](const RowFault& fault) {
+    columns.IsRegister() ? report.AddSkipped(lines.Path(), fault) : report.AddFault(lines.Path(), fault);
+  };
+  OrderedWork<LineBlock, ParsedBlock> work(
+      threads, [&](LineBlock& block) { return lines.Next(block); },
+      [&](LineBlock&& block) { return parser.Parse(block); });
+  while (const std::optional<ParsedBlock> block = work.Next()) {
+    report.AddRows(block->rowsRead);
+    report.AddUnknownTypes(block->unknown);
+    for (const RowFault& fault : block->faults) addFault(fault);
+    for (const RowFault& fault : block->leftOut) report.AddSkipped(lines.Path(), fault);
+    for (const auto& [dpid, line, other] : table.Append(block->table)) addFault(RepeatedDpid(dpid, line, other));
+    read(block->bytesRead);
+  }
+}
+
+bool LinesInput::ReadHeader(ReportWriter& report)
+{
+  const std::vector<std::string> faults = columns_.Read(lines_.Header());
+  for (const std::string& fault : faults) report.AddError(lines_.Path(), 1, fault);
+  return faults.empty();
+}
+
+void LinesInput::ReadRows(AddressTable& table, ReportWriter& report, const BytesRead& read)
+{
+  ReadLines(lines_, columns_, {}, threads_, table, report, read);
+}
+
+}  // namespace arf
