@@ -111,6 +111,18 @@ std::vector<Query> Queries(const arf::Database& data, std::string (*form)(const 
   return queries;
 }
 
+/** Whether two addresses read alike: registers have some twice, and either is right. */
+bool ReadAlike(const arf::Database& data, std::uint32_t a, std::uint32_t b)
+{
+  char first[1024];
+  char second[1024];
+  arf::BoundedText firstText(first, sizeof first);
+  arf::BoundedText secondText(second, sizeof second);
+  arf::AppendAddress(firstText, data, a);
+  arf::AppendAddress(secondText, data, b);
+  return firstText.View() == secondText.View();
+}
+
 void Lookup(benchmark::State& state, const arf::Engine& engine, const std::vector<Query>& queries, arf::Rules rules)
 {
   const auto matcher = std::make_unique<arf::Matcher>(engine);
@@ -120,7 +132,10 @@ void Lookup(benchmark::State& state, const arf::Engine& engine, const std::vecto
   std::size_t several = 0;
   for (auto _ : state) {
     const arf::LookupAnswer answer = matcher->Lookup(queries[next].text, rules);
-    if (answer.verdict == arf::Verdict::Found) ++(answer.ordinal == queries[next].ordinal ? right : wrong);
+    if (answer.verdict == arf::Verdict::Found) {
+      const std::uint32_t expected = queries[next].ordinal;
+      ++(answer.ordinal == expected || ReadAlike(engine.Data(), answer.ordinal, expected) ? right : wrong);
+    }
     several += answer.verdict == arf::Verdict::Several;
     next = next + 1 == queries.size() ? 0 : next + 1;
   }

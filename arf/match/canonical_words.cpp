@@ -83,6 +83,7 @@ CanonicalName::CanonicalName(std::string_view key)
     std::copy(canonical.begin(), canonical.end(), text_.begin() + static_cast<std::ptrdiff_t>(length_));
     length_ += canonical.size();
   }
+  text_[length_] = '\0';
 }
 
 std::uint32_t CanonicalName::Hash() const

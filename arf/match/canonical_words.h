@@ -52,6 +52,7 @@ class CanonicalName
   explicit CanonicalName(std::string_view key);
 
   std::string_view View() const { return {text_.data(), length_}; }
+  const char* Terminated() const { return text_.data(); }  ///< zero-terminated
   bool HasArticle() const { return hasArticle_; }
   std::uint32_t Hash() const;
 

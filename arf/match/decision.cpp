@@ -1,6 +1,7 @@
 #include "arf/match/decision.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace arf {
 
@@ -20,6 +21,7 @@ Verdict VerdictOf(Fault fault)
     case Fault::NumberMissing:
     case Fault::NumberUnknown:
     case Fault::UnitUnknown:
+    case Fault::CornerWritten:
       return Verdict::WrongNumber;
     case Fault::SeveralAddresses:
     case Fault::SeveralLocalities:
@@ -30,18 +32,29 @@ Verdict VerdictOf(Fault fault)
   return Verdict::Nothing;
 }
 
-void Decision::Match(const PointSet& points, std::uint8_t penalty, const Reading& reading)
+void Decision::Match(const PointSet& points, const Departures& departures, const Reading& reading, std::uint32_t street)
 {
-  const std::uint8_t before = std::min(best_.penalty, units_.penalty);
-  best_.Add(points, penalty);
-  if (best_.penalty < before) bestReading_ = reading;
+  Take(best_, points, departures, reading, street);
 }
 
-void Decision::Units(const PointSet& units, std::uint8_t penalty, const Reading& reading)
+void Decision::Units(const PointSet& units, const Departures& departures, const Reading& reading, std::uint32_t street)
 {
-  const std::uint8_t before = std::min(best_.penalty, units_.penalty);
-  units_.Add(units, penalty);
-  if (units_.penalty < before) bestReading_ = reading;
+  Take(units_, units, departures, reading, street);
+}
+
+void Decision::Take(PointSet& set, const PointSet& points, const Departures& departures, const Reading& reading,
+                    std::uint32_t street)
+{
+  const unsigned before = Sum();
+  const unsigned sum = (points.departures + departures).Sum();
+  if (sum < before) {
+    if (street != bestStreet_) rival_ = Best();
+    bestStreet_ = street;
+    bestReading_ = reading;
+  } else if (street != bestStreet_) {
+    rival_.Add(points, departures);
+  }
+  set.Add(points, departures);
 }
 
 void Decision::Fail(const Failure& failure, const Reading& reading)
@@ -50,13 +63,32 @@ void Decision::Fail(const Failure& failure, const Reading& reading)
   failedReading_ = reading;
 }
 
-void Decision::Close(bool all)
+bool Decision::IsDecided() const
 {
-  if (!HasCandidates() || (IsFound() && !all)) return;
+  if (best_.Empty() || (!units_.Empty() && units_.Sum() <= best_.Sum())) return false;
+  return !best_.departures.HasChange() || rival_.Empty() || rival_.Sum() >= best_.Sum() + kMargin;
+}
+
+void Decision::Close()
+{
   failure_ = {};
   failure_.fault = Fault::SeveralAddresses;
-  failure_.points = best_.penalty <= units_.penalty ? best_ : units_;
-  if (best_.penalty == units_.penalty) failure_.points.Add(units_, 0);
+  failure_.points = Best();
+  const PointSet& other = &Best() == &best_ ? units_ : best_;
+  for (const PointSet* more : {&other, &std::as_const(rival_)}) {
+    PointSet alike = *more;  // as if it cost the same, so that it is listed too
+    alike.departures = failure_.points.departures;
+    const bool isClose = !more->Empty() && more->Sum() < Sum() + kMargin;
+    if (isClose && (more->Sum() == Sum() || Best().departures.HasChange())) failure_.points.Add(alike, {});
+  }
+}
+
+void Decision::DropCandidates()
+{
+  best_ = {};
+  units_ = {};
+  rival_ = {};
+  bestStreet_ = kNoIndex;
 }
 
 }  // namespace arf

@@ -39,6 +39,7 @@ enum class Fault : std::uint8_t
   NumberMissing,      ///< no number was written, and the street alone does not decide
   NumberUnknown,      ///< no such number in the street
   UnitUnknown,        ///< the number is there, but not the unit, level or lot
+  CornerWritten,      ///< two streets instead of a number and a street
   SeveralAddresses,
   SeveralLocalities,
   TooLong
@@ -63,29 +64,45 @@ class Decision
  public:
   void Reset() { *this = {}; }
 
-  void Match(const PointSet& points, std::uint8_t penalty, const Reading& reading);
+  void Match(const PointSet& points, const Departures& departures, const Reading& reading, std::uint32_t street);
   /** Units of an address that was written without one, and that is no address by itself. */
-  void Units(const PointSet& units, std::uint8_t penalty, const Reading& reading);
+  void Units(const PointSet& units, const Departures& departures, const Reading& reading, std::uint32_t street);
   /** Whether `fault` got further than everything so far; the caller then fills the failure in. */
   bool GoesFurther(Fault fault) const { return fault > failure_.fault; }
   void Fail(const Failure& failure, const Reading& reading);
 
-  bool HasCandidates() const { return !best_.Empty() || !units_.Empty(); }
+  bool HasCandidates() const { return best_.count != 0 || units_.count != 0; }
+  /** Whether the best candidate so far was reached without changing anything. */
+  bool IsAsWritten() const { return HasCandidates() && !Best().departures.HasChange(); }
+  /** The least penalty so far. */
+  unsigned Sum() const { return Best().Sum(); }
   const Failure& Deepest() const { return failure_; }
 
-  /** Found only when one address has the least penalty and no unit is left open. */
-  bool IsFound() const { return best_.count == 1 && (units_.Empty() || units_.penalty > best_.penalty); }
-  std::uint32_t Ordinal() const { return best_.ordinals[0]; }
-  std::uint8_t Penalty() const { return best_.penalty; }
-  /** Turns candidates into the failure SeveralAddresses: those that IsFound does not decide, or all of them. */
-  void Close(bool all);
+  /**
+   * Found only when one address has the least penalty and no unit is left open; a change needs a lead of kMargin before
+   * the addresses of other streets.
+   */
+  bool IsFound() const { return best_.count == 1 && IsDecided(); }
+  /** The addresses with the least penalty, when nothing but their number stands against an answer. */
+  const PointSet* Equals() const { return IsDecided() ? &best_ : nullptr; }
+  const PointSet& Best() const { return best_.Sum() <= units_.Sum() ? best_ : units_; }
+  /** Turns candidates into the failure SeveralAddresses. */
+  void Close();
+  /** Drops all candidates and the failure stays. */
+  void DropCandidates();
 
   /** The reading that led to the answer or to the failure. */
   const Reading& Chosen() const { return HasCandidates() ? bestReading_ : failedReading_; }
 
  private:
+  bool IsDecided() const;
+  void Take(PointSet& set, const PointSet& points, const Departures& departures, const Reading& reading,
+            std::uint32_t street);
+
   PointSet best_;
   PointSet units_;
+  std::uint32_t bestStreet_ = kNoIndex;
+  PointSet rival_;  ///< the best of the other streets
   Reading bestReading_;
   Failure failure_;
   Reading failedReading_;

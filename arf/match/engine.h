@@ -14,8 +14,8 @@ class Engine
  public:
   explicit Engine(std::unique_ptr<const Database> database)
       : database_(std::move(database)),
-        localityNames_(*database_, &Database::LocalityNameCount, &Database::LocalityName),
-        streetNames_(*database_, &Database::StreetNameCount, &Database::StreetName)
+        localityNames_(*database_, kLocalityDictionary),
+        streetNames_(*database_, kStreetDictionary)
   {
   }
 

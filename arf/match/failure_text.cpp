@@ -205,6 +205,9 @@ void AppendFailure(BoundedText& text, const Database& database, const Failure& f
       return AppendNumberFailure(text, database, failure);
     case Fault::UnitUnknown:
       return AppendUnitFailure(text, database, failure);
+    case Fault::CornerWritten:
+      text << "A corner of two streets is no address; write a number and one of the streets.";
+      return;
     case Fault::SeveralAddresses:
     case Fault::SeveralLocalities:
       return AppendSeveral(text, database, failure);

@@ -11,9 +11,10 @@ namespace {
 constexpr std::size_t kLongestName = 8;       // words
 constexpr std::size_t kShortestMistyped = 4;  // letters; shorter names are too close to each other
 
-// Ways to correct a line, in the order of preference.
-constexpr std::uint8_t kTypoPenalty = kFirstChange;
-constexpr std::uint8_t kWrongPlacePenalty = kFirstChange + 1;
+/** A name with a typing error is preferred to a name with another state or postcode. */
+constexpr Departures kMistyped = Departure::LocalityTypo;
+constexpr Departures kWrongPlace = Departure::PostcodeDiffers;
+static_assert(kMistyped.Sum() < kWrongPlace.Sum());
 
 /** A name without its spaces. */
 FixedText<255> Compact(std::string_view key)
@@ -80,8 +81,8 @@ void LastLineFixer::CollectName(const Line& line)
 {
   for (const NameHit& hit : engine_.LocalityNames().Find(input_, line.name)) {
     nameIsKnown_ = true;
-    const auto penalty = static_cast<std::uint8_t>(hit.fit);
-    for (const std::uint32_t locality : data_.LocalitiesNamed(hit.name)) Add(line, locality, penalty);
+    const Departures departures = LocalityDepartures(hit.fit);
+    for (const std::uint32_t locality : data_.LocalitiesNamed(hit.name)) Add(line, locality, departures);
   }
 }
 
@@ -90,19 +91,18 @@ void LastLineFixer::CollectPostcode(const Line& line)
 {
   if (line.place.postcode.Empty()) return;
   for (const std::uint32_t locality : data_.LocalitiesOfPostcode(line.place.postcode.View()))
-    if (line.place.StateFits(data_.LocalityAt(locality))) Add(line, locality, 0);
+    if (line.place.StateFits(data_.LocalityAt(locality))) Add(line, locality, {});
 }
 
 /** A locality whose name fits. Name and one of state and postcode outvote the other. */
-void LastLineFixer::Add(const Line& line, std::uint32_t index, std::uint8_t penalty)
+void LastLineFixer::Add(const Line& line, std::uint32_t index, const Departures& departures)
 {
   const Locality locality = data_.LocalityAt(index);
   const bool stateFits = line.place.StateFits(locality);
   const bool postcodeFits = line.place.PostcodeFits(locality);
   const bool outvoted = (stateFits && !line.place.state.empty()) || (postcodeFits && !line.place.postcode.Empty());
-  if ((stateFits && postcodeFits) || (outvoted && penalty < kFirstChange)) {
-    if (!(stateFits && postcodeFits)) penalty = static_cast<std::uint8_t>(penalty + kWrongPlacePenalty);
-    candidates_.Add(index, penalty);
+  if ((stateFits && postcodeFits) || (outvoted && !departures.Has(Departure::LocalityTypo))) {
+    candidates_.Add(index, stateFits && postcodeFits ? departures : departures + kWrongPlace);
     reading_.locality = line.name;
     return;
   }
@@ -131,14 +131,16 @@ void LastLineFixer::CollectTypo(const Line& line, std::string_view written, std:
   const std::string_view key = data_.LocalityName(name);
   if (key.size() + 1 < written.size() || key.size() > written.size() + 1 + kMostSpaces) return;
   if (!IsOneTypoApart(Compact(key).View(), written)) return;
-  for (const std::uint32_t locality : data_.LocalitiesNamed(name)) Add(line, locality, kTypoPenalty);
+  for (const std::uint32_t locality : data_.LocalitiesNamed(name)) Add(line, locality, kMistyped);
 }
 
 LastLineAnswer LastLineFixer::Answer()
 {
   if (candidates_.count == 1) {
     failure_ = {};
-    return {Verdict::Found, candidates_.ordinals[0], candidates_.penalty >= kFirstChange};
+    return {
+        Verdict::Found, candidates_.ordinals[0],
+        candidates_.departures.Has(Departure::LocalityTypo) || candidates_.departures.Has(Departure::PostcodeDiffers)};
   }
   if (candidates_.count > 1) {
     failure_ = {};

@@ -47,7 +47,7 @@ class LastLineFixer
   void CollectPostcode(const Line& line);
   void CollectTypos(const Line& line);
   void CollectTypo(const Line& line, std::string_view written, std::uint32_t name);
-  void Add(const Line& line, std::uint32_t locality, std::uint8_t penalty);
+  void Add(const Line& line, std::uint32_t locality, const Departures& departures);
   LastLineAnswer Answer();
 
   const Engine& engine_;

@@ -1,8 +1,8 @@
 #include "arf/match/matcher.h"
 
 #include <algorithm>
+#include <tuple>
 
-#include "arf/match/penalties.h"
 #include "arf/tables/street_types.h"
 
 namespace arf {
@@ -16,6 +16,15 @@ WordRange LastPart(const InputText& input, std::size_t end)
   std::size_t first = end;
   while (first > 0 && input[first - 1].before != Joint::Break) --first;
   return {first > 0 ? first - 1 : 0, end};
+}
+
+bool IsSameAddress(const Point& a, const Point& b)
+{
+  const auto parts = [](const Point& p) {
+    return std::tie(p.street, p.numberPrefix, p.numberFirst, p.numberFirstSuffix, p.numberLast, p.numberLastSuffix,
+                    p.unitType, p.unitNumber, p.levelType, p.levelNumber, p.lot, p.building);
+  };
+  return parts(a) == parts(b);
 }
 
 /** Whether some words look like a street: one of them has a digit and one is a street type. */
@@ -32,21 +41,51 @@ bool LooksLikeStreet(const InputText& input)
 LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
 {
   rules_ = rules;
+  stage_ = Stage::AsWritten;
+  quiet_ = false;
+  repaired_ = {};
+  trailing_ = {};
   visited_ = 0;
-  sawLocality_ = false;
+  compared_ = 0;
+  sawLocality_ = sawStreet_ = sawNumber_ = false;
   decision_.Reset();
   if (input_.Read(text) != InputFault::None) {
     Failure failure;
     failure.fault = Fault::TooLong;
     decision_.Fail(failure, {});
-  } else {
-    Search();
+    return Answer();
   }
-  decision_.Close(Exhausted());
-  const Fault fault = decision_.Deepest().fault;
-  if (decision_.HasCandidates() && fault != Fault::SeveralAddresses)
-    return {Verdict::Found, decision_.Ordinal(), decision_.Penalty() >= kFirstChange};
-  return {VerdictOf(fault), 0, false};
+  Search();
+  if (!Strict()) SearchLeniently();
+  SearchBuildings();
+  if (!decision_.HasCandidates()) FailCorner();
+  if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text);
+  return Answer();
+}
+
+LookupAnswer Matcher::Answer()
+{
+  const PointSet* equals = Strict() ? nullptr : decision_.Equals();
+  const bool isFound = decision_.IsFound() || (equals && AreOneAddress(*equals));
+  if (isFound && !Exhausted()) {
+    const PointSet& best = decision_.Best();
+    const bool isPrimary = best.departures.Has(Departure::UnknownUnit);
+    return {Verdict::Found, best.ordinals[0], best.departures.HasChange(), isPrimary, best.departures};
+  }
+  if (decision_.HasCandidates()) decision_.Close();
+  return {VerdictOf(decision_.Deepest().fault), 0, false, false, {}};
+}
+
+/** Registers have some addresses more than once, with nothing but the identifier to tell them apart. */
+bool Matcher::AreOneAddress(const PointSet& points) const
+{
+  if (points.count > PointSet::kKept) return false;
+  Point first = data_.PointAt(points.ordinals[0]);
+  for (std::size_t i = 1; i < points.count; ++i) {
+    const Point other = data_.PointAt(points.ordinals[i]);
+    if (!IsSameAddress(first, other)) return false;
+  }
+  return true;
 }
 
 void Matcher::Search()
@@ -54,13 +93,14 @@ void Matcher::Search()
   if (input_.Count() == 0) return;
   ForEachPlace(&Matcher::SearchStreets);
   if (decision_.HasCandidates()) return;
-  if (sawLocality_) {
-    if (decision_.Deepest().fault <= Fault::StreetUnknown) ForEachPlace(&Matcher::SearchBuilding);
-    return;
-  }
-  const Tails tails(input_);
-  if (!Strict()) TryPostcodeOnly(*tails.begin());
-  FailWithoutPlace(*tails.begin());
+  if (!sawLocality_) FailWithoutPlace(*Tails(input_).begin());
+}
+
+/** Looks at every address of the localities, therefore last. */
+void Matcher::SearchBuildings()
+{
+  if (decision_.HasCandidates() || !sawLocality_ || decision_.Deepest().fault > Fault::StreetUnknown) return;
+  ForEachPlace(&Matcher::SearchBuilding);
 }
 
 void Matcher::ForEachPlace(PlaceStep step)
@@ -79,40 +119,52 @@ void Matcher::ReadLocality(const Tail& tail, std::size_t start, PlaceStep step)
 {
   const WordRange words{start, tail.localityEnd};
   const NameHits hits = engine_.LocalityNames().Find(input_, words);
-  for (const NameHit& hit : hits) {
-    if (hit.fit == NameFit::Article && Strict()) continue;
-    sawLocality_ = true;
-    Place place;
-    place.reading.locality = words;
-    place.body = {0, start};
-    place.penalty = FitPenalty(hit.fit);
-    if (input_.HasInnerBreak(words)) place.penalty += kBrokenNamePenalty;
-    TryLocality(tail, place, hit, step);
-    const PlaceWords before = ReadPlaceBefore(input_, 0, start, tail.place);
-    if (before.count == 0 || before.isCountry) continue;
-    Tail reordered = tail;
-    reordered.place.Merge(before.place);
-    const PlaceWords further = ReadPlaceBefore(input_, 0, start - before.count, reordered.place);
-    if (!further.isCountry) reordered.place.Merge(further.place);
-    place.body.last = start - before.count - (further.isCountry ? 0 : further.count);
-    place.penalty += kPlaceOrderPenalty;
-    TryLocality(reordered, place, hit, step);
-  }
+  for (const NameHit& hit : hits)
+    if (hit.fit != NameFit::Article)
+      ReadKnownLocality(tail, words, data_.LocalitiesNamed(hit.name), LocalityDepartures(hit.fit), step);
+  if (!hits.Empty() || data_.LocalityAliasCount() == 0) return;
+  std::array<std::uint32_t, kMaxAliases> others;
+  const IndexRange aliases = data_.LocalityAliasesNamed(input_.Text(words));
+  const std::uint32_t count = std::min<std::uint32_t>(aliases.count, kMaxAliases);
+  for (std::uint32_t i = 0; i < count; ++i) others[i] = data_.LocalityAliasAt(aliases.first + i).locality;
+  if (count > 0) ReadKnownLocality(tail, words, {others.data(), count}, Departure::LocalityAlias, step);
 }
 
-void Matcher::TryLocality(const Tail& tail, Place& place, const NameHit& hit, PlaceStep step)
+/** Some words name these localities; state and postcode may stand before them too. */
+void Matcher::ReadKnownLocality(const Tail& tail, WordRange words, std::span<const std::uint32_t> named,
+                                const Departures& departures, PlaceStep step)
 {
-  place.reading.place = tail.place;
+  sawLocality_ = true;
+  Place place;
+  place.reading.locality = words;
+  place.body = {0, words.first};
+  place.departures = departures;
+  if (input_.HasInnerBreak(words)) place.departures.Add(Departure::BrokenLocality);
+  TryLocality(tail.place, place, named, step);
+  const PlaceWords before = ReadPlaceBefore(input_, 0, words.first, tail.place);
+  if (before.count == 0 || before.isCountry) return;
+  Tail reordered = tail;
+  reordered.place.Merge(before.place);
+  const PlaceWords further = ReadPlaceBefore(input_, 0, words.first - before.count, reordered.place);
+  if (!further.isCountry) reordered.place.Merge(further.place);
+  place.body.last = words.first - before.count - (further.isCountry ? 0 : further.count);
+  place.departures.Add(Departure::PlaceOrder);
+  TryLocality(reordered.place, place, named, step);
+}
+
+void Matcher::TryLocality(const WrittenPlace& written, Place& place, std::span<const std::uint32_t> named,
+                          PlaceStep step)
+{
+  place.reading.place = written;
   place.count = 0;
-  const std::span<const std::uint32_t> named = data_.LocalitiesNamed(hit.name);
   for (const std::uint32_t locality : named)
-    if (tail.place.Fits(data_.LocalityAt(locality))) AddLocality(place, locality);
+    if (written.Fits(data_.LocalityAt(locality))) AddLocality(place, locality);
   if (place.count > 0) return (this->*step)(place);
   if (!Worthwhile(Fault::PlaceContradicts) || named.empty()) return;
   Failure failure;
   failure.fault = Fault::PlaceContradicts;
   failure.locality = named.front();
-  failure.writtenPlace = tail.place.Text();
+  failure.writtenPlace = written.Text();
   decision_.Fail(failure, place.reading);
 }
 
@@ -124,17 +176,19 @@ void Matcher::AddLocality(Place& place, std::uint32_t locality)
     visited_ = kMaxVisited + 1;  // an answer from some of the localities would look surer than it is
 }
 
-/** "12 Smith St 2000": the postcode's localities together have just one such address. */
-void Matcher::TryPostcodeOnly(const Tail& tail)
+/** "Cnr Smith St & Jones St": where a locality was found, the streets are none of its streets with a number. */
+void Matcher::FailCorner()
 {
-  if (tail.place.postcode.Empty()) return;
-  Place place;
-  place.body = {0, tail.localityEnd};
-  place.penalty = kMissingLocalityPenalty;
-  place.reading.place = tail.place;
-  for (const std::uint32_t locality : data_.LocalitiesOfPostcode(tail.place.postcode.View()))
-    if (tail.place.StateFits(data_.LocalityAt(locality))) AddLocality(place, locality);
-  if (place.count > 0) SearchStreets(place);
+  constexpr std::string_view kCorners[] = {"CNR", "CRN", "COR", "CORNER"};
+  if (!sawLocality_ || input_.Count() == 0) return;
+  std::size_t i = 0;
+  while (i < input_.Count() &&
+         std::find(std::begin(kCorners), std::end(kCorners), input_[i].text) == std::end(kCorners))
+    if (input_[i++].hasDigit) return;
+  if (i == input_.Count() || !Worthwhile(Fault::CornerWritten)) return;
+  Failure failure;
+  failure.fault = Fault::CornerWritten;
+  decision_.Fail(failure, decision_.Chosen());
 }
 
 void Matcher::FailWithoutPlace(const Tail& tail)
@@ -147,7 +201,26 @@ void Matcher::FailWithoutPlace(const Tail& tail)
   failure.writtenPlace = tail.place.Text();
   Reading reading;
   reading.place = tail.place;
+  if (const WordRange last = LastPart(input_, tail.localityEnd); something && last.first > 0) {
+    reading.locality = last;
+    DescribeBody({0, last.first}, reading);
+  }
   decision_.Fail(failure, reading);
+}
+
+/** What the words before a locality look like, where the data could not tell. */
+void Matcher::DescribeBody(WordRange body, Reading& reading) const
+{
+  std::size_t start = body.last;
+  while (start > body.first && !input_[start - 1].hasDigit) --start;
+  const Premises premises(input_, {body.first, start});
+  if (!premises.Empty()) reading.premise = *premises.begin();
+  const StreetEndings endings(input_, {start, body.last});
+  const auto likely = std::find_if(endings.begin(), endings.end(), [](const StreetEnding& e) { return !e.isGuess; });
+  if (likely == endings.end()) return;
+  reading.streetName = {start, likely->nameEnd};
+  reading.streetType = likely->type;
+  reading.streetSuffix = likely->suffix;
 }
 
 void Matcher::FailPlace(Fault fault, const Place& place, WordRange written)
@@ -157,7 +230,9 @@ void Matcher::FailPlace(Fault fault, const Place& place, WordRange written)
   failure.fault = fault;
   failure.locality = place.localities.front();
   failure.written.Append(input_.Text(written));
-  decision_.Fail(failure, place.reading);
+  Reading reading = place.reading;
+  if (fault == Fault::StreetUnknown && reading.postalType.empty()) DescribeBody(place.body, reading);
+  decision_.Fail(failure, reading);
 }
 
 void Matcher::FailStreet(Fault fault, const Reading& reading, std::uint32_t street, std::string_view written)

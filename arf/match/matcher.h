@@ -1,7 +1,9 @@
 /**
  * Finds the address that an input means. An input is read in every way that could make sense, from its end: state and
- * postcode, locality, street, number and unit; each reading is looked up, and a Decision chooses. All memory is in the
- * object itself, so that a search allocates nothing. For one thread at a time.
+ * postcode, locality, street, number and unit; each reading is looked up, and a Decision chooses. A lenient search that
+ * finds nothing as it was written then takes localities and streets with names like those written, and after that words
+ * that are no part of an address out of the text. All memory is in the object itself, so that a search allocates
+ * nothing. For one thread at a time.
  */
 #ifndef QXPAF_ARF_MATCH_MATCHER_H
 #define QXPAF_ARF_MATCH_MATCHER_H
@@ -9,12 +11,15 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "arf/match/decision.h"
 #include "arf/match/engine.h"
 #include "arf/match/input_text.h"
+#include "arf/match/name_likeness.h"
 #include "arf/match/reading.h"
+#include "arf/match/repair.h"
 #include "arf/match/street_reading.h"
 
 namespace arf {
@@ -24,6 +29,8 @@ struct LookupAnswer
   Verdict verdict = Verdict::Nothing;
   std::uint32_t ordinal = 0;  ///< when found
   bool changed = false;       ///< found only because a lenient search changed something
+  bool primaryPoint = false;  ///< the building was found, the unit or level written is not in the data
+  Departures departures;      ///< when found: in what the answer differs from the text
 };
 
 class Matcher
@@ -42,53 +49,110 @@ class Matcher
 
  private:
   static constexpr std::size_t kMaxPlaces = 32;
+  static constexpr std::size_t kMaxSurroundings = 192;
+  static constexpr std::uint32_t kMaxAliases = 16;  ///< of one name
   /** Addresses that one search looks at before it leaves the question open; no sensible input comes near it. */
   static constexpr std::uint32_t kMaxVisited = 250'000;
+  /** Names that one search compares by their signatures. */
+  static constexpr std::uint32_t kMaxCompared = 1'000'000;
 
   /** The localities that one reading of the last line allows, and the words before it. */
   struct Place
   {
-    std::array<std::uint32_t, kMaxPlaces> localities;
+    std::array<std::uint32_t, kMaxSurroundings> localities;
     std::size_t count = 0;
     WordRange body;
-    std::uint8_t penalty = 0;
+    Departures departures;
     Reading reading;
     std::span<const std::uint32_t> Localities() const { return {localities.data(), count}; }
+  };
+
+  /** A unit or level that was written behind the street. */
+  struct Trailing
+  {
+    Occupancy part;
+    bool isLevel = false;
   };
 
   /** What is done with every place that the readings of the last line give. */
   using PlaceStep = void (Matcher::*)(const Place&);
 
   void Search();
+  void SearchBuildings();
   void ForEachPlace(PlaceStep step);
   void ReadLocality(const Tail& tail, std::size_t start, PlaceStep step);
-  void TryLocality(const Tail& tail, Place& place, const NameHit& hit, PlaceStep step);
-  void TryPostcodeOnly(const Tail& tail);
+  void ReadKnownLocality(const Tail& tail, WordRange words, std::span<const std::uint32_t> named,
+                         const Departures& departures, PlaceStep step);
+  void TryLocality(const WrittenPlace& written, Place& place, std::span<const std::uint32_t> named, PlaceStep step);
   void AddLocality(Place& place, std::uint32_t locality);
+  LookupAnswer Answer();
+  bool AreOneAddress(const PointSet& points) const;
 
   void SearchStreets(const Place& place);
+  void SearchStreetsOf(const Place& place);
   void SearchEnding(const Place& place, const StreetEnding& ending);
   void SearchName(const Place& place, const StreetEnding& ending, std::size_t start, const NameHit& hit);
-  void SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street, std::uint8_t penalty);
-  void SearchPremise(const Reading& reading, const Street& street, std::uint32_t streetIndex, std::uint8_t penalty);
+  void SearchAliases(const Place& place, const StreetEnding& ending, std::size_t start);
+  void SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street, const Departures& departures);
+  void SearchPremise(const Reading& reading, const Street& street, const Departures& departures);
   void SearchBuilding(const Place& place);
   bool SearchPostal(const Place& place);
-  void SearchPostalStreet(const Reading& reading, std::uint32_t street, std::uint8_t penalty);
+  void SearchPostalStreet(const Reading& reading, std::uint32_t street, const Departures& departures);
+  static bool AddTrailing(const Trailing& trailing, Premise& premise);
 
+  // A lenient search beyond what was written; matcher_lenient.cpp.
+  void SearchLeniently();
+  void SearchRepaired(std::string_view text);
+  void ReadLocalityLeniently(const Tail& tail, std::size_t start);
+  void TryNames(const WrittenPlace& written, Place& place);
+  void TryKnownName(const WrittenPlace& written, Place& place, const NameHit& hit);
+  void TryLikeNames(const WrittenPlace& written, Place& place);
+  void TryLikeName(const WrittenPlace& written, Place& place, const WrittenName& name, std::uint32_t stored);
+  void TryNamesThatContain(const WrittenPlace& written, Place& place);
+  void TryLocalities(const WrittenPlace& written, Place& place, std::span<const std::uint32_t> localities,
+                     const Departures& departures);
+  void TrySurroundings(const WrittenPlace& written, const Place& place);
+  void TryWithoutLocality(const Tail& tail);
+  void SearchLikeNames(const Place& place, const StreetEnding& ending, std::size_t start);
+  void SearchLikeNamesIn(const Place& place, const StreetEnding& ending, Reading& reading, const WrittenName& written,
+                         std::uint32_t locality, std::optional<Premises>& premises);
+  std::optional<Departures> CompareType(const StreetEnding& ending, const Street& street, IndexRange sameName) const;
+  bool HasSuffixed(const Street& street, IndexRange sameName) const;
+  bool IsConvincing(const Departures& departures) const;
+
+  void FailCorner();
+  void DescribeBody(WordRange body, Reading& reading) const;
   void FailWithoutPlace(const Tail& tail);
   void FailPlace(Fault fault, const Place& place, WordRange written);
   void FailStreet(Fault fault, const Reading& reading, std::uint32_t street, std::string_view written);
-  bool Worthwhile(Fault fault) const { return !decision_.HasCandidates() && decision_.GoesFurther(fault); }
+  bool Worthwhile(Fault fault) const
+  {
+    return !quiet_ && stage_ == Stage::AsWritten && !decision_.HasCandidates() && decision_.GoesFurther(fault);
+  }
   bool Strict() const { return rules_ == Rules::Strict; }
   bool Exhausted() const { return visited_ > kMaxVisited; }
+
+  enum class Stage : std::uint8_t
+  {
+    AsWritten,  ///< names and types as they stand; faults are noted
+    Alike       ///< a number must confirm everything else
+  };
 
   const Engine& engine_;
   const Database& data_;
   InputText input_;
   Decision decision_;
   Rules rules_ = Rules::Strict;
+  Stage stage_ = Stage::AsWritten;
+  Departures repaired_;  ///< what was done to the text as a whole
+  Trailing trailing_;
+  bool quiet_ = false;  ///< faults are those of the text as it was written
   std::uint32_t visited_ = 0;
+  std::uint32_t compared_ = 0;
   bool sawLocality_ = false;
+  bool sawStreet_ = false;  ///< name and type as written, in a locality as written
+  bool sawNumber_ = false;  ///< there
+  RepairBuffer repairBuffer_;
 };
 
 }  // namespace arf

@@ -3,13 +3,14 @@
 #include <optional>
 
 #include "arf/match/matcher.h"
-#include "arf/match/penalties.h"
+#include "arf/match/occupancy_words.h"
 #include "arf/match/postal_words.h"
 
 namespace arf {
 namespace {
 
 constexpr std::size_t kLongestStreetName = 8;  // words
+constexpr std::uint32_t kMostAliasStreets = 4096;
 
 /** The number as written, for texts: "12A-14", "LOT 5", "UNIT 3 LEVEL 2". */
 using PremiseText = FixedText<80>;
@@ -50,6 +51,7 @@ PremiseText NumberText(const Premise& premise)
     text.Append(premise.lot.View());
     return text;
   }
+  text.Append(premise.numberPrefix);
   AppendNumber(text, premise.numberFirst, premise.numberFirstSuffix);
   if (premise.numberLast != 0) {
     text.Append("-");
@@ -78,9 +80,26 @@ void Matcher::SearchStreets(const Place& place)
 {
   if (place.body.Empty()) return FailPlace(Fault::StreetMissing, place, place.body);
   if (SearchPostal(place)) return;
+  SearchStreetsOf(place);
+  if (!decision_.HasCandidates()) {
+    const OccupancyWords behind = ReadOccupancyBefore(input_, place.body.first, place.body.last, Preference::Units);
+    Place shorter = place;
+    shorter.body.last -= behind.count;
+    if (behind.count > 0 && trailing_.part.number.Append(behind.number) && !shorter.body.Empty()) {
+      trailing_.part.type = behind.type;
+      trailing_.isLevel = behind.isLevel;
+      shorter.departures.Add(Departure::UnitBehindStreet);
+      SearchStreetsOf(shorter);
+    }
+    trailing_ = {};
+  }
+  FailPlace(Fault::StreetUnknown, place, BehindDigits(input_, place.body));
+}
+
+void Matcher::SearchStreetsOf(const Place& place)
+{
   const StreetEndings endings(input_, place.body);
   for (const StreetEnding& ending : endings) SearchEnding(place, ending);
-  FailPlace(Fault::StreetUnknown, place, BehindDigits(input_, place.body));
 }
 
 void Matcher::SearchEnding(const Place& place, const StreetEnding& ending)
@@ -90,7 +109,9 @@ void Matcher::SearchEnding(const Place& place, const StreetEnding& ending)
   for (; start < ending.nameEnd; ++start) {
     if (!MayStartName(input_, first, start)) continue;
     for (const NameHit& hit : engine_.StreetNames().Find(input_, {start, ending.nameEnd}))
-      if (hit.fit != NameFit::Article || !Strict()) SearchName(place, ending, start, hit);
+      if (hit.fit != NameFit::Article || stage_ == Stage::Alike) SearchName(place, ending, start, hit);
+    if (stage_ == Stage::Alike) SearchLikeNames(place, ending, start);
+    if (stage_ == Stage::AsWritten && data_.StreetAliasCount() > 0) SearchAliases(place, ending, start);
   }
 }
 
@@ -101,53 +122,94 @@ void Matcher::SearchName(const Place& place, const StreetEnding& ending, std::si
   reading.streetName = {start, ending.nameEnd};
   reading.streetType = ending.type;
   reading.streetSuffix = ending.suffix;
-  auto penalty = static_cast<std::uint8_t>(place.penalty + FitPenalty(hit.fit));
-  if (input_.HasInnerBreak({start, place.body.last})) penalty += kBrokenNamePenalty;
+  Departures departures = place.departures + StreetDepartures(hit.fit);
+  if (input_.HasInnerBreak({start, place.body.last})) departures.Add(Departure::BrokenStreet);
   for (const std::uint32_t locality : place.Localities()) {
     const IndexRange streets = data_.StreetsOf(data_.LocalityAt(locality), hit.name);
     if (streets.count == 0) continue;
     if (!premises) premises.emplace(input_, WordRange{place.body.first, start});
     for (std::uint32_t i = streets.first; i < streets.first + streets.count; ++i) {
       const Street street = data_.StreetAt(i);
-      if (street.type == ending.type && street.suffix == ending.suffix)
-        SearchStreet(reading, *premises, i, penalty);
-      else if (ending.isGuess)
-        continue;
-      else if (!Strict() && streets.count == 1)
-        SearchStreet(reading, *premises, i, static_cast<std::uint8_t>(penalty + kStreetTypePenalty));
-      else
+      if (stage_ == Stage::Alike) {
+        if (const auto type = CompareType(ending, street, streets))
+          SearchStreet(reading, *premises, i, departures + *type);
+      } else if (street.type == ending.type && street.suffix == ending.suffix) {
+        sawStreet_ = true;
+        SearchStreet(reading, *premises, i, departures);
+      } else if (!ending.isGuess) {
         FailStreet(Fault::StreetTypeDiffers, reading, i, input_.Text(start, place.body.last));
+      }
     }
   }
 }
 
-void Matcher::SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street, std::uint8_t penalty)
+/** Streets that have the name as another one of theirs. */
+void Matcher::SearchAliases(const Place& place, const StreetEnding& ending, std::size_t start)
+{
+  const WordRange words{start, ending.nameEnd};
+  if (ending.isGuess || decision_.HasCandidates()) return;
+  const IndexRange aliases = data_.StreetAliasesNamed(input_.Text(words));
+  if (aliases.count == 0) return;
+  Reading reading = place.reading;
+  reading.streetName = words;
+  reading.streetType = ending.type;
+  reading.streetSuffix = ending.suffix;
+  const Premises premises(input_, WordRange{place.body.first, start});
+  const std::uint32_t end = aliases.first + std::min<std::uint32_t>(aliases.count, kMostAliasStreets);
+  for (std::uint32_t i = aliases.first; i < end; ++i) {
+    const StreetAliasEntry alias = data_.StreetAliasAt(i);
+    const auto localities = place.Localities();
+    const std::uint32_t locality = data_.StreetAt(alias.street).locality;
+    const bool isHere = std::find(localities.begin(), localities.end(), locality) != localities.end();
+    if (isHere && alias.type == ending.type && alias.suffix == ending.suffix)
+      SearchStreet(reading, premises, alias.street, place.departures + Departure::StreetAlias);
+  }
+}
+
+void Matcher::SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street,
+                           const Departures& departures)
 {
   const Street data = data_.StreetAt(street);
   for (const Premise& premise : premises) {
     if (premise.lenientOnly && Strict()) continue;
     reading.premise = premise;
-    SearchPremise(reading, data, street, static_cast<std::uint8_t>(penalty + premise.penalty));
+    if (AddTrailing(trailing_, reading.premise)) SearchPremise(reading, data, departures + premise.departures);
   }
 }
 
-void Matcher::SearchPremise(const Reading& reading, const Street& street, std::uint32_t streetIndex,
-                            std::uint8_t penalty)
+/** Gives a premise the unit or level that was written behind the street; false when it has one already. */
+bool Matcher::AddTrailing(const Trailing& trailing, Premise& premise)
 {
-  if (penalty >= kPenaltyLimit || Exhausted()) return;
+  if (!trailing.part.Written()) return true;
+  Occupancy& part = trailing.isLevel ? premise.level : premise.unit;
+  if (part.Written()) return false;
+  part = trailing.part;
+  return true;
+}
+
+void Matcher::SearchPremise(const Reading& reading, const Street& street, const Departures& departures)
+{
+  if (departures.Sum() >= kPenaltyLimit || Exhausted()) return;
   const Premise& premise = reading.premise;
-  if (IsEmpty(premise) && street.points.count != 1) return FailStreet(Fault::NumberMissing, reading, streetIndex, {});
-  PointSearch search = SearchPoints(data_, input_, street, premise, rules_);
+  if (stage_ == Stage::Alike && !premise.HasNumber() && premise.lot.Empty()) return;
+  if (IsEmpty(premise) && street.points.count != 1) return FailStreet(Fault::NumberMissing, reading, street.index, {});
+  const PointSearch search = SearchPoints(data_, input_, street, premise, rules_);
   visited_ += search.visited;
-  search.found.DropFrom(static_cast<std::uint8_t>(kPenaltyLimit - penalty));
-  search.units.DropFrom(static_cast<std::uint8_t>(kPenaltyLimit - penalty));
-  if (!search.found.Empty()) return decision_.Match(search.found, penalty, reading);
-  if (!search.units.Empty()) return decision_.Units(search.units, penalty, reading);
-  if (!premise.HasNumber() && premise.lot.Empty()) return FailStreet(Fault::NumberMissing, reading, streetIndex, {});
+  if (stage_ == Stage::AsWritten && search.numberExists) sawNumber_ = true;
+  const Departures all = departures + repaired_;
+  if (!search.found.Empty()) {
+    if (IsConvincing(search.found.departures + all)) decision_.Match(search.found, all, reading, street.index);
+    return;
+  }
+  if (!search.units.Empty()) {
+    if (IsConvincing(search.units.departures + all)) decision_.Units(search.units, all, reading, street.index);
+    return;
+  }
+  if (!premise.HasNumber() && premise.lot.Empty()) return FailStreet(Fault::NumberMissing, reading, street.index, {});
   if (!search.numberExists || !premise.HasNumber())
-    return FailStreet(Fault::NumberUnknown, reading, streetIndex, NumberText(premise).View());
+    return FailStreet(Fault::NumberUnknown, reading, street.index, NumberText(premise).View());
   const PremiseText occupancy = OccupancyText(premise);
-  FailStreet(Fault::UnitUnknown, reading, streetIndex,
+  FailStreet(Fault::UnitUnknown, reading, street.index,
              occupancy.Empty() ? input_.Text(premise.building) : occupancy.View());
 }
 
@@ -158,15 +220,16 @@ void Matcher::SearchBuilding(const Place& place)
   const Premises premises(input_, place.body);
   Reading reading = place.reading;
   for (const Premise& premise : premises) {
-    if (premise.HasNumber() || premise.building.Empty()) continue;
+    if (premise.HasNumber() || !premise.lot.Empty() || premise.building.Empty()) continue;
     reading.premise = premise;
     for (const std::uint32_t locality : place.Localities()) {
       const IndexRange streets = data_.LocalityAt(locality).streets;
       for (std::uint32_t i = streets.first; i < streets.first + streets.count && !Exhausted(); ++i) {
         const PointSearch search = SearchPoints(data_, input_, data_.StreetAt(i), premise, rules_);
         visited_ += search.visited;
-        if (!search.found.Empty()) decision_.Match(search.found, place.penalty, reading);
-        if (search.found.Empty() && !search.units.Empty()) decision_.Units(search.units, place.penalty, reading);
+        if (!search.found.Empty()) decision_.Match(search.found, place.departures + repaired_, reading, i);
+        if (search.found.Empty() && !search.units.Empty())
+          decision_.Units(search.units, place.departures + repaired_, reading, i);
       }
     }
   }
@@ -183,13 +246,13 @@ bool Matcher::SearchPostal(const Place& place)
   for (const std::uint32_t locality : place.Localities()) {
     const IndexRange streets = data_.PostalStreetsOf(data_.LocalityAt(locality));
     for (std::uint32_t i = streets.first; i < streets.first + streets.count; ++i)
-      if (data_.StreetAt(i).type == words.type) SearchPostalStreet(reading, i, place.penalty);
+      if (data_.StreetAt(i).type == words.type) SearchPostalStreet(reading, i, place.departures + repaired_);
   }
   FailPlace(Fault::StreetUnknown, place, {words.start, place.body.last});
   return true;
 }
 
-void Matcher::SearchPostalStreet(const Reading& reading, std::uint32_t street, std::uint8_t penalty)
+void Matcher::SearchPostalStreet(const Reading& reading, std::uint32_t street, const Departures& departures)
 {
   PostalNumber number;
   if (!ReadPostalNumber(reading.postalNumber, number)) return;
@@ -199,9 +262,9 @@ void Matcher::SearchPostalStreet(const Reading& reading, std::uint32_t street, s
     ++visited_;
     const bool same = point.numberFirst == number.number && point.numberPrefix == number.prefix &&
                       point.numberFirstSuffix == number.suffix;
-    if (same) found.Add(point.ordinal, 0);
+    if (same) found.Add(point.ordinal, {});
   }
-  if (!found.Empty()) return decision_.Match(found, penalty, reading);
+  if (!found.Empty()) return decision_.Match(found, departures, reading, street);
   FailStreet(Fault::NumberUnknown, reading, street, reading.postalNumber);
 }
 

@@ -7,37 +7,47 @@
 
 namespace arf {
 
-NameIndex::NameIndex(const Database& database, NameCountMember count, NameMember name)
-    : database_(database), name_(name)
-{
-  const std::uint32_t names = (database.*count)();
-  slots_.resize(std::bit_ceil(std::size_t{names} * 2 + 1));
-  for (std::uint32_t i = 0; i < names; ++i) Insert(CanonicalName((database.*name)(i)).Hash(), i);
-}
+const NameDictionary kLocalityDictionary = {&Database::LocalityNameCount, &Database::LocalityName,
+                                            &Database::FindLocalityName, layout::SectionId::LocalityNameHash,
+                                            layout::SectionId::LocalitySignatures};
+const NameDictionary kStreetDictionary = {&Database::StreetNameCount, &Database::StreetName, &Database::FindStreetName,
+                                          layout::SectionId::StreetNameHash, layout::SectionId::StreetSignatures};
 
-void NameIndex::Insert(std::uint32_t hash, std::uint32_t name)
+NameIndex::NameIndex(const Database& database, const NameDictionary& dictionary)
+    : database_(database), dictionary_(dictionary)
 {
-  const std::size_t mask = slots_.size() - 1;
-  std::size_t i = hash & mask;
-  while (slots_[i].name != UINT32_MAX) i = (i + 1) & mask;
-  slots_[i] = {hash, name};
+  const std::span<const std::uint32_t> slots = database.Section(dictionary.hash).Words();
+  if (std::has_single_bit(slots.size())) slots_ = slots;
+  const std::span<const std::uint32_t> signatures = database.Section(dictionary.signatures).Words();
+  if (signatures.size() == (database.*dictionary.count)()) signatures_ = signatures;
 }
 
 NameHits NameIndex::Find(const InputText& input, WordRange words) const
 {
+  if (slots_.size() < 2) return FindWithoutTable(input, words);
   NameHits hits;
   const bool hasArticle = words.last - words.first > 1 && IsArticle(input[words.first].text);
   std::uint32_t hash = kHashStart;
   for (std::size_t i = words.first + hasArticle; i < words.last; ++i) hash = HashCanonical(hash, input[i].canonical);
-  const std::size_t mask = slots_.size() - 1;
-  for (std::size_t i = hash & mask; slots_[i].name != UINT32_MAX; i = (i + 1) & mask)
-    if (slots_[i].hash == hash) AddIfSame(hits, input.Text(words), slots_[i].name);
+  const std::size_t mask = slots_.size() / 2 - 1;
+  std::size_t i = hash & mask;
+  // A table without a free slot is none of the builder's; the search ends all the same.
+  for (std::size_t probes = 0; probes <= mask && slots_[2 * i + 1] != layout::kFreeSlot; ++probes, i = (i + 1) & mask)
+    if (slots_[2 * i] == hash) AddIfSame(hits, input.Text(words), slots_[2 * i + 1]);
+  return hits;
+}
+
+NameHits NameIndex::FindWithoutTable(const InputText& input, WordRange words) const
+{
+  NameHits hits;
+  if (const auto name = (database_.*dictionary_.find)(input.Text(words))) hits.Add({*name, NameFit::Exact});
   return hits;
 }
 
 void NameIndex::AddIfSame(NameHits& hits, std::string_view written, std::uint32_t name) const
 {
-  const std::string_view stored = (database_.*name_)(name);
+  const std::string_view stored = Name(name);
+  if (stored.empty()) return;
   if (stored == written) return hits.Add({name, NameFit::Exact});
   const CanonicalName a(stored);
   const CanonicalName b(written);

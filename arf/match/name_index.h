@@ -1,7 +1,8 @@
 /**
  * Finds the names of one dictionary of a database (localities or streets) by what somebody wrote: exactly, by words
- * that are written in several ways, by missing or additional spaces, and with or without an article. Made once for each
- * open database; eight bytes an entry, at most twice as many entries as names.
+ * that are written in several ways, by missing or additional spaces, and with or without an article; and by names with
+ * typing errors. A view of tables that the builder put into the file, so making one costs nothing; without those tables
+ * names are found word for word only.
  */
 #ifndef QXPAF_ARF_MATCH_NAME_INDEX_H
 #define QXPAF_ARF_MATCH_NAME_INDEX_H
@@ -9,10 +10,13 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <string_view>
-#include <vector>
 
+#include "arf/format/layout.h"
 #include "arf/match/input_text.h"
+#include "arf/match/name_signature.h"
 
 namespace arf {
 
@@ -48,31 +52,39 @@ class NameHits
   std::size_t count_ = 0;
 };
 
-/** The two dictionaries differ in the members of Database only, hence pointers to members. */
+/** The two dictionaries differ in the members of Database and the sections only, hence pointers to members. */
 class Database;
-using NameCountMember = std::uint32_t (Database::*)() const;
-using NameMember = std::string_view (Database::*)(std::uint32_t) const;
+struct NameDictionary
+{
+  std::uint32_t (Database::*count)() const;
+  std::string_view (Database::*name)(std::uint32_t) const;
+  std::optional<std::uint32_t> (Database::*find)(std::string_view) const;
+  layout::SectionId hash;
+  layout::SectionId signatures;
+};
+extern const NameDictionary kLocalityDictionary;
+extern const NameDictionary kStreetDictionary;
 
 class NameIndex
 {
  public:
   /** @param database  must outlive the index */
-  NameIndex(const Database& database, NameCountMember count, NameMember name);
+  NameIndex(const Database& database, const NameDictionary& dictionary);
 
   NameHits Find(const InputText& input, WordRange words) const;
 
+  std::string_view Name(std::uint32_t name) const { return (database_.*dictionary_.name)(name); }
+  /** One for each name of the dictionary; empty when the file has none. */
+  std::span<const std::uint32_t> Signatures() const { return signatures_; }
+
  private:
-  struct Slot
-  {
-    std::uint32_t hash = 0;
-    std::uint32_t name = UINT32_MAX;  ///< UINT32_MAX: free
-  };
+  NameHits FindWithoutTable(const InputText& input, WordRange words) const;
   void AddIfSame(NameHits& hits, std::string_view written, std::uint32_t name) const;
-  void Insert(std::uint32_t hash, std::uint32_t name);
 
   const Database& database_;
-  NameMember name_;
-  std::vector<Slot> slots_;  ///< open addressing, linear probing; a power of two, at most half full
+  const NameDictionary& dictionary_;
+  std::span<const std::uint32_t> slots_;  ///< pairs of hash and name; open addressing, linear probing
+  std::span<const std::uint32_t> signatures_;
 };
 
 }  // namespace arf

@@ -1,10 +1,10 @@
 #include "arf/match/point_search.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "arf/match/canonical_words.h"
 #include "arf/match/occupancy_words.h"
-#include "arf/match/penalties.h"
 
 namespace arf {
 namespace {
@@ -12,17 +12,19 @@ namespace {
 constexpr std::string_view kDefaultUnit = "UNIT";
 constexpr std::string_view kLot = "LOT";
 
-/** How an address fits: not at all, as a unit of what was asked for, or with a penalty. */
+/** How an address fits: not at all, as a unit of what was asked for, as the building of the unit that was, or itself.
+ */
 struct Fit
 {
   enum class Kind
   {
     None,
     Unit,
+    Building,
     Match
   };
   Kind kind = Kind::None;
-  std::uint8_t penalty = 0;
+  Departures departures;
 };
 constexpr Fit kNoFit{};
 
@@ -44,28 +46,29 @@ class PremiseComparison
   {
   }
 
-  /** The penalty of an address's number and lot, or PointSet::kNone. */
-  std::uint8_t CompareNumber(const Point& point) const
+  /** How an address's number and lot depart from those written; nothing when they are others. */
+  std::optional<Departures> CompareNumber(const Point& point) const
   {
-    const bool startsAlike = point.numberFirst == premise_.numberFirst && point.numberPrefix.empty() &&
+    const bool startsAlike = point.numberFirst == premise_.numberFirst && point.numberPrefix == premise_.numberPrefix &&
                              point.numberFirstSuffix == premise_.numberFirstSuffix;
     const bool endsAlike =
         point.numberLast == premise_.numberLast && point.numberLastSuffix == premise_.numberLastSuffix;
     if (startsAlike && endsAlike) return CompareLot(point);
-    return lenient_ && IsInside(point) && premise_.lot.Empty() ? kInsideRangePenalty : PointSet::kNone;
+    if (lenient_ && IsInside(point) && premise_.lot.Empty()) return Departure::InsideRange;
+    return std::nullopt;
   }
 
-  Fit Compare(const Point& point, std::uint8_t numberPenalty) const
+  Fit Compare(const Point& point, const std::optional<Departures>& number) const
   {
-    if (numberPenalty == PointSet::kNone) return kNoFit;
+    if (!number) return kNoFit;
     Fit fit = CompareOccupancy(point);
     if (fit.kind == Fit::Kind::None) return fit;
-    fit.penalty = static_cast<std::uint8_t>(fit.penalty + numberPenalty);
-    if (buildingWords_.empty() && !point.building.empty()) fit.penalty += kUnwrittenBuildingPenalty;
+    fit.departures.Add(*number);
+    if (buildingWords_.empty() && !point.building.empty()) fit.departures.Add(Departure::UnwrittenBuilding);
     if (buildingWords_.empty() || HasBuilding(point)) return fit;
     const bool isOnlyEvidence = !premise_.HasNumber() && premise_.lot.Empty();
     if (isOnlyEvidence || premise_.buildingIsBinding) return kNoFit;
-    fit.penalty += kOtherBuildingPenalty;
+    fit.departures.Add(Departure::OtherBuilding);
     return fit;
   }
 
@@ -78,17 +81,20 @@ class PremiseComparison
   bool IsInside(const Point& point) const
   {
     return premise_.HasNumber() && premise_.numberLast == 0 && premise_.numberFirstSuffix.empty() &&
-           point.numberLast != 0 && point.numberFirst <= premise_.numberFirst &&
+           premise_.numberPrefix.empty() && point.numberLast != 0 && point.numberFirst <= premise_.numberFirst &&
            premise_.numberFirst <= point.numberLast;
   }
 
-  std::uint8_t CompareLot(const Point& point) const
+  std::optional<Departures> CompareLot(const Point& point) const
   {
     const std::string_view written = premise_.lot.View();
-    if (written.empty()) return point.lot.empty() ? 0 : premise_.HasNumber() ? kUnwrittenLotPenalty : PointSet::kNone;
-    if (SameIdentifier(written, point.lot)) return 0;
-    if (point.unitType == kLot && SameIdentifier(written, point.unitNumber)) return 0;
-    return lenient_ && premise_.HasNumber() && point.lot.empty() ? kUnknownLotPenalty : PointSet::kNone;
+    if (written.empty() && point.lot.empty()) return Departures();
+    if (written.empty() && premise_.HasNumber()) return Departure::UnwrittenLot;
+    if (written.empty()) return std::nullopt;
+    if (SameIdentifier(written, point.lot)) return Departures();
+    if (point.unitType == kLot && SameIdentifier(written, point.unitNumber)) return Departures();
+    if (lenient_ && premise_.HasNumber() && point.lot.empty()) return Departure::UnknownLot;
+    return std::nullopt;
   }
 
   Fit CompareOccupancy(const Point& point) const
@@ -96,11 +102,19 @@ class PremiseComparison
     const bool isLot = point.unitType == kLot && !premise_.lot.Empty();
     const bool isUnit = !isLot && !(point.unitNumber.empty() && point.unitType.empty());
     const bool isLevel = !point.levelNumber.empty() || !point.levelType.empty();
-    const Fit level = premise_.level.Written() ? CompareLevel(point, isLevel) : Fit{Fit::Kind::Match, 0};
+    const Fit level = premise_.level.Written() ? CompareLevel(point, isLevel) : Fit{Fit::Kind::Match, {}};
+    if (!isUnit && !isLevel && MayBeBuildingOnly()) return {Fit::Kind::Building, Departure::UnknownUnit};
     if (level.kind == Fit::Kind::None) return kNoFit;
-    if (premise_.unit.Written()) return isUnit ? CompareUnit(point, level.penalty) : kNoFit;
-    if (isUnit || (isLevel && !premise_.level.Written())) return {Fit::Kind::Unit, 0};
-    return {Fit::Kind::Match, level.penalty};
+    if (premise_.unit.Written()) return isUnit ? CompareUnit(point, level.departures) : kNoFit;
+    if (isUnit || (isLevel && !premise_.level.Written())) return {Fit::Kind::Unit, {}};
+    return {Fit::Kind::Match, level.departures};
+  }
+
+  /** Whether the building may be the answer for a unit or level that is not there. */
+  bool MayBeBuildingOnly() const
+  {
+    return lenient_ && premise_.HasNumber() && !premise_.lenientOnly &&
+           (premise_.unit.Written() || premise_.level.Written());
   }
 
   Fit CompareLevel(const Point& point, bool isLevel) const
@@ -108,26 +122,26 @@ class PremiseComparison
     const bool sameNumber = SameIdentifier(premise_.level.number.View(), point.levelNumber);
     const bool sameType = SameLevelType(premise_.level.type, point.levelType) ||
                           (point.levelType.empty() && !premise_.level.number.Empty());
-    if (isLevel) return sameNumber && sameType ? Fit{Fit::Kind::Match, 0} : kNoFit;
-    return lenient_ && premise_.unit.Written() ? Fit{Fit::Kind::Match, kUnknownLevelPenalty} : kNoFit;
+    if (isLevel) return sameNumber && sameType ? Fit{Fit::Kind::Match, {}} : kNoFit;
+    return lenient_ && premise_.unit.Written() ? Fit{Fit::Kind::Match, Departure::UnknownLevel} : kNoFit;
   }
 
-  Fit CompareUnit(const Point& point, std::uint8_t penalty) const
+  Fit CompareUnit(const Point& point, const Departures& departures) const
   {
     if (!SameIdentifier(premise_.unit.number.View(), point.unitNumber)) return kNoFit;
-    Fit fit{Fit::Kind::Match, penalty};
+    Fit fit{Fit::Kind::Match, departures};
     const std::string_view written = premise_.unit.type;
     if (written.empty()) {
       if (!Interchangeable(kDefaultUnit, point.unitType))
-        fit.penalty += kUnusualUnitPenalty;
+        fit.departures.Add(Departure::UnusualUnit);
       else if (lenient_ && point.unitType != kDefaultUnit)
-        fit.penalty += kPreferredUnitPenalty;
+        fit.departures.Add(Departure::PreferredUnit);
     } else if (written != point.unitType) {
       if (premise_.unit.number.Empty() || !Interchangeable(written, point.unitType)) return kNoFit;
-      fit.penalty += kOtherUnitTypePenalty;
+      fit.departures.Add(Departure::OtherUnitType);
     }
     const bool levelUnwritten = !premise_.level.Written() && !(point.levelNumber.empty() && point.levelType.empty());
-    if (levelUnwritten) fit.penalty += kUnwrittenLevelPenalty;
+    if (levelUnwritten) fit.departures.Add(Departure::UnwrittenLevel);
     return fit;
   }
 
@@ -137,39 +151,52 @@ class PremiseComparison
   CanonicalName building_;
 };
 
-void Collect(PointCursor cursor, const PremiseComparison& comparison, PointSearch& search)
+/** What one search collects, besides what it answers. */
+struct Collection
+{
+  PointSearch search;
+  PointSet buildings;  ///< of a unit that is not there
+  PointSet inside;     ///< found or units, their ranges hold the number
+  PointSet insideUnits;
+
+  void Take(const Point& point, const Fit& fit)
+  {
+    const bool isInside = fit.departures.Has(Departure::InsideRange);
+    if (fit.kind == Fit::Kind::Match) (isInside ? inside : search.found).Add(point.ordinal, fit.departures);
+    if (fit.kind == Fit::Kind::Unit) (isInside ? insideUnits : search.units).Add(point.ordinal, fit.departures);
+    if (fit.kind == Fit::Kind::Building && !isInside) buildings.Add(point.ordinal, fit.departures);
+  }
+};
+
+void Collect(PointCursor cursor, const PremiseComparison& comparison, Collection& collection)
 {
   for (Point point; cursor.Next(point);) {
-    ++search.visited;
-    const std::uint8_t number = comparison.CompareNumber(point);
-    search.numberExists = search.numberExists || number < kInsideRangePenalty;
-    const Fit fit = comparison.Compare(point, number);
-    if (fit.kind == Fit::Kind::Match) search.found.Add(point.ordinal, fit.penalty);
-    if (fit.kind == Fit::Kind::Unit) search.units.Add(point.ordinal, fit.penalty);
+    ++collection.search.visited;
+    const std::optional<Departures> number = comparison.CompareNumber(point);
+    if (number && !number->Has(Departure::InsideRange)) collection.search.numberExists = true;
+    collection.Take(point, comparison.Compare(point, number));
   }
 }
 
 /** Without a number, a lot or a building's name can still say which address is meant. */
 void CollectByLotOrBuilding(PointCursor cursor, const PremiseComparison& comparison, const Premise& premise,
-                            PointSearch& search)
+                            Collection& collection)
 {
   for (Point point; cursor.Next(point);) {
-    ++search.visited;
+    ++collection.search.visited;
     const bool sameLot = !premise.lot.Empty() && SameIdentifier(premise.lot.View(), point.lot);
     if (!sameLot && !(premise.lot.Empty() && comparison.HasBuilding(point))) continue;
-    const Fit fit = comparison.Compare(point, 0);
-    if (fit.kind == Fit::Kind::Match) search.found.Add(point.ordinal, fit.penalty);
-    if (fit.kind == Fit::Kind::Unit) search.units.Add(point.ordinal, fit.penalty);
+    collection.Take(point, comparison.Compare(point, Departures()));
   }
 }
 
 }  // namespace
 
-void PointSet::Add(std::uint32_t ordinal, std::uint8_t withPenalty)
+void PointSet::Add(std::uint32_t ordinal, const Departures& withDepartures)
 {
-  if (withPenalty > penalty) return;
-  if (withPenalty < penalty) {
-    penalty = withPenalty;
+  if (withDepartures.Sum() > Sum()) return;
+  if (withDepartures.Sum() < Sum()) {
+    departures = withDepartures;
     count = 0;
   }
   const auto keptEnd = ordinals.begin() + std::min<std::ptrdiff_t>(count, kKept);
@@ -178,36 +205,32 @@ void PointSet::Add(std::uint32_t ordinal, std::uint8_t withPenalty)
   ++count;
 }
 
-void PointSet::Add(const PointSet& other, std::uint8_t morePenalty)
+void PointSet::Add(const PointSet& other, const Departures& more)
 {
-  const auto sum =
-      static_cast<std::uint8_t>(std::min<unsigned>(PointSet::kNone - 1U, other.penalty + 0U + morePenalty));
+  const Departures sum = other.departures + more;
   const std::size_t kept = std::min<std::size_t>(other.count, kKept);
   for (std::size_t i = 0; i < kept; ++i) Add(other.ordinals[i], sum);
   // What was not kept cannot be compared; it only makes the answer "several", which it is already.
-  if (other.count > kept && sum == penalty) count = std::max(count, other.count);
-}
-
-void PointSet::DropFrom(std::uint8_t limit)
-{
-  if (penalty >= limit) *this = {};
+  if (other.count > kept && sum.Sum() == Sum()) count = std::max(count, other.count);
 }
 
 PointSearch SearchPoints(const Database& database, const InputText& input, const Street& street, const Premise& premise,
                          Rules rules)
 {
-  PointSearch search;
+  Collection collection;
+  PointSearch& search = collection.search;
   const PremiseComparison comparison(input, premise, rules);
-  Collect(database.PointsNumbered(street, premise.numberFirst), comparison, search);
+  Collect(database.PointsNumbered(street, premise.numberFirst), comparison, collection);
+  if (!search.numberExists) {  // otherwise a range that holds the number too is another address
+    search.found.Add(collection.inside, {});
+    search.units.Add(collection.insideUnits, {});
+  }
   const bool hasOtherEvidence = !premise.lot.Empty() || !premise.building.Empty();
   if (!premise.HasNumber() && search.found.Empty() && search.units.Empty() && hasOtherEvidence)
-    CollectByLotOrBuilding(database.Points(street), comparison, premise, search);
-  if (search.numberExists) {  // a range that holds the number too is then another address
-    search.found.DropFrom(kInsideRangePenalty);
-    search.units.DropFrom(kInsideRangePenalty);
-  }
+    CollectByLotOrBuilding(database.Points(street), comparison, premise, collection);
   if (search.found.Empty() && search.units.count == 1 && rules == Rules::Lenient)
-    search.found.Add(search.units, kSingleUnitPenalty);
+    search.found.Add(search.units, Departure::SingleUnit);
+  if (search.found.Empty() && search.units.Empty()) search.found.Add(collection.buildings, {});
   return search;
 }
 

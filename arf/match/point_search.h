@@ -6,6 +6,7 @@
 #define QXPAF_ARF_MATCH_POINT_SEARCH_H
 
 #include <array>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 
@@ -20,22 +21,21 @@ enum class Rules
   Lenient
 };
 
-/** The best addresses found so far, all with the same penalty; the number is right, the first ones are kept. */
+/** The best addresses found so far, all with the same penalty; the count is right, the first ones are kept. */
 struct PointSet
 {
   static constexpr std::size_t kKept = 4;
-  static constexpr std::uint8_t kNone = UINT8_MAX;
 
-  std::uint8_t penalty = kNone;
+  Departures departures;  ///< of the first address
   std::uint32_t count = 0;
   std::array<std::uint32_t, kKept> ordinals{};
 
   bool Empty() const { return count == 0; }
   /** Keeps an address if its penalty is the least so far; one that is there already is not counted again. */
-  void Add(std::uint32_t ordinal, std::uint8_t withPenalty);
-  void Add(const PointSet& other, std::uint8_t morePenalty);
-  /** Empties the set when its penalty is at least `limit`. */
-  void DropFrom(std::uint8_t limit);
+  void Add(std::uint32_t ordinal, const Departures& withDepartures);
+  void Add(const PointSet& other, const Departures& more);
+  /** The penalty; more than any address has for an empty set. */
+  unsigned Sum() const { return Empty() ? UINT_MAX : departures.Sum(); }
 };
 
 struct PointSearch

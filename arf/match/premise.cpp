@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "arf/match/occupancy_words.h"
-#include "arf/match/penalties.h"
 
 namespace arf {
 namespace {
@@ -68,6 +67,7 @@ class PremiseParser
     ReadRange(end);
     ReadDetachedSuffix(end);
     ReadSingleNumber(end);
+    ReadPrefixedNumber(end);
     ReadLotOnly(end);
     if (!foundNumber_) ReadElements(Premise{}, end);
   }
@@ -103,7 +103,7 @@ class PremiseParser
     Premise premise;
     SetNumber(premise, last);
     premise.lenientOnly = true;
-    premise.penalty = kDashPairPenalty;
+    premise.departures.Add(Departure::DashPair);
     if (!premise.unit.number.Append(Before(end - 1).text) || !Before(end - 1).hasDigit) return;
     ReadBehindDesignator(premise, end - 2);
   }
@@ -120,7 +120,7 @@ class PremiseParser
     Premise premise;
     SetNumber(premise, number);
     premise.numberFirstSuffix = Before(end).text;
-    premise.penalty = kDetachedSuffixPenalty;
+    premise.departures.Add(Departure::DetachedSuffix);
     ReadLeftOfNumber(premise, end - 2);
   }
 
@@ -132,6 +132,22 @@ class PremiseParser
     Premise premise;
     SetNumber(premise, number);
     ReadLeftOfNumber(premise, end - 1);
+  }
+
+  /** "G12": some towns number so. */
+  void ReadPrefixedNumber(std::size_t end)
+  {
+    if (!Has(end) || Joined(end - 1, Joint::Dash) || FollowsLot(end) || Designator(end - 1).count > 0) return;
+    const std::string_view word = Before(end).text;
+    const auto letters =
+        static_cast<std::size_t>(std::find_if_not(word.begin(), word.end(), IsUpperLetter) - word.begin());
+    HouseNumber number;
+    if (letters == 0 || letters > kMaxSuffixLetters || !arf::ReadHouseNumber(word.substr(letters), number)) return;
+    Premise premise;
+    premise.numberFirst = number.number;
+    premise.numberFirstSuffix = number.suffix;
+    premise.numberPrefix = word.substr(0, letters);
+    ReadElements(premise, end - 1);
   }
 
   /**
@@ -209,7 +225,7 @@ class PremiseParser
     }
     if (words.count > 0 && !inName) return;
     Premise premise = identified;
-    if (inName) premise.penalty = static_cast<std::uint8_t>(premise.penalty + kTypeInNamePenalty);
+    if (inName) premise.departures.Add(Departure::TypeInName);
     ReadElements(premise, position);
   }
 
@@ -239,7 +255,7 @@ class PremiseParser
     if (FollowsLot(position) || Designator(position - 1).count > 0) return;
     if (!premise.unit.number.Append(Before(position).text)) return;
     premise.lenientOnly = true;
-    premise.penalty = static_cast<std::uint8_t>(premise.penalty + kBarePairPenalty);
+    premise.departures.Add(Departure::BarePair);
     ReadElements(premise, position - 1);
   }
 

@@ -13,6 +13,7 @@
 
 #include "arf/match/fixed_text.h"
 #include "arf/match/input_text.h"
+#include "arf/match/penalties.h"
 
 namespace arf {
 
@@ -30,6 +31,7 @@ struct Premise
 {
   std::uint32_t numberFirst = 0;  ///< 0: none written
   std::uint32_t numberLast = 0;   ///< 0: no range
+  std::string_view numberPrefix;  ///< "G" of "G12"
   std::string_view numberFirstSuffix;
   std::string_view numberLastSuffix;
   Occupancy unit;
@@ -38,7 +40,7 @@ struct Premise
   WordRange building;              ///< words that belong to nothing else
   bool buildingIsBinding = false;  ///< those words hold numbers, so that they must not be passed over
   bool lenientOnly = false;        ///< a reading that strict rules do not take
-  std::uint8_t penalty = 0;
+  Departures departures;
 
   bool HasNumber() const { return numberFirst != 0; }
 };

@@ -240,8 +240,6 @@ std::vector<const ExportedFunction*> Callable(bool (*isWanted)(const ExportedFun
     if (function.run == nullptr || function.name == std::string("pafClosePafId")) continue;
     // What reads the polygon's second text as numbers cannot be given an address; hidden failures have no words.
     if (function.operation == kFakeBeginPolygonSearch || function.name == std::string("pafFormatAddressS")) continue;
-    // Its numbers are addresses of texts to a plug-in that offers it.
-    if (function.operation == kFakeBeginGifConcordance) continue;
     if (isWanted(function)) functions.push_back(&function);
   }
   return functions;

@@ -24,7 +24,7 @@ inline std::string TestDataFile(const std::string& name)
 inline std::string BuildDatabaseFrom(const test_support::TempDir& dir, const std::string& csv, bool skipBadRows = false)
 {
   arf::BuildOptions options;
-  options.csvPath = csv;
+  options.inputs = {csv};
   options.outputDirectory = dir.Path("db");
   options.info = {{"version", "test data 1"}};
   options.skipBadRows = skipBadRows;

@@ -72,4 +72,24 @@ TEST(LookupCases, ChangesAreReported)
   }
 }
 
+/** Where nothing was found, the words are still told apart. */
+TEST(LookupReading, OfWhatIsNotInTheData)
+{
+  const auto matcher = std::make_unique<Matcher>(arf_test::SmallEngine());
+  for (const Rules rules : {Rules::Strict, Rules::Lenient}) {
+    for (const char* place : {"Welcome Creek, Qld 4670", "Sydney NSW 2000"}) {
+      const std::string text = std::string("3/366-370 Old Tolls Road West, ") + place;
+      ASSERT_NE(matcher->Lookup(text, rules).verdict, Verdict::Found);
+      const arf::Reading& reading = matcher->LastReading();
+      EXPECT_EQ(matcher->Input().Text(reading.streetName), "OLD TOLLS");
+      EXPECT_EQ(reading.streetType, "ROAD");
+      EXPECT_EQ(reading.streetSuffix, "WEST");
+      EXPECT_EQ(reading.premise.numberFirst, 366U);
+      EXPECT_EQ(reading.premise.numberLast, 370U);
+      EXPECT_EQ(reading.premise.unit.number.View(), "3");
+      EXPECT_FALSE(reading.locality.Empty());
+    }
+  }
+}
+
 }  // namespace

@@ -121,7 +121,8 @@ class RealData : public testing::Test
   std::string PidOf(const arf::LookupAnswer& answer) const
   {
     const arf::Database& data = engine_->Data();
-    return std::string(data.AttributeOf(answer.ordinal, data.FindAttribute("source_identifier").value()));
+    arf::AttributeText text;
+    return std::string(data.AttributeOf(answer.ordinal, data.FindAttribute("source_identifier").value(), text));
   }
 
   test_support::TempDir dir_;
@@ -159,8 +160,10 @@ TEST_F(RealData, WrittenQueries)
     for (const auto& [kind, score] : scores) {
       std::printf("%s %-22s %zu of %zu right, %zu wrong\n", rules == arf::Rules::Strict ? "strict " : "lenient",
                   kind.c_str(), score.right, score.asked, score.wrong);
-      if (covered.count(kind) > 0) {
-        EXPECT_GE(score.right * 100, score.asked * 97) << kind;
+      const bool isAnswered = rules == arf::Rules::Lenient || covered.count(kind) > 0;
+      const std::size_t least = covered.count(kind) > 0 ? 97 : 92;
+      if (isAnswered) {
+        EXPECT_GE(score.right * 100, score.asked * least) << kind;
       }
     }
     EXPECT_LE(all.wrong * 1000, all.right + all.wrong);

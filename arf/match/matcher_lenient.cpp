@@ -1,0 +1,331 @@
+// The part of the matcher that goes beyond what was written: names like those written, localities beside the one
+// written, other postcodes, other street types. The number decides whether such a guess is right.
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "arf/match/matcher.h"
+
+namespace arf {
+namespace {
+
+constexpr std::size_t kLongestLikeName = 5;  // words
+constexpr std::size_t kShortestPart = 4;     // letters of a name that stands for a longer one
+constexpr std::uint32_t kMostContaining = 16;
+
+/** Whether two postcodes differ in one digit, or in two that are swapped. */
+bool DifferLittle(std::string_view a, std::string_view b)
+{
+  if (a.size() != b.size()) return false;
+  std::size_t different = 0;
+  std::size_t last = 0;
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    if (a[i] == b[i]) continue;
+    ++different;
+    last = i;
+  }
+  if (different == 2) return last > 0 && a[last] == b[last - 1] && a[last - 1] == b[last];
+  return different <= 1;
+}
+
+Departures PostcodeDepartures(const WrittenPlace& written, const Locality& locality)
+{
+  if (written.PostcodeFits(locality)) return {};
+  return DifferLittle(written.postcode.View(), locality.postcode) ? Departure::PostcodeDigit
+                                                                  : Departure::PostcodeDiffers;
+}
+
+/** Whether one name is the other with whole words more in front or behind. */
+bool ContainsWords(std::string_view longer, std::string_view shorter)
+{
+  if (shorter.size() < kShortestPart || longer.size() <= shorter.size() + 1) return false;
+  return (longer.substr(0, shorter.size()) == shorter && longer[shorter.size()] == ' ') ||
+         (longer.substr(longer.size() - shorter.size()) == shorter &&
+          longer[longer.size() - shorter.size() - 1] == ' ');
+}
+
+/** What the likenesses of a name cost, in the order of the enumeration behind None. */
+using LikenessCosts = std::array<Departure, 4>;
+constexpr LikenessCosts kLocalityLikeness = {Departure::LocalityTypo, Departure::LocalityTypoShort,
+                                             Departure::LocalityTwoTypos, Departure::LocalitySound};
+constexpr LikenessCosts kStreetLikeness = {Departure::StreetTypo, Departure::StreetTypoShort, Departure::StreetTwoTypos,
+                                           Departure::StreetSound};
+
+std::optional<Departure> DepartureOf(Likeness likeness, const LikenessCosts& costs)
+{
+  if (likeness == Likeness::None) return std::nullopt;
+  return costs[static_cast<std::size_t>(likeness) - 1];
+}
+
+}  // namespace
+
+void Matcher::SearchLeniently()
+{
+  // A number that is there, or nothing but ways of writing, needs no guess.
+  if (decision_.IsAsWritten() || sawNumber_ || Exhausted() || input_.Count() == 0) return;
+  stage_ = Stage::Alike;
+  const Tails tails(input_);
+  const Tail& tail = *tails.begin();
+  const std::size_t end = tail.localityEnd;
+  for (std::size_t start = end > kLongestLikeName ? end - kLongestLikeName : 0; start < end; ++start)
+    ReadLocalityLeniently(tail, start);
+  if (!sawLocality_) TryWithoutLocality(tail);
+  stage_ = Stage::AsWritten;
+}
+
+/** Takes the words from `start` to the end of the locality as a name, with state and postcode behind or before it. */
+void Matcher::ReadLocalityLeniently(const Tail& tail, std::size_t start)
+{
+  Place place;
+  place.reading.locality = {start, tail.localityEnd};
+  place.body = {0, start};
+  if (input_.HasDigit(place.reading.locality) || input_.HasInnerBreak(place.reading.locality)) return;
+  TryNames(tail.place, place);
+  const PlaceWords before = ReadPlaceBefore(input_, 0, start, tail.place);
+  if (before.count == 0 || before.isCountry) return;
+  WrittenPlace written = tail.place;
+  written.Merge(before.place);
+  const PlaceWords further = ReadPlaceBefore(input_, 0, start - before.count, written);
+  place.body.last = start - before.count;
+  if (further.count > 0 && !further.isCountry) {
+    written.Merge(further.place);
+    place.body.last -= further.count;
+  }
+  place.departures = Departure::PlaceOrder;
+  TryNames(written, place);
+}
+
+void Matcher::TryNames(const WrittenPlace& written, Place& place)
+{
+  if (place.body.Empty()) return;
+  place.reading.place = written;
+  for (const NameHit& hit : engine_.LocalityNames().Find(input_, place.reading.locality))
+    TryKnownName(written, place, hit);
+  if (sawStreet_) return;  // nothing is wrong with the names
+  TryLikeNames(written, place);
+  TryNamesThatContain(written, place);
+}
+
+void Matcher::TryKnownName(const WrittenPlace& written, Place& place, const NameHit& hit)
+{
+  const Departures before = place.departures;
+  const std::span<const std::uint32_t> named = data_.LocalitiesNamed(hit.name);
+  if (!sawStreet_) TryLocalities(written, place, named, before + LocalityDepartures(hit.fit));
+  place.count = 0;
+  for (const std::uint32_t locality : named)
+    if (written.StateFits(data_.LocalityAt(locality)) && place.count < kMaxPlaces)
+      place.localities[place.count++] = locality;
+  place.departures = before + LocalityDepartures(hit.fit);
+  if (place.count > 0) TrySurroundings(written, place);
+  place.departures = before;
+}
+
+/** Searches those of some localities whose state is not another than written; a postcode may be, at its price. */
+void Matcher::TryLocalities(const WrittenPlace& written, Place& place, std::span<const std::uint32_t> localities,
+                            const Departures& departures)
+{
+  for (const std::uint32_t index : localities) {
+    const Locality locality = data_.LocalityAt(index);
+    if (!written.StateFits(locality)) continue;
+    Place one = place;
+    one.count = 1;
+    one.localities[0] = index;
+    one.departures = departures + PostcodeDepartures(written, locality);
+    SearchStreets(one);
+  }
+}
+
+/** Localities with a name like the one written: those of the postcode, or all where none was written or none fits. */
+void Matcher::TryLikeNames(const WrittenPlace& written, Place& place)
+{
+  const WrittenName name(input_.Text(place.reading.locality));
+  if (!name.IsComparable()) return;
+  const std::span<const std::uint32_t> signatures = engine_.LocalityNames().Signatures();
+  if (!written.postcode.Empty()) {
+    for (const std::uint32_t locality : data_.LocalitiesOfPostcode(written.postcode.View())) {
+      const std::uint32_t stored = data_.LocalityAt(locality).nameIndex;
+      if (stored >= signatures.size() || name.MayBe(signatures[stored])) TryLikeName(written, place, name, stored);
+    }
+    if (decision_.HasCandidates()) return;
+  }
+  if (sawLocality_) return;  // the name written is one already
+  compared_ += static_cast<std::uint32_t>(signatures.size());
+  if (compared_ > kMaxCompared) return;
+  for (std::uint32_t stored = 0; stored < signatures.size(); ++stored)
+    if (name.MayBe(signatures[stored])) TryLikeName(written, place, name, stored);
+}
+
+void Matcher::TryLikeName(const WrittenPlace& written, Place& place, const WrittenName& name, std::uint32_t stored)
+{
+  const Likeness likeness = name.Compare(data_.LocalityName(stored));
+  if (sawLocality_ && likeness != Likeness::OneTypo && likeness != Likeness::OneTypoShort) return;
+  if (const std::optional<Departure> departure = DepartureOf(likeness, kLocalityLikeness))
+    TryLocalities(written, place, data_.LocalitiesNamed(stored), place.departures + *departure);
+}
+
+/** "Darwin" for "DARWIN CITY", in the postcode written or where names begin so. */
+void Matcher::TryNamesThatContain(const WrittenPlace& written, Place& place)
+{
+  if (sawLocality_) return;
+  const std::string_view text = input_.Text(place.reading.locality);
+  const Departures departures = place.departures + Departure::LocalityPart;
+  if (!written.postcode.Empty()) {
+    for (const std::uint32_t locality : data_.LocalitiesOfPostcode(written.postcode.View())) {
+      const std::string_view stored = data_.LocalityName(data_.LocalityAt(locality).nameIndex);
+      if (ContainsWords(stored, text)) TryLocalities(written, place, {&locality, 1}, departures);
+    }
+    return;
+  }
+  std::uint32_t first = 0;
+  for (std::uint32_t count = data_.LocalityNameCount(); count > 0;) {
+    const std::uint32_t half = count / 2;
+    const bool isBefore = data_.LocalityName(first + half) < text;
+    if (isBefore) first += half + 1;
+    count = isBefore ? count - half - 1 : half;
+  }
+  for (std::uint32_t name = first; name < first + kMostContaining; ++name) {
+    if (data_.LocalityName(name).substr(0, text.size()) != text) return;
+    if (ContainsWords(data_.LocalityName(name), text))
+      TryLocalities(written, place, data_.LocalitiesNamed(name), departures);
+  }
+}
+
+/** The localities around those written: people take the name next to theirs. */
+void Matcher::TrySurroundings(const WrittenPlace& written, const Place& place)
+{
+  Place around = place;
+  around.count = 0;
+  around.departures.Add(Departure::Neighbour);
+  const auto add = [&](std::uint32_t locality) {
+    const auto known = place.Localities();
+    const auto added = around.Localities();
+    const bool isNew = std::find(known.begin(), known.end(), locality) == known.end() &&
+                       std::find(added.begin(), added.end(), locality) == added.end();
+    if (isNew && around.count < kMaxSurroundings && written.StateFits(data_.LocalityAt(locality)))
+      around.localities[around.count++] = locality;
+  };
+  for (const std::uint32_t locality : place.Localities()) {
+    // A postcode that is not that of the locality says where the address is.
+    if (!written.PostcodeFits(data_.LocalityAt(locality))) continue;
+    for (const std::uint32_t other : data_.NeighboursOf(locality)) add(other);
+    if (written.postcode.Empty())
+      for (const std::uint32_t other : data_.LocalitiesOfPostcode(data_.LocalityAt(locality).postcode)) add(other);
+  }
+  for (const std::uint32_t other : data_.LocalitiesOfPostcode(written.postcode.View())) add(other);
+  if (around.count > 0) SearchStreets(around);
+}
+
+/** "12 Smith St 2000": the postcode's localities together have just one such address. */
+void Matcher::TryWithoutLocality(const Tail& tail)
+{
+  if (tail.place.postcode.Empty()) return;
+  Place place;
+  place.body = {0, tail.localityEnd};
+  place.departures = Departure::LocalityMissing;
+  place.reading.place = tail.place;
+  for (const std::uint32_t locality : data_.LocalitiesOfPostcode(tail.place.postcode.View()))
+    if (place.count < kMaxSurroundings && tail.place.StateFits(data_.LocalityAt(locality)))
+      place.localities[place.count++] = locality;
+  if (place.count > 0) SearchStreets(place);
+}
+
+/** Streets whose names are like the words from `start` on. */
+void Matcher::SearchLikeNames(const Place& place, const StreetEnding& ending, std::size_t start)
+{
+  const WordRange words{start, ending.nameEnd};
+  const bool isGuessed = place.departures.Has(Departure::Neighbour) || place.departures.Has(Departure::LocalityMissing);
+  if (isGuessed || sawStreet_ || words.last - words.first > kLongestLikeName || input_.HasInnerBreak(words)) return;
+  const WrittenName written(input_.Text(words));
+  if (!written.IsComparable()) return;
+  Reading reading = place.reading;
+  reading.streetName = words;
+  reading.streetType = ending.type;
+  reading.streetSuffix = ending.suffix;
+  std::optional<Premises> premises;
+  for (const std::uint32_t locality : place.Localities())
+    SearchLikeNamesIn(place, ending, reading, written, locality, premises);
+}
+
+void Matcher::SearchLikeNamesIn(const Place& place, const StreetEnding& ending, Reading& reading,
+                                const WrittenName& written, std::uint32_t locality, std::optional<Premises>& premises)
+{
+  const std::span<const std::uint32_t> signatures = engine_.StreetNames().Signatures();
+  const IndexRange streets = data_.LocalityAt(locality).streets;
+  compared_ += streets.count;
+  if (compared_ > kMaxCompared) return;
+  std::uint32_t compared = kNoIndex;
+  std::optional<Departure> departure;
+  for (std::uint32_t i = streets.first; i < streets.first + streets.count; ++i) {
+    const std::uint32_t name = data_.StreetNameIndex(i);
+    if (name == kNoIndex || (name < signatures.size() && !written.MayBe(signatures[name]))) continue;
+    if (name != compared) departure = DepartureOf(written.Compare(data_.StreetName(name)), kStreetLikeness);
+    compared = name;
+    if (!departure) continue;
+    const Street street = data_.StreetAt(i);
+    const std::optional<Departures> type =
+        CompareType(ending, street, data_.StreetsOf(data_.LocalityAt(locality), name));
+    const bool isTypo = departure == Departure::StreetTypo || departure == Departure::StreetTypoShort;
+    if (!type || type->Has(Departure::StreetTypeDiffers) || (!isTypo && type->HasChange())) continue;
+    if (!premises) premises.emplace(input_, WordRange{place.body.first, reading.streetName.first});
+    SearchStreet(reading, *premises, i, place.departures + *departure + *type);
+  }
+}
+
+/** How a street's type and suffix depart from those written; nothing when the street cannot be meant. */
+std::optional<Departures> Matcher::CompareType(const StreetEnding& ending, const Street& street,
+                                               IndexRange sameName) const
+{
+  Departures departures;
+  if (ending.isGuess) {
+    const Likeness likeness = WrittenName(ending.type).Compare(street.type);
+    if (likeness != Likeness::OneTypo && likeness != Likeness::OneTypoShort) return std::nullopt;
+    departures.Add(Departure::StreetTypeTypo);
+  } else if (street.type != ending.type) {
+    departures.Add(ending.type.empty() ? Departure::StreetTypeMissing : Departure::StreetTypeDiffers);
+  }
+  if (street.suffix == ending.suffix) return departures;
+  if (!street.suffix.empty() && !ending.suffix.empty()) return std::nullopt;
+  if (street.suffix.empty() && HasSuffixed(street, sameName)) return std::nullopt;
+  departures.Add(ending.suffix.empty() ? Departure::SuffixMissing : Departure::SuffixAdded);
+  return departures;
+}
+
+/** Whether the street has a namesake with a suffix, so that a suffix tells the two apart. */
+bool Matcher::HasSuffixed(const Street& street, IndexRange sameName) const
+{
+  for (std::uint32_t i = sameName.first; i < sameName.first + sameName.count; ++i) {
+    const Street other = data_.StreetAt(i);
+    if (other.type == street.type && !other.suffix.empty()) return true;
+  }
+  return false;
+}
+
+bool Matcher::IsConvincing(const Departures& departures) const
+{
+  if (departures.Sum() >= kPenaltyLimit) return false;
+  if (departures.Has(Departure::Neighbour) && !departures.ChangesOnly(Departure::Neighbour)) return false;
+  // "12AKing" may have been 12A King: letters at the place where words were taken apart must be right.
+  const bool isMistyped = departures.Has(Departure::StreetTypo) || departures.Has(Departure::StreetTypoShort) ||
+                          departures.Has(Departure::StreetTwoTypos) || departures.Has(Departure::StreetSound);
+  if (isMistyped && departures.Has(Departure::RunTogether)) return false;
+  return departures.Sum() < kConvincing || !departures.Has(Departure::LocalityMissing);
+}
+
+/** Once more without what is no part of an address, and with words taken apart that were run together. */
+void Matcher::SearchRepaired(std::string_view text)
+{
+  const std::string_view repaired = Repair(text, input_, repairBuffer_, repaired_);
+  if (repaired.empty()) return;
+  const bool sawLocality = sawLocality_;
+  sawLocality_ = sawStreet_ = sawNumber_ = false;
+  if (input_.Read(repaired) == InputFault::None) {
+    quiet_ = true;
+    ForEachPlace(&Matcher::SearchStreets);
+    SearchLeniently();
+  }
+  if (decision_.HasCandidates()) return;
+  sawLocality_ = sawLocality;
+  input_.Read(text);  // what was noted of it are views
+}
+
+}  // namespace arf

@@ -1,0 +1,233 @@
+#include "arf/match/repair.h"
+
+#include <algorithm>
+#include <array>
+
+#include "arf/match/last_line.h"
+#include "arf/tables/states.h"
+#include "arf/tables/street_types.h"
+
+namespace arf {
+namespace {
+
+constexpr std::size_t kPostcodeDigits = 4;
+constexpr std::size_t kLongestHouseNumber = 6;  // digits
+constexpr std::size_t kShortestStuckName = 3;   // letters behind or before digits
+constexpr std::size_t kShortestStuckType = 4;   // letters of a type stuck to a name; the common short forms are below
+
+constexpr std::string_view kCommonTypes[] = {"ST", "RD", "AVE", "CRT", "CRES", "TCE", "PDE", "HWY", "BVD"};
+constexpr std::string_view kPhoneWords[] = {"PH",  "PHONE", "TEL", "TELEPHONE", "MOB", "MOBILE", "FAX",
+                                            "ABN", "ACN",   "REF", "ORDER",     "M",   "T",      "P"};
+
+template <std::size_t Count>
+bool IsOneOf(const std::string_view (&list)[Count], std::string_view word)
+{
+  return std::find(std::begin(list), std::end(list), word) != std::end(list);
+}
+
+bool IsGap(char c)
+{
+  return c == ' ' || c == ',' || c == ';' || c == '(' || c == ')' || c == '<' || c == '>' || (c >= '\t' && c <= '\r');
+}
+
+bool IsLink(std::string_view token)
+{
+  return token.find('@') != std::string_view::npos || token.find("://") != std::string_view::npos ||
+         token.substr(0, 4) == "www.";
+}
+
+/** Copies a text without its e-mail and web addresses; false when it has none. */
+bool RemoveLinks(std::string_view text, FixedText<kMaxInputBytes>& out)
+{
+  bool found = false;
+  out.Clear();
+  while (!text.empty()) {
+    const auto gap = std::find_if(text.begin(), text.end(), IsGap);
+    const std::string_view token = text.substr(0, static_cast<std::size_t>(gap - text.begin()));
+    text.remove_prefix(token.size());
+    if (IsLink(token))
+      found = true;
+    else
+      out.Append(token);
+    if (text.empty()) break;
+    out.Append(text.substr(0, 1));
+    text.remove_prefix(1);
+  }
+  return found;
+}
+
+/** A word in which letters and digits are stuck together. */
+struct StuckWord
+{
+  std::string_view first;
+  std::string_view second;
+  bool IsOne() const { return !first.empty(); }
+};
+
+/** "12SMITH", "RICHMOND3121"; ordinals and numbers with a letter or two are as they should be. */
+StuckWord TakeDigitsApart(std::string_view word)
+{
+  const auto at = static_cast<std::size_t>(std::find_if_not(word.begin(), word.end(), IsDigit) - word.begin());
+  const std::string_view behind = word.substr(at);
+  if (at > 0) {
+    const bool isName = behind.size() >= kShortestStuckName && std::none_of(behind.begin(), behind.end(), IsDigit);
+    return isName ? StuckWord{word.substr(0, at), behind} : StuckWord{};
+  }
+  const auto digits = static_cast<std::size_t>(std::find_if(word.begin(), word.end(), IsDigit) - word.begin());
+  const std::string_view number = word.substr(digits);
+  const bool isPostcode = number.size() == kPostcodeDigits && std::all_of(number.begin(), number.end(), IsDigit);
+  return digits >= kShortestStuckName && isPostcode ? StuckWord{word.substr(0, digits), number} : StuckWord{};
+}
+
+/** "SMITHSTREET", "SMITHST" */
+StuckWord TakeTypeApart(std::string_view word)
+{
+  for (std::size_t name = kShortestStuckName; name < word.size(); ++name) {
+    const std::string_view type = word.substr(name);
+    const bool isType =
+        type.size() >= kShortestStuckType ? ExpandStreetType(type) == type : IsOneOf(kCommonTypes, type);
+    if (isType) return {word.substr(0, name), type};
+  }
+  return {};
+}
+
+/** Copies words from one text to the other, with what they are to lose or to gain. */
+class WordRepair
+{
+ public:
+  WordRepair(const InputText& words, FixedText<kMaxInputBytes>& out) : words_(words), out_(out) { out_.Clear(); }
+
+  void Run()
+  {
+    const std::size_t end = AddressEnd();
+    isNoise_ = end < words_.Count();
+    for (std::size_t i = 0; i < end;) {
+      const std::size_t noise = NoiseAt(i, end);
+      if (noise > 0) {
+        isNoise_ = true;
+        afterNoise_ = true;
+        i += noise;
+        continue;
+      }
+      nextIsType_ = i + 1 < end && words_[i + 1].text.size() > 1 && !ExpandStreetType(words_[i + 1].text).empty();
+      Copy(words_[i++]);
+    }
+  }
+
+  bool LeftOut() const { return isNoise_; }
+  bool TookApart() const { return tookApart_; }
+
+ private:
+  bool IsState(std::size_t i) const { return i < words_.Count() && !StateCode(words_[i].text).empty(); }
+  bool IsPostcode(std::size_t i) const
+  {
+    return i < words_.Count() && words_[i].isNumber && words_[i].text.size() == kPostcodeDigits;
+  }
+
+  /** Behind the last pair of state and postcode, when nothing with digits follows. */
+  std::size_t AddressEnd() const
+  {
+    for (std::size_t i = words_.Count(); i-- > 1;) {
+      if ((IsPostcode(i) && IsState(i - 1)) || (IsState(i) && IsPostcode(i - 1))) return i + 1;
+      if (words_[i].hasDigit && PhoneAt(i, words_.Count()) == 0) break;
+    }
+    return words_.Count();
+  }
+
+  std::size_t NoiseAt(std::size_t i, std::size_t end) const
+  {
+    std::size_t number = i;
+    while (number < end && number < i + 2 && IsOneOf(kPhoneWords, words_[number].text)) ++number;
+    const std::size_t count = number < end ? PhoneAt(number, end) : 0;
+    return count > 0 ? number - i + count : 0;
+  }
+
+  /** How many words from `first` on make a telephone number, or one that is too long for a house. */
+  std::size_t PhoneAt(std::size_t first, std::size_t end) const
+  {
+    if (!words_[first].isNumber) return 0;
+    if (words_[first].text.size() > kLongestHouseNumber) return 1;
+    std::array<char, 12> digits{};
+    std::size_t length = 0;
+    for (std::size_t i = first; i < end && words_[i].isNumber; ++i) {
+      if (length + words_[i].text.size() > digits.size()) return 0;
+      std::copy(words_[i].text.begin(), words_[i].text.end(), digits.begin() + static_cast<std::ptrdiff_t>(length));
+      length += words_[i].text.size();
+      if (i > first && IsPhone({digits.data(), length}, words_[first].text)) return i + 1 - first;
+    }
+    return 0;
+  }
+
+  /** "03 9123 4567", "0412 345 678", "61 3 9123 4567", "1300 123 456" */
+  static bool IsPhone(std::string_view digits, std::string_view first)
+  {
+    constexpr std::size_t kNational = 10;
+    constexpr std::size_t kInternational = 11;
+    if (digits.size() == kInternational) return first == "61" || first == "614";
+    if (digits.size() != kNational) return false;
+    const bool isArea = first.size() == 2 && first[0] == '0' && first[1] >= '2' && first[1] <= '8';
+    return isArea || first.substr(0, 2) == "04" || first == "1300" || first == "1800";
+  }
+
+  void Copy(const Word& word)
+  {
+    Separate(afterNoise_ ? Joint::Break : word.before);
+    afterNoise_ = false;
+    StuckWord parts = word.hasDigit && !word.isNumber ? TakeDigitsApart(word.text) : StuckWord{};
+    if (parts.IsOne()) {
+      tookApart_ = true;
+      out_.Append(parts.first);
+      out_.Append(" ");
+      sawNumber_ = sawNumber_ || IsDigit(parts.first.front());
+      return CopyName(parts.second);
+    }
+    CopyName(word.text);
+    sawNumber_ = sawNumber_ || word.hasDigit;
+  }
+
+  /** The first name behind a number may have its type stuck to it. */
+  void CopyName(std::string_view word)
+  {
+    const bool hasDigit = std::any_of(word.begin(), word.end(), IsDigit);
+    const bool mayBeStuck = sawNumber_ && !tookTypeApart_ && !hasDigit && !nextIsType_;
+    const StuckWord parts = mayBeStuck && ExpandStreetType(word).empty() ? TakeTypeApart(word) : StuckWord{};
+    if (!parts.IsOne()) {
+      out_.Append(word);
+      return;
+    }
+    tookApart_ = tookTypeApart_ = true;
+    out_.Append(parts.first);
+    out_.Append(" ");
+    out_.Append(parts.second);
+  }
+
+  void Separate(Joint joint)
+  {
+    if (out_.Empty()) return;
+    out_.Append(joint == Joint::Break ? ", " : joint == Joint::Slash ? "/" : joint == Joint::Dash ? "-" : " ");
+  }
+
+  const InputText& words_;
+  FixedText<kMaxInputBytes>& out_;
+  bool isNoise_ = false;
+  bool afterNoise_ = false;
+  bool tookApart_ = false;
+  bool tookTypeApart_ = false;
+  bool sawNumber_ = false;
+  bool nextIsType_ = false;
+};
+
+}  // namespace
+
+std::string_view Repair(std::string_view text, InputText& words, RepairBuffer& buffer, Departures& departures)
+{
+  const bool hasLinks = RemoveLinks(text, buffer.withoutLinks);
+  if (hasLinks && words.Read(buffer.withoutLinks.View()) != InputFault::None) return {};
+  WordRepair repair(words, buffer.repaired);
+  repair.Run();
+  if (hasLinks || repair.LeftOut()) departures.Add(Departure::Noise);
+  if (repair.TookApart()) departures.Add(Departure::RunTogether);
+  return departures.Empty() ? std::string_view() : buffer.repaired.View();
+}
+
+}  // namespace arf

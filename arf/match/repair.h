@@ -1,0 +1,35 @@
+/**
+ * Frees a text from what is no part of an address, and takes words apart that were run together. Nothing that could be
+ * a house number, a unit or a lot is ever left out.
+ */
+#ifndef QXPAF_ARF_MATCH_REPAIR_H
+#define QXPAF_ARF_MATCH_REPAIR_H
+
+#include <string_view>
+
+#include "arf/match/fixed_text.h"
+#include "arf/match/input_text.h"
+#include "arf/match/penalties.h"
+
+namespace arf {
+
+/** Room for repaired texts; kept from search to search. */
+struct RepairBuffer
+{
+  FixedText<kMaxInputBytes> withoutLinks;
+  FixedText<kMaxInputBytes> repaired;
+};
+
+/**
+ * Leaves out e-mail and web addresses, telephone numbers, numbers of seven digits and more, and words behind state and
+ * postcode; takes "12SmithSt" and "Richmond3121" apart.
+ *
+ * @param words       the text as read; overwritten while working, so that the caller reads what he needs again
+ * @param departures  receives what was done
+ * @return            a view of the buffer; empty when there was nothing to repair
+ */
+std::string_view Repair(std::string_view text, InputText& words, RepairBuffer& buffer, Departures& departures);
+
+}  // namespace arf
+
+#endif

@@ -1,0 +1,77 @@
+// What is left out of a text, and what is taken apart.
+#include "arf/match/repair.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+namespace {
+
+struct RepairRow
+{
+  const char* written;
+  const char* repaired;  ///< empty: nothing to repair
+};
+
+std::string Repaired(const std::string& text)
+{
+  const auto words = std::make_unique<arf::InputText>();
+  const auto buffer = std::make_unique<arf::RepairBuffer>();
+  arf::Departures departures;
+  if (words->Read(text) != arf::InputFault::None) return "unreadable";
+  const std::string_view repaired = arf::Repair(text, *words, *buffer, departures);
+  EXPECT_EQ(repaired.empty(), departures.Empty()) << text;
+  return std::string(repaired);
+}
+
+TEST(Repair, Rows)
+{
+  const RepairRow rows[] = {
+      {"12 Smith St Sydney", ""},
+      {"12A Smith St Sydney", ""},
+      {"21st Ave", ""},
+      {"1234 Stuart Highway Katherine", ""},
+      {"12 Smith St Sydney NSW 2000", ""},
+      {"12 Smith St Sydney NSW 2000 near the park", "12 SMITH ST, SYDNEY NSW 2000"},
+      {"12 Smith St Sydney 2000 NSW, ring twice", "12 SMITH ST SYDNEY 2000 NSW"},
+      {"12 Smith St Sydney NSW 2000 Unit 9", ""},
+      {"12 Smith St, a.b@c.example, Sydney", "12 SMITH ST, SYDNEY"},
+      {"12 Smith St, www.example.com", "12 SMITH ST"},
+      {"12 Smith St Sydney ph 02 9123 4567", "12 SMITH ST SYDNEY"},
+      {"12 Smith St Sydney (02) 9123-4567", "12 SMITH ST SYDNEY"},
+      {"0412 345 678, 12 Smith St", "12 SMITH ST"},
+      {"+61 2 9123 4567, 12 Smith St", "12 SMITH ST"},
+      {"0412345678 12 Smith St", "12 SMITH ST"},
+      {"1300 123 456 12 Smith St", "12 SMITH ST"},
+      {"12Smith St Sydney", "12 SMITH ST SYDNEY"},
+      {"12SmithSt Sydney", "12 SMITH ST SYDNEY"},
+      {"12 SmithStreet Sydney", "12 SMITH STREET SYDNEY"},
+      {"12 Smith St Sydney2000", "12 SMITH ST SYDNEY 2000"},
+      {"3/12Smith St", "3/12 SMITH ST"},
+      {"12 Marina Boulevard Sydney", ""},
+      {"25 Third St Sydney", ""},
+      {"", ""},
+  };
+  for (const RepairRow& row : rows) {
+    std::string expected = row.repaired;
+    const std::string repaired = Repaired(row.written);
+    // Breaks that the writer made are kept; whether one is shown as a comma is no matter here.
+    const auto withoutCommas = [](std::string text) {
+      std::erase(text, ',');
+      return text;
+    };
+    EXPECT_EQ(withoutCommas(repaired), withoutCommas(expected)) << row.written;
+  }
+}
+
+TEST(Repair, LongTextsFit)
+{
+  const std::string stuck = std::string(4, '1') + std::string(4000, 'A');
+  EXPECT_EQ(Repaired(stuck), std::string(4, '1') + " " + std::string(4000, 'A'));
+  std::string many;
+  for (int i = 0; i < 96; ++i) many += "12Smith ";
+  EXPECT_LE(Repaired(many).size(), arf::kMaxInputBytes);
+}
+
+}  // namespace
