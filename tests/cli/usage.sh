@@ -13,4 +13,14 @@ check list --limit -1 "A B"
 check build
 check build one
 check address 12x
+check validate --frobnicate
+check format --lines 0 "1 High St"
+check batch in.csv
+check near
+check near here
+check polygon
+check search
+check stats
+check concord Locality
+check hint --limit x
 paf --version

@@ -28,19 +28,6 @@ long ParseDpid(const std::string& text)
   return dpid;
 }
 
-Answer AddressOf(Session& session, const std::string& dpid)
-{
-  Answer answer;
-  answer.input = dpid;
-  answer.reply = session.Address(ParseDpid(dpid));
-  if (answer.reply.status == 0) {
-    answer.record.emplace(answer.reply.text);
-    answer.dpid = answer.record->Dpid();
-    answer.address = answer.record->OneLine();
-  }
-  return answer;
-}
-
 int Run(const AddressOptions& options)
 {
   for (const std::string& dpid : options.dpids) {
@@ -49,7 +36,8 @@ int Run(const AddressOptions& options)
   Session session;
   OpenOrExplain(session, options.query.database);
   AnswerWriter writer(std::cout, options.query.json);
-  ForEachInput(options.dpids, [&](const std::string& dpid) { writer.Write(AddressOf(session, dpid)); });
+  ForEachInput(options.dpids,
+               [&](const std::string& dpid) { writer.Write(RecordAnswer(dpid, session.Address(ParseDpid(dpid)))); });
   return writer.ExitStatus();
 }
 

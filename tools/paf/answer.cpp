@@ -1,21 +1,13 @@
 #include "answer.h"
 
 #include <algorithm>
+#include <cmath>
 #include <ostream>
 
 #include "exit_code.h"
-#include "json.h"
 
 namespace tool {
 namespace {
-
-int ExitStatusOf(const Reply& reply)
-{
-  if (reply.status == 0) {
-    return kExitFound;
-  }
-  return IsAboutTheQuestion(reply.status) ? kExitNotFound : kExitFailed;
-}
 
 Json Fields(const Record& record)
 {
@@ -29,9 +21,44 @@ Json Fields(const Record& record)
   return fields;
 }
 
+/** What stands before the TAB of a line of text; empty for none. */
+std::string Lead(const Answer& answer)
+{
+  if (!answer.verdict.empty()) {
+    return answer.verdict;
+  }
+  return answer.reply.status != 0 ? "-" : answer.dpid;
+}
+
 }  // namespace
 
-AnswerWriter::AnswerWriter(std::ostream& out, bool json) : out_(out), json_(json), exitStatus_(kExitFound) {}
+int ExitStatusOf(const Reply& reply)
+{
+  if (reply.status == 0) {
+    return kExitFound;
+  }
+  return IsAboutTheQuestion(reply.status) ? kExitNotFound : kExitFailed;
+}
+
+Answer RecordAnswer(const std::string& input, const Reply& reply)
+{
+  Answer answer;
+  answer.input = input;
+  answer.reply = reply;
+  if (reply.status == 0) {
+    answer.record.emplace(reply.text);
+    answer.dpid = answer.record->Dpid();
+    answer.address = answer.record->OneLine();
+  }
+  return answer;
+}
+
+AnswerWriter::AnswerWriter(std::ostream& out, bool json) : out_(out), exitStatus_(kExitFound)
+{
+  if (json) {
+    json_.emplace(out);
+  }
+}
 
 void AnswerWriter::Write(const Answer& answer)
 {
@@ -44,22 +71,14 @@ void AnswerWriter::Write(const Answer& answer)
   any_ = true;
 }
 
-AnswerWriter::~AnswerWriter()
-{
-  if (json_) {
-    out_ << (any_ ? "\n]\n" : "[]\n");
-  }
-}
-
 void AnswerWriter::WriteText(const Answer& answer)
 {
-  if (answer.reply.status != 0) {
-    out_ << "-\t" << StatusText(answer.reply) << '\n';
-  } else if (answer.dpid.empty()) {
-    out_ << answer.address << '\n';
-  } else {
-    out_ << answer.dpid << '\t' << answer.address << '\n';
+  const std::string lead = Lead(answer);
+  out_ << lead << (lead.empty() ? "" : "\t") << (answer.reply.status == 0 ? answer.address : StatusText(answer.reply));
+  if (answer.metres) {
+    out_ << '\t' << std::lround(*answer.metres) << " m";
   }
+  out_ << '\n';
 }
 
 void AnswerWriter::WriteJson(const Answer& answer)
@@ -70,7 +89,13 @@ void AnswerWriter::WriteJson(const Answer& answer)
   if (answer.record) {
     object["fields"] = Fields(*answer.record);
   }
-  out_ << (any_ ? ",\n" : "[\n") << ToText(object);
+  if (!answer.verdict.empty()) {
+    object["verdict"] = answer.verdict;
+  }
+  if (answer.metres) {
+    object["metres"] = std::round(*answer.metres * 10) / 10;
+  }
+  json_->Write(object);
 }
 
 }  // namespace tool

@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "json.h"
 #include "record.h"
 #include "session.h"
 
@@ -17,22 +18,28 @@ struct Answer
   Reply reply;                   ///< status and description; its text is not printed
   std::string dpid;              ///< empty where the question was not about one
   std::string address;           ///< in one line
+  std::string verdict;           ///< of a validation; printed in the identifier's place
+  std::optional<double> metres;  ///< how far away the address is; printed behind it
   std::optional<Record> record;  ///< the address in fields, where there is one
 };
+
+/** The answer that a reply with a record is. */
+Answer RecordAnswer(const std::string& input, const Reply& reply);
+
+/** The exit status of a run whose only reply was this. */
+int ExitStatusOf(const Reply& reply);
 
 /**
  * Prints answers one by one and keeps the exit status that they add up to.
  *
- * Text: "DPID<TAB>address", or the address alone where there is no DPID; "-<TAB>description (status n)" for a failure.
+ * Text: "DPID<TAB>address", or the address alone where there is no DPID; "-<TAB>description (status n)" for a failure,
+ * the verdict instead of the dash where there is one, the distance behind another TAB.
  * JSON: one array of objects, always valid UTF-8: bytes that are not are replaced by U+FFFD.
  */
 class AnswerWriter
 {
  public:
   AnswerWriter(std::ostream& out, bool json);
-  ~AnswerWriter();  ///< ends the document, also when a failure cuts the run short
-  AnswerWriter(const AnswerWriter&) = delete;
-  AnswerWriter& operator=(const AnswerWriter&) = delete;
 
   void Write(const Answer& answer);
 
@@ -44,7 +51,7 @@ class AnswerWriter
   void WriteJson(const Answer& answer);
 
   std::ostream& out_;
-  bool json_;
+  std::optional<JsonArray> json_;  ///< empty for text
   bool any_ = false;
   int exitStatus_;
 };

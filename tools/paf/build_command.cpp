@@ -1,5 +1,6 @@
 #include <signal.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -78,6 +79,21 @@ std::string Count(std::uint64_t count, const std::string& one, const std::string
   return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
+void PrintSkipped(const arf::BuildReport& report)
+{
+  for (const arf::SkippedRows& skipped : report.skipped) {
+    std::cout << "skipped " << Count(skipped.rows, "row", "rows") << ": " << skipped.reason << " (" << skipped.example
+              << ")\n";
+  }
+}
+
+void PrintMinted(const arf::MintedIdentifiers& minted)
+{
+  if (!minted.any) return;
+  std::cout << "identifiers made: " << minted.added << " new, " << minted.kept << " kept, " << minted.retired
+            << " retired; they must not be printed on mail\n";
+}
+
 void PrintSummary(const arf::BuildOptions& options, const arf::BuildReport& report, double seconds)
 {
   const double each = report.addresses == 0 ? 0 : static_cast<double>(report.fileSize) / report.addresses;
@@ -87,6 +103,8 @@ void PrintSummary(const arf::BuildOptions& options, const arf::BuildReport& repo
             << Count(report.rowsRead, "row", "rows") << " read, " << report.rowsSkipped << " skipped; "
             << report.fileSize << " bytes, " << std::fixed << std::setprecision(1) << each << " an address; "
             << std::setprecision(2) << seconds << " s\n";
+  PrintSkipped(report);
+  PrintMinted(report.minted);
   if (!report.sortPlanDate.empty())
     std::cout << "sort plan of " << report.sortPlanDate << ": "
               << Count(report.sortPlanPostcodes, "postcode", "postcodes") << '\n';
@@ -95,8 +113,11 @@ void PrintSummary(const arf::BuildOptions& options, const arf::BuildReport& repo
 /** True when rows are what is wrong, so that leaving them out would help. */
 bool HasBadRows(const arf::BuildOptions& options, const arf::BuildReport& report)
 {
-  const std::string place = options.csvPath + ":";
-  return report.rowsRead > 0 && !report.errors.empty() && report.errors.front().compare(0, place.size(), place) == 0;
+  const auto isPlace = [&report](const std::string& path) {
+    return report.errors.front().compare(0, path.size() + 1, path + ":") == 0;
+  };
+  return report.rowsRead > 0 && !report.errors.empty() &&
+         std::any_of(options.inputs.begin(), options.inputs.end(), isPlace);
 }
 
 int Run(const arf::BuildOptions& options)
@@ -128,13 +149,21 @@ int Run(const arf::BuildOptions& options)
 Command AddBuildCommand(CLI::App& program)
 {
   auto options = std::make_shared<arf::BuildOptions>();
-  CLI::App* app = program.add_subcommand("build", "Make an address database from a CSV file");
-  app->add_option("input", options->csvPath, "CSV file; its first row names the columns")
-      ->option_text("INPUT.csv")
+  CLI::App* app = program.add_subcommand("build", "Make an address database from files of addresses");
+  auto paths = std::make_shared<std::vector<std::string>>();
+  app->add_option("paths", *paths,
+                  "Files with a row an address, the first row naming the columns, divided by commas or vertical bars;\n"
+                  "directories with the tables of the national address file; and last the directory of the database,\n"
+                  "which is made when it is missing")
+      ->option_text("INPUT... DIRECTORY")
+      ->expected(2, -1)
       ->required();
-  app->add_option("directory", options->outputDirectory, "Directory of the database; made when it is missing")
-      ->option_text("DIRECTORY")
-      ->required();
+  app->add_option("--previous", options->previousDirectory,
+                  "Database whose made identifiers are kept for the addresses that are still there")
+      ->option_text("DIRECTORY");
+  app->add_option("--threads", options->threads, "Threads that take rows apart, otherwise one a processor")
+      ->option_text("N")
+      ->check(CLI::Range(1, 256));
   app->add_flag("--skip-bad-rows", options->skipBadRows, "Leave out rows that cannot be used, and count them");
   app->add_option("--name", options->databaseName, "Title that the database carries, otherwise AU")
       ->option_text("TITLE");
@@ -153,7 +182,11 @@ Command AddBuildCommand(CLI::App& program)
       "unit_number, level_type, level_number, lot, number_first, number_first_suffix, number_last, "
       "number_last_suffix,\n"
       "street_type, street_suffix, postal_number, latitude, longitude are known; any other is kept as an attribute.");
-  return {app, [options] { return Run(*options); }};
+  return {app, [options, paths] {
+            options->inputs.assign(paths->begin(), paths->end() - 1);
+            options->outputDirectory = paths->back();
+            return Run(*options);
+          }};
 }
 
 }  // namespace tool

@@ -25,4 +25,9 @@ void AddJsonOption(CLI::App& app, bool& json)
   app.add_flag("--json", json, "Print one JSON document instead of lines of text");
 }
 
+void AddLimitOption(CLI::App& app, unsigned long& limit)
+{
+  app.add_option("-n,--limit", limit, "Stop after so many addresses")->option_text("COUNT");
+}
+
 }  // namespace tool

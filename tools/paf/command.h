@@ -18,6 +18,15 @@ Command AddLookupCommand(CLI::App& program);
 Command AddAddressCommand(CLI::App& program);
 Command AddFixCommand(CLI::App& program);
 Command AddListCommand(CLI::App& program);
+Command AddValidateCommand(CLI::App& program);
+Command AddFormatCommand(CLI::App& program);
+Command AddBatchCommand(CLI::App& program);
+Command AddNearCommand(CLI::App& program);
+Command AddPolygonCommand(CLI::App& program);
+Command AddSearchCommand(CLI::App& program);
+Command AddHintCommand(CLI::App& program);
+Command AddStatsCommand(CLI::App& program);
+Command AddConcordCommand(CLI::App& program);
 Command AddBuildCommand(CLI::App& program);
 Command AddBarcodeCommand(CLI::App& program);
 Command AddDoctorCommand(CLI::App& program);
@@ -37,6 +46,7 @@ std::string DefaultDatabase();
 
 void AddQueryOptions(CLI::App& app, QueryOptions& options);
 void AddJsonOption(CLI::App& app, bool& json);
+void AddLimitOption(CLI::App& app, unsigned long& limit);
 
 }  // namespace tool
 

@@ -90,6 +90,9 @@ DatabaseReport ExamineDatabase(const ConfiguredDatabase& configured)
   }
   Session session;
   report.open = session.Open(configured.name);
+  if (report.open.status == 0) {
+    report.hasMintedIdentifiers = session.Property("Notice").text.find("minted") != std::string::npos;
+  }
   return report;
 }
 
@@ -163,6 +166,10 @@ void CollectNotes(DoctorReport& report)
   bool named = report.databases.empty();
   for (const DatabaseReport& database : report.databases) {
     named = named || UpperCase(database.configured.name) == UpperCase(asked);
+    if (database.hasMintedIdentifiers) {
+      report.notes.push_back(DisplayName(database.configured) +
+                             ": its identifiers were minted when it was built and must not be printed on mail.");
+    }
     if (!database.directory.empty() && database.directory.front() != '/') {
       report.notes.push_back(DisplayName(database.configured) + ": \"" + database.directory +
                              "\" is relative, so it depends on the directory in which a program runs.");

@@ -33,6 +33,7 @@ struct DatabaseReport
   std::string country;                      ///< empty when the name or PAF.ver decides none
   std::string library;                      ///< the plug-in that serves it; empty when that is unknown
   Reply open;                               ///< what opening an instance answered
+  bool hasMintedIdentifiers = false;        ///< made by the builder, not those of a post office
 };
 
 struct DoctorReport

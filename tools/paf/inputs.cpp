@@ -55,4 +55,13 @@ void ForEachInput(const std::vector<std::string>& arguments, const std::function
   ForEachLine(std::cin, visit);
 }
 
+std::string JoinWords(const std::vector<std::string>& words)
+{
+  std::string text;
+  for (const std::string& word : words) {
+    text += (text.empty() ? "" : " ") + word;
+  }
+  return text;
+}
+
 }  // namespace tool

@@ -14,6 +14,9 @@ namespace tool {
  */
 void ForEachInput(const std::vector<std::string>& arguments, const std::function<void(const std::string&)>& visit);
 
+/** Arguments as one text, with a space between them. */
+std::string JoinWords(const std::vector<std::string>& words);
+
 }  // namespace tool
 
 #endif

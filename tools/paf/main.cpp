@@ -12,6 +12,9 @@ constexpr const char* kExamples =
     "Examples:\n"
     "  paf lookup \"U 3/12 High St, Carlton VIC\"      one address\n"
     "  paf lookup --json < addresses.txt             many, one a line\n"
+    "  paf hint                                      type an address with hints\n"
+    "  paf batch customers.csv found.csv             every row of a CSV file\n"
+    "  paf near -33.8568,151.2153 --range 500        what is near a place\n"
     "  paf address 30000001                          a DPID's address\n"
     "  paf fix \"calton vic\"                          correct a last line\n"
     "  paf list \"CARLTON VIC 3053\" --limit 10        what a locality holds\n"
@@ -23,8 +26,11 @@ constexpr const char* kExamples =
 
 std::vector<tool::Command> AddCommands(CLI::App& program)
 {
-  return {tool::AddLookupCommand(program), tool::AddAddressCommand(program), tool::AddFixCommand(program),
-          tool::AddListCommand(program),   tool::AddBuildCommand(program),   tool::AddBarcodeCommand(program),
+  return {tool::AddLookupCommand(program),  tool::AddValidateCommand(program), tool::AddFixCommand(program),
+          tool::AddFormatCommand(program),  tool::AddHintCommand(program),     tool::AddBatchCommand(program),
+          tool::AddSearchCommand(program),  tool::AddNearCommand(program),     tool::AddPolygonCommand(program),
+          tool::AddAddressCommand(program), tool::AddListCommand(program),     tool::AddStatsCommand(program),
+          tool::AddConcordCommand(program), tool::AddBuildCommand(program),    tool::AddBarcodeCommand(program),
           tool::AddDoctorCommand(program)};
 }
 

@@ -17,10 +17,11 @@ constexpr const char* kEraseLine = "\r\033[K";
 
 ProgressBar::ProgressBar() : isTerminal_(isatty(STDERR_FILENO) != 0) {}
 
-ProgressBar::~ProgressBar()
+void ProgressBar::Clear()
 {
   if (shown_) {
     std::fputs(kEraseLine, stderr);
+    shown_ = false;
   }
 }
 

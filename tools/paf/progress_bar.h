@@ -11,12 +11,15 @@ class ProgressBar
 {
  public:
   ProgressBar();
-  ~ProgressBar();  ///< takes the bar off the screen
+  ~ProgressBar() { Clear(); }
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
   /** Draws the bar at a fraction from 0 to 1, ten times a second at most; cheap to call often. */
   void Show(double fraction, const std::string& label);
+
+  /** Takes the bar off the screen until it is shown again, so that something else can be written. */
+  void Clear();
 
  private:
   bool isTerminal_;

@@ -126,4 +126,18 @@ std::string LocalityQuery(const std::string& lastLine)
   return query;
 }
 
+std::string NearestQuery(const std::string& latitude, const std::string& longitude)
+{
+  return std::string(PAF_AU_FIELD_LATITUDE - 1, kDelimiter) + latitude + kDelimiter + longitude;
+}
+
+std::string AllFields()
+{
+  std::string numbers;
+  for (int number = 1; number <= PAF_AU_FIELD_COUNT; ++number) {
+    numbers.append(numbers.empty() ? "" : ";").append(std::to_string(number));
+  }
+  return numbers;
+}
+
 }  // namespace tool

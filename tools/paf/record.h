@@ -37,6 +37,12 @@ class Record
 /** The record query for the addresses of a locality line: "LOCALITY STATE POSTCODE". */
 std::string LocalityQuery(const std::string& lastLine);
 
+/** The record query for the addresses nearest to a latitude and a longitude, given as text. */
+std::string NearestQuery(const std::string& latitude, const std::string& longitude);
+
+/** The value of the property "OutputFields" for records with every field in its place. */
+std::string AllFields();
+
 }  // namespace tool
 
 #endif

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <filesystem>
 #include <system_error>
 #include <vector>
 
+#include "qxpaf/arf_au.h"
 #include "qxpaf/paf.h"
 
 namespace tool {
@@ -29,6 +31,13 @@ Reply MakeReply(int status, const char* text)
   return {0, text, ""};
 }
 
+/** Text for a call that takes it up to its first NUL. */
+std::string WithoutNul(std::string text)
+{
+  std::replace(text.begin(), text.end(), '\0', ' ');
+  return text;
+}
+
 /** Runs a call whose one buffer is both question and answer. */
 template <class Call>
 Reply AskInPlace(const std::string& question, Call call)
@@ -46,6 +55,12 @@ Reply Ask(Call call)
   std::array<char, kResultSize> buffer{};
   const int status = call(buffer.data(), static_cast<int>(buffer.size()));
   return MakeReply(status, buffer.data());
+}
+
+/** Runs a call that writes nothing. */
+Reply Tell(int status)
+{
+  return MakeReply(status, "");
 }
 
 }  // namespace
@@ -105,6 +120,37 @@ Reply Session::FixLastLine(const std::string& line)
   return AskInPlace(line, [&](char* text, int size) { return pafFixLastLineId(id_, text, size); });
 }
 
+Reply Session::Validate(const std::string& address, bool strict, char& verdict)
+{
+  const std::string question = WithoutNul(address);
+  const int flags = strict ? PAF_AU_VALIDATE_STRICT : PAF_AU_VALIDATE_LENIENT;
+  return Ask(
+      [&](char* out, int size) { return pafValidateFullAddressId(id_, question.c_str(), out, size, flags, &verdict); });
+}
+
+Reply Session::Format(const std::string& address, long option)
+{
+  const std::string question = WithoutNul(address);
+  std::vector<char> out(std::max(2 * question.size(), kResultSize));
+  const int status = pafFormatAddressId(id_, question.c_str(), out.data(), option, static_cast<int>(out.size()));
+  return MakeReply(status, out.data());
+}
+
+int Session::FindStatus()
+{
+  return pafGetFindStatusId(id_);
+}
+
+Reply Session::Property(const std::string& name)
+{
+  return Ask([&](char* out, int size) { return pafGetPropertiesId(id_, name.c_str(), out, size); });
+}
+
+Reply Session::SetProperty(const std::string& name, const std::string& value)
+{
+  return Tell(pafSetPropertiesId(id_, name.c_str(), value.c_str()));
+}
+
 Reply Session::FirstRecord(const std::string& query)
 {
   return Ask([&](char* out, int size) { return pafGetAddressId(id_, query.c_str(), out, size); });
@@ -113,6 +159,63 @@ Reply Session::FirstRecord(const std::string& query)
 Reply Session::NextRecord()
 {
   return Ask([&](char* out, int size) { return pafGetNextAddressId(id_, out, size); });
+}
+
+Reply Session::BeginPolygon(const std::string& polygon, const std::string& middle)
+{
+  return Tell(pafBeginPolygonSearch(id_, WithoutNul(polygon).c_str(), middle.c_str()));
+}
+
+Reply Session::NextInPolygon()
+{
+  return Ask([&](char* out, int size) { return pafGetNextAddressInPolygon(id_, out, size); });
+}
+
+Reply Session::BeginSearch(const std::string& words)
+{
+  return Tell(pafBeginAddressSearch(id_, WithoutNul(words).c_str()));
+}
+
+Reply Session::NextFound()
+{
+  return Ask([&](char* out, int size) { return pafGetNextAddressSearch(id_, out, size); });
+}
+
+Reply Session::Statistics(const std::string& kind, const std::string& what, const std::string& metres)
+{
+  const std::string question = WithoutNul(what);
+  return Ask([&](char* out, int size) {
+    return pafGetSearchStatistics(id_, kind.c_str(), question.c_str(), metres.c_str(), "", out, size);
+  });
+}
+
+Reply Session::BeginConcordance(const std::string& from, const std::string& code, const std::string& to, int percent)
+{
+  const auto argument = [](const std::string& text) { return reinterpret_cast<std::intptr_t>(text.c_str()); };
+  return Tell(pafBeginGifConcordance(id_, argument(from), argument(code), argument(to), 0, 0, percent));
+}
+
+Reply Session::NextCorrespondence(Correspondence& correspondence)
+{
+  std::array<char, kResultSize> from{};
+  std::array<char, kResultSize> to{};
+  PafAuConcordance weight{};
+  constexpr int kSize = kResultSize;
+  const int status = pafGetNextGifConcordance(id_, from.data(), kSize, to.data(), kSize, &weight);
+  correspondence = {from.data(), to.data(), weight.addresses, weight.total, weight.percent};
+  return Tell(status);
+}
+
+Reply Session::FirstHint(const std::string& text, const std::string& place, int most)
+{
+  const std::string question = WithoutNul(text);
+  return Ask(
+      [&](char* out, int size) { return pafGetPopupHintId(id_, question.c_str(), place.c_str(), most, out, size); });
+}
+
+Reply Session::NextHint()
+{
+  return Ask([&](char* out, int size) { return pafGetNextPopupHintId(id_, out, size); });
 }
 
 }  // namespace tool

@@ -1,0 +1,14 @@
+/** Ctrl-C and the TERM signal as a request to stop cleanly. */
+#ifndef PAF_TOOL_INTERRUPTION_H
+#define PAF_TOOL_INTERRUPTION_H
+
+namespace tool {
+
+/** From here on SIGINT and SIGTERM are remembered instead of ending the program; ignored ones stay ignored. */
+void CatchInterruption();
+
+bool IsInterrupted();
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,76 @@
+#include <charconv>
+#include <iostream>
+#include <memory>
+
+#include "advice.h"
+#include "answer.h"
+#include "command.h"
+#include "enumeration.h"
+#include "filters.h"
+#include "place.h"
+#include "qxpaf/arf_au.h"
+
+namespace tool {
+namespace {
+
+struct NearOptions
+{
+  QueryOptions query;
+  Filters filters;
+  std::vector<std::string> place;
+  std::string range;
+  unsigned long limit = 10;
+};
+
+double Number(const std::string& text)
+{
+  double number = 0;
+  std::from_chars(text.data(), text.data() + text.size(), number);
+  return number;
+}
+
+void AddDistance(const Place& place, Answer& answer)
+{
+  const std::string& latitude = answer.record->Field(PAF_AU_FIELD_LATITUDE);
+  const std::string& longitude = answer.record->Field(PAF_AU_FIELD_LONGITUDE);
+  if (!latitude.empty() && !longitude.empty()) {
+    answer.metres = place.MetresTo(Number(latitude), Number(longitude));
+  }
+}
+
+int Run(const NearOptions& options)
+{
+  const Place place = ParsePlace(options.place);
+  Session session;
+  OpenOrExplain(session, options.query.database);
+  SetOrExplain(session, "OutputFields", AllFields(), "the database");
+  ApplyFilters(session, options.filters);
+  if (!options.range.empty()) {
+    SetOrExplain(session, "LatLongSearchRange", options.range, "--range");
+  }
+  AnswerWriter writer(std::cout, options.query.json);
+  const Enumeration found{place.latitudeText + "," + place.longitudeText, [&] { return session.NextRecord(); },
+                          options.limit, [&](Answer& answer) { AddDistance(place, answer); }};
+  return WriteAll(found, session.FirstRecord(NearestQuery(place.latitudeText, place.longitudeText)), writer);
+}
+
+}  // namespace
+
+Command AddNearCommand(CLI::App& program)
+{
+  auto options = std::make_shared<NearOptions>();
+  CLI::App* app = program.add_subcommand("near", "List the addresses nearest to a place, the nearest first");
+  app->add_option("place", options->place, "Latitude and longitude in degrees, as in -33.8568,151.2153")
+      ->option_text("LAT,LON")
+      ->expected(1, 2)
+      ->required();
+  app->add_option("-r,--range", options->range, "Metres around the place, otherwise 100")->option_text("METRES");
+  app->add_option("-n,--limit", options->limit, "Stop after so many addresses, otherwise 10; 0: none")
+      ->option_text("COUNT");
+  AddFilterOptions(*app, options->filters);
+  AddQueryOptions(*app, options->query);
+  app->footer("Prints DPID, address and distance, one line an address.");
+  return {app, [options] { return Run(*options); }};
+}
+
+}  // namespace tool
