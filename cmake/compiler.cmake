@@ -24,7 +24,9 @@ target_compile_definitions(qxpaf_options INTERFACE _FILE_OFFSET_BITS=64)
 target_link_options(qxpaf_options INTERFACE -Wl,-z,relro -Wl,-z,now)
 
 if(QXPAF_SANITIZE)
-  add_compile_options(-fsanitize=${QXPAF_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  # The checks of calls through pointers and of virtual tables need clang's C++ runtime, which C programs do not have.
+  add_compile_options(-fsanitize=${QXPAF_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all
+                      $<$<CXX_COMPILER_ID:Clang>:-fno-sanitize=function,vptr>)
   add_link_options(-fsanitize=${QXPAF_SANITIZE})
 else()
   add_link_options(-Wl,--no-undefined)

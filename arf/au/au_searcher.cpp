@@ -29,6 +29,12 @@ constexpr VerdictRow kVerdicts[] = {
     {Verdict::Several, PAF_AU_ERR_SEVERAL_FOUND, PAF_AU_FIND_SEVERAL},
 };
 
+int FindStatusOf(const LookupAnswer& answer)
+{
+  if (answer.primaryPoint) return PAF_AU_FIND_PRIMARY_POINT;
+  return answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
+}
+
 std::uint32_t DigitsToDpid(std::string_view digits)
 {
   std::uint32_t dpid = 0;
@@ -99,6 +105,7 @@ bool AuSearcher::IsOpen()
     // What names places in the data before must not be looked up in these.
     parsed_ = Parsed::Nothing;
     lastFailure_ = LastFailure();
+    departures_ = Departures();
     const FieldList fields = std::exchange(settings_.outputFields, FieldList());
     if (before) AdoptOutputFields(before->Data(), fields);
   }
@@ -151,7 +158,8 @@ LookupAnswer AuSearcher::Search(std::string_view address, Rules rules)
 {
   parsed_ = Parsed::Address;
   const LookupAnswer answer = searches_->matcher.Lookup(address, rules);
-  if (answer.verdict == Verdict::Found) findStatus_ = answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
+  departures_ = answer.departures;
+  if (answer.verdict == Verdict::Found) findStatus_ = FindStatusOf(answer);
   return answer;
 }
 
@@ -298,7 +306,7 @@ int AuSearcher::GetProperties(const char* name, char* out, int outSize)
 int AuSearcher::Read(std::string_view property, BoundedText& out)
 {
   PropertySource source;
-  if (IsOpen()) source = {&searches_->Data(), &searches_->data->sortPlan, &settings_};
+  if (IsOpen()) source = {&searches_->Data(), &searches_->data->sortPlan, &settings_, &departures_};
   char buffer[256];
   BoundedText reason(buffer, sizeof buffer);
   const int status = ReadProperty(property, source, out, reason);

@@ -43,7 +43,6 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   void TakeOverFrom(IArfSearcher* previous) override;
   void GetErrorDescription(char* out, int code, int outSize) override;
 
-  // Not offered: 6408, and an empty text where there is room for one.
   int ValidatePartialAddress(const char* input, char* out, int outSize) override;
   int GetPopupHint(const char* text1, const char* text2, int number, char* out, int outSize) override;
   int GetNextPopupHint(char* out, int outSize) override;
@@ -130,6 +129,7 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   std::unique_ptr<Searches> searches_;
   Settings settings_;
   LastFailure lastFailure_;
+  Departures departures_;  ///< of the last address search, empty when it found nothing
   int findStatus_ = PAF_AU_FIND_NONE;
   Parsed parsed_ = Parsed::Nothing;
 };

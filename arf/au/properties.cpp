@@ -97,6 +97,19 @@ int ReadAttribution(const PropertyRequest& request)
   return ReadInfo(request, "attribution");
 }
 
+int ReadMatchPenalties(const PropertyRequest& request)
+{
+  if (!request.source.departures) return PAF_AU_ERR_UNKNOWN_PROPERTY;
+  AppendDepartures(request.out, *request.source.departures);
+  return 0;
+}
+
+int ReadPenaltyTable(const PropertyRequest& request)
+{
+  AppendPenaltyTable(request.out);
+  return 0;
+}
+
 int ListProperties(const PropertyRequest& request);
 int NameByIndex(const PropertyRequest& request);
 
@@ -116,6 +129,8 @@ constexpr Property kProperties[] = {
     {"GeographicalCodes", false, ReadGeographicalCodes, WriteGeographicalCodes},
     {"GeographicalCodesFilter", false, ReadGeographicalCodesFilter, WriteGeographicalCodesFilter},
     {"GifCommonMinimumPercent", false, ReadGifCommonMinimumPercent, WriteGifCommonMinimumPercent},
+    {"MatchPenalties", false, ReadMatchPenalties, nullptr},
+    {"PenaltyTable", false, ReadPenaltyTable, nullptr},
     {"ArfStatus:", true, ReadArfStatus, nullptr},
     {"ArfVersion:", true, ReadArfVersion, nullptr},
     {"Barcode:", true, ReadBarcode, nullptr},

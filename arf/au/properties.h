@@ -8,6 +8,7 @@
 #include "arf/barcode/sort_plan.h"
 #include "arf/format/database.h"
 #include "arf/match/bounded_text.h"
+#include "arf/match/penalties.h"
 
 namespace arf {
 
@@ -17,6 +18,7 @@ struct PropertySource
   const Database* database = nullptr;
   const SortPlanFile* sortPlan = nullptr;
   const Settings* settings = nullptr;
+  const Departures* departures = nullptr;  ///< of the last search; empty when it found nothing
 };
 
 /**

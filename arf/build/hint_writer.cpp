@@ -12,18 +12,7 @@ namespace {
 
 using hint_layout::kLeafNames;
 using hint_layout::kMaxListed;
-
-struct Node
-{
-  std::uint32_t firstName = 0;
-  std::uint32_t nameCount = 0;
-  std::uint32_t firstChild = 0;
-  std::uint32_t firstListed = 0;
-  std::uint8_t childCount = 0;
-  std::uint8_t listed = 0;
-  std::uint8_t depth = 0;
-  std::uint8_t letter = 0;
-};
+using hint_layout::Node;
 
 /** The tree of one dictionary; its lists are put behind those that are there already. */
 class TreeBuilder

@@ -40,7 +40,9 @@ std::vector<Operation> Operations(IArfSearcher& s)
       {"GetProperties", [&](char* out, int size) { return s.GetProperties("PafLibVersion", out, size); }, "5.10.246"},
       {"GetProperties of a list", [&](char* out, int size) { return s.GetProperties("Properties", out, size); },
        "Delimiter;OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;Notice;LatLongSearchRange;StateFilter;"
-       "AddressFilter;PointsOfInterest;GeographicalCodes;GeographicalCodesFilter;GifCommonMinimumPercent"},
+       "AddressFilter;PointsOfInterest;GeographicalCodes;GeographicalCodesFilter;GifCommonMinimumPercent;"
+       "MatchPenalties;"
+       "PenaltyTable"},
       {"GetParsedInput",
        [&](char* out, int size) {
          char ignored[64];

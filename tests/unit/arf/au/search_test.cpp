@@ -54,6 +54,32 @@ TEST_F(Search, Lookup)
   EXPECT_EQ(searcher_->LookupAddress(nullptr, out, sizeof out, 1), PAF_AU_ERR_NOT_FOUND);
 }
 
+TEST_F(Search, SaysInWhatTheAnswerDiffers)
+{
+  struct Row
+  {
+    const char* written;
+    const char* dpid;
+    int findStatus;
+    const char* penalties;
+  };
+  const Row rows[] = {
+      {"1 George Street, Sydney NSW 2000", "30000001", PAF_AU_FIND_MATCHED, ""},
+      {"138 Pitt Street Sydney", "30000050", PAF_AU_FIND_CHANGED, "inside_range=16"},
+      {"1 Goerge Street Sydney", "30000001", PAF_AU_FIND_CHANGED, "street_typo=12"},
+      {"Unit 99, 12-14 George St Sydney", "30000010", PAF_AU_FIND_PRIMARY_POINT, "unknown_unit=20"},
+      {"900 George Street Sydney", "", PAF_AU_FIND_NO_NUMBER, ""},
+  };
+  EXPECT_EQ(searcher_.Property("MatchPenalties"), (Answer{0, ""})) << "nothing searched yet";
+  for (const Row& row : rows) {
+    EXPECT_EQ(searcher_.Lookup(row.written, 0).text, row.dpid) << row.written;
+    EXPECT_EQ(searcher_->GetFindStatus(), row.findStatus) << row.written;
+    EXPECT_EQ(searcher_.Property("MatchPenalties"), (Answer{0, row.penalties})) << row.written;
+  }
+  const std::string table = searcher_.Property("PenaltyTable").text;
+  for (const Row& row : rows) EXPECT_NE(table.find(row.penalties), std::string::npos) << row.penalties;
+}
+
 TEST_F(Search, FixLastLine)
 {
   EXPECT_EQ(searcher_.Fix("nsw 2000 sydney"), (Answer{0, "SYDNEY NSW 2000"}));

@@ -70,7 +70,7 @@ TEST_F(SortPlanProperties, Answers)
        {0,
         "Delimiter;OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;SortPlanDate;Notice;"
         "LatLongSearchRange;StateFilter;AddressFilter;PointsOfInterest;GeographicalCodes;GeographicalCodesFilter;"
-        "GifCommonMinimumPercent"}},
+        "GifCommonMinimumPercent;MatchPenalties;PenaltyTable"}},
       {"PropertyName6", {0, "SortPlanDate"}},
       {"PropertyName7", {0, "Notice"}},
       {"PropertyName8", {0, "LatLongSearchRange"}},

@@ -1,0 +1,56 @@
+/**
+ * The layout of the two sections that hints are found by; docs/index-format.md explains it. All numbers have four bytes
+ * and are little-endian, unless a field says otherwise.
+ */
+#ifndef QXPAF_ARF_HINT_HINT_LAYOUT_H
+#define QXPAF_ARF_HINT_HINT_LAYOUT_H
+
+#include <cstddef>
+#include <cstdint>
+
+namespace arf::hint_layout {
+
+/** The section "hint tree": two counts of nodes, then the nodes of the street names, then those of the localities. */
+inline constexpr std::size_t kStreetNodes = 0;
+inline constexpr std::size_t kLocalityNodes = 4;
+inline constexpr std::size_t kHeaderSize = 16;
+
+/**
+ * A node stands for a range of names that have their first `depth` bytes in common. Its children, ascending by letter,
+ * share that range out by the byte behind them. The root is the first node.
+ */
+namespace node {
+inline constexpr std::size_t kFirstName = 0;
+inline constexpr std::size_t kNameCount = 4;
+inline constexpr std::size_t kFirstChild = 8;
+inline constexpr std::size_t kFirstListed = 12;  ///< in the section "hint weights"
+inline constexpr std::size_t kChildCount = 16;   ///< one byte; 0: a leaf
+inline constexpr std::size_t kListed = 17;       ///< one byte; 0: there is no list, all that bear the names are few
+inline constexpr std::size_t kDepth = 18;        ///< one byte
+inline constexpr std::size_t kLetter = 19;       ///< one byte: what led here; 0: nothing, the name ends
+inline constexpr std::size_t kSize = 20;
+}  // namespace node
+
+/** A node, taken apart. */
+struct Node
+{
+  std::uint32_t firstName = 0;
+  std::uint32_t nameCount = 0;
+  std::uint32_t firstChild = 0;
+  std::uint32_t firstListed = 0;
+  std::uint8_t childCount = 0;
+  std::uint8_t listed = 0;
+  std::uint8_t depth = 0;
+  std::uint8_t letter = 0;
+  bool IsLeaf() const { return childCount == 0; }
+};
+
+/** A node whose names are borne by more streets (localities) than this lists that many of the largest. */
+inline constexpr std::uint32_t kMaxListed = 64;
+
+/** A node of no more names than this, and without a list, is a leaf. */
+inline constexpr std::uint32_t kLeafNames = 8;
+
+}  // namespace arf::hint_layout
+
+#endif

@@ -1,0 +1,136 @@
+/**
+ * Finds what may be meant by a text that is still being typed. The text is read from its beginning: unit and number,
+ * street, locality, state, postcode; of the last word only a part may be there. All memory is in the object itself, so
+ * that a search allocates nothing, and the work of one is bounded whatever the text is. For one thread at a time.
+ */
+#ifndef QXPAF_ARF_HINT_HINT_SEARCH_H
+#define QXPAF_ARF_HINT_HINT_SEARCH_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "arf/format/database.h"
+#include "arf/hint/hint.h"
+#include "arf/hint/name_tree.h"
+#include "arf/hint/place_reading.h"
+#include "arf/hint/premise_search.h"
+#include "arf/hint/typed_text.h"
+#include "arf/match/postal_words.h"
+
+namespace arf {
+
+class HintSearch
+{
+ public:
+  /** @param database  must outlive the search */
+  explicit HintSearch(const Database& database)
+      : data_(database), streetTree_(NameTree::OfStreets(database)), placeReader_(database)
+  {
+  }
+
+  /**
+   * Replaces the hints.
+   *
+   * @param text   what was typed
+   * @param place  where all hints must lie: a last line, perhaps only its beginning; empty: anywhere
+   * @param most   hints wanted, 1 to HintList::kMax
+   * @return None, or why a text was refused; there are no hints then
+   */
+  InputFault Search(std::string_view text, std::string_view place, std::size_t most);
+
+  std::span<const Hint> Hints() const { return {hints_.begin(), hints_.end()}; }
+
+ private:
+  /** What one pass over the readings of a text allows beside what was typed. */
+  struct Pass
+  {
+    bool unlikely = false;       ///< readings of numbers that seldom make sense
+    bool streetTypo = false;     ///< and only names with one
+    bool placeTypo = false;      ///< and only localities with one
+    bool anyStreetType = false;  ///< whatever type was written
+    bool sureStart = false;      ///< the first letter is right
+  };
+
+  /** What stands behind a street's name; texts as typed, and their full forms from the tables if they have one. */
+  struct StreetEnding
+  {
+    std::string_view type;
+    std::string_view fullType;
+    bool isTypeOpen = false;
+    std::string_view suffix;
+    std::string_view fullSuffix;
+    bool isSuffixOpen = false;
+    bool Fits(const Street& street) const;
+  };
+
+  /** One reading of the whole text. */
+  struct Query
+  {
+    const Premise* premise = nullptr;  ///< null: none
+    NameSpan names;
+    std::string_view typedName;
+    Spelling spelling = Spelling::AsTyped;
+    StreetEnding ending;
+    const Place* place = nullptr;  ///< null: none
+  };
+
+  void ReadContext();
+  void RunPasses();
+  bool MayBeMistyped() const;
+  bool IsNothing() const { return streets_.Empty() && localities_.Empty(); }
+  void Run(const Pass& pass);
+  void SearchPremises();
+  bool MayEndPremise(std::size_t end) const;
+  bool IsUsable(const Premise& premise, std::size_t end) const;
+
+  void SearchStreets(const Premise* premise, std::size_t first);
+  void SearchName(Query query, WordRange words);
+  void SearchEnding(Query query, std::size_t first);
+  void SearchSuffix(Query query, std::size_t first);
+  void SearchPlaces(Query query, std::size_t first);
+  void Visit(const Query& query);
+  void VisitLargest(const Query& query);
+  void VisitPostings(const Query& query, std::size_t most);
+  void VisitPlace(const Query& query, const Place& place);
+  void VisitNamesIn(const Query& query, IndexRange streets);
+  void VisitLocality(const Query& query, const Locality& locality);
+  bool Exhausted() const;
+  void VisitStreet(const Query& query, std::uint32_t index);
+  void AddPremises(const Query& query, const Street& street);
+  void AddStreet(const Query& query, const Street& street);
+  std::uint8_t RankOf(const Query& query, std::string_view name, NumberFit fit) const;
+  bool IsInContext(std::uint32_t index, const Locality& locality) const;
+
+  void SearchPostal();
+  void VisitPostal(const PostalWords& words, const Place& place);
+  void AddPostal(const PostalWords& words, const Street& street, Spelling spelling);
+
+  void SearchLocalities();
+  void AddLocalities(const Place& place);
+  void AddLocality(const Place& place, std::uint32_t index);
+  void Merge();
+
+  const Database& data_;
+  NameTree streetTree_;
+  PlaceReader placeReader_;
+  TypedText typed_;
+  TypedText context_;
+  PlaceReader::Readings contextPlaces_;
+  std::size_t contextCount_ = 0;
+  bool hasContext_ = false;
+  PlaceReader::Readings places_;
+  Pass pass_;
+  std::size_t most_ = 0;
+  std::uint32_t visited_ = 0;   ///< streets and localities that this search looked at
+  std::uint32_t compared_ = 0;  ///< streets whose numbers it looked at
+  std::uint32_t points_ = 0;    ///< addresses it looked at
+  HintList streets_;
+  HintList localities_;
+  HintList hints_;
+};
+
+}  // namespace arf
+
+#endif
