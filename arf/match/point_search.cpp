@@ -228,7 +228,9 @@ PointSearch SearchPoints(const Database& database, const InputText& input, const
   const bool hasOtherEvidence = !premise.lot.Empty() || !premise.building.Empty();
   if (!premise.HasNumber() && search.found.Empty() && search.units.Empty() && hasOtherEvidence)
     CollectByLotOrBuilding(database.Points(street), comparison, premise, collection);
-  if (search.found.Empty() && search.units.count == 1 && rules == Rules::Lenient)
+  // Two guesses at once, that a number inside a range means it and that its only unit is meant, are one too many.
+  const bool isOnlyUnit = search.units.count == 1 && !search.units.departures.Has(Departure::InsideRange);
+  if (search.found.Empty() && isOnlyUnit && rules == Rules::Lenient)
     search.found.Add(search.units, Departure::SingleUnit);
   if (search.found.Empty() && search.units.Empty()) search.found.Add(collection.buildings, {});
   return search;

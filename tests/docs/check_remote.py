@@ -31,6 +31,8 @@ ONLY_LOCAL = [
     ('"UseSockets", "true"', "leaves the process in local mode"),
     ("SetTcpHost(", "leaves the process without the server's address"),
     ("pafUpdateArfs(", "answers 6408: databases are updated where they are"),
+    ('(intptr_t)"Postcode"', "concordances and free text are not forwarded"),
+    ("session.SearchAddresses(", "free text is not forwarded"),
     ("pafOpenPafMem(2)", "needs no opening, and keeps the Id of a closed default instance"),
     ("pafForceCloseAll(", "finds no search objects"),
 ]
@@ -43,6 +45,8 @@ REMOTELY = [
     ("text", '"30000017"', '""', "the failure before it has emptied the address"),
     ("text", '"sample"', '""', "OpenArfPaths: the process itself has no database open"),
     ("text", '"1"', '"2"', "ClientCount: pafFormatAddressS has opened an instance of the server's for the connection"),
+    ('session.ValidateFullAddress("6 macquarie st sydney").Value().verdict', "'C'", "'\\x00'",
+     "the verdict of a validation comes with failures only"),
     ("text", '""', '"921"', "pafPostcodeToBsp needs no opening"),
 ]
 

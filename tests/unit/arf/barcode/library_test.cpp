@@ -162,7 +162,10 @@ TEST_F(BarcodeLibrary, Properties)
 {
   int id = 0;
   ASSERT_EQ(pafOpenArfId(&id, 0, "AU.Main"), 0);
-  const std::string ours = "Delimiter;OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;SortPlanDate;Notice";
+  const std::string ours =
+      "Delimiter;OutputFields;PafEngineVersion;PafLibVersion;PafVersionInfo;SortPlanDate;Notice;LatLongSearchRange;"
+      "StateFilter;AddressFilter;PointsOfInterest;"
+      "GeographicalCodes;GeographicalCodesFilter;GifCommonMinimumPercent;MatchPenalties;PenaltyTable";
   EXPECT_EQ(Property(id, "Properties"),
             (Answer{0,
                     "OpenARF;ClientCount;PafMachine;CountryCode;ArfLibVersion;ArfLibVersionAu;ArfLibVersionNz;"
@@ -170,7 +173,8 @@ TEST_F(BarcodeLibrary, Properties)
                         ours}));
   EXPECT_EQ(Property(id, "PropertyName12"), (Answer{0, "Delimiter"}));
   EXPECT_EQ(Property(id, "PropertyName18"), (Answer{0, "Notice"}));
-  EXPECT_EQ(Property(id, "PropertyName19"), (Answer{0, ""}));
+  EXPECT_EQ(Property(id, "PropertyName27"), (Answer{0, "PenaltyTable"}));
+  EXPECT_EQ(Property(id, "PropertyName28"), (Answer{0, ""}));
   EXPECT_EQ(Property(id, "SortPlanDate"), (Answer{0, "2026-05-31"}));
   for (const int any : {id, 0}) {
     EXPECT_EQ(Property(any, "ArfStatus:AU.Main"), (Answer{0, "ARF OK"}));

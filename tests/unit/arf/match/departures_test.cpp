@@ -103,4 +103,24 @@ TEST(Departures, OfAnswers)
   }
 }
 
+/** A database with two buildings of which only one unit each is known. */
+std::unique_ptr<const arf::Engine> LonelyUnits(const test_support::TempDir& dir)
+{
+  dir.Write("units.csv",
+            "dpid,unit_type,unit_number,number_first,number_last,street_name,street_type,locality,state,postcode\n"
+            "40000001,UNIT,7,1,79,SMITH,STREET,NOWHERE,NT,0800\n"
+            "40000002,UNIT,7,90,,SMITH,STREET,NOWHERE,NT,0800\n");
+  return arf_test::OpenEngine(arf_test::BuildDatabaseFrom(dir, dir.Path("units.csv")));
+}
+
+TEST(Departures, AnOnlyUnitInsideARangeIsTooFarFromWhatWasWritten)
+{
+  const test_support::TempDir dir;
+  const std::unique_ptr<const arf::Engine> engine = LonelyUnits(dir);
+  arf::Matcher matcher(*engine);
+  EXPECT_EQ(matcher.Lookup("90 Smith St Nowhere", arf::Rules::Lenient).verdict, arf::Verdict::Found);
+  EXPECT_EQ(matcher.Lookup("1 Smith St Nowhere", arf::Rules::Lenient).verdict, arf::Verdict::Several);
+  EXPECT_EQ(matcher.Lookup("7/15 Smith St Nowhere", arf::Rules::Lenient).verdict, arf::Verdict::Found);
+}
+
 }  // namespace
