@@ -38,7 +38,10 @@ int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize)
   path_ = TextOf(path);
   mode_ = mode;
   OpenResult result;
-  std::unique_ptr<Database> database = Database::Open(path_, ModeOf(mode), result);
+  const OpenMode openMode = ModeOf(mode);
+  // Loading reads the whole file anyway; mapping is for opening at once.
+  const Verification verification = openMode == OpenMode::Memory ? Verification::Whole : Verification::Quick;
+  std::unique_ptr<Database> database = Database::Open(path_, openMode, result, verification);
   if (database) {
     auto engine = std::make_unique<const Engine>(std::move(database));
     current_->Set(std::make_shared<const OpenData>(OpenData{std::move(engine), ReadSortPlanOf(path_)}));

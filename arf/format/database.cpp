@@ -146,10 +146,14 @@ IndexRange KeyRange(std::string_view name, std::uint32_t count, KeyAt keyAt)
   return RangeOf(first, end, count);
 }
 
-Defect Check(ByteReader file, FileView& view)
+/** With Verification::Quick, sections beyond this are taken as they are. */
+constexpr std::uint64_t kQuicklyVerified = 1 << 20;
+
+Defect Check(ByteReader file, FileView& view, Verification verification)
 {
   if (Defect defect = ReadHeader(file, view)) return defect;
-  if (Defect defect = VerifySections(view)) return defect;
+  const std::uint64_t longest = verification == Verification::Whole ? UINT64_MAX : kQuicklyVerified;
+  if (Defect defect = VerifySections(view, longest)) return defect;
   return CheckStructure(view);
 }
 
@@ -159,14 +163,16 @@ Database::Database(std::unique_ptr<Impl> impl) : impl_(std::move(impl)) {}
 
 Database::~Database() = default;
 
-std::unique_ptr<Database> Database::Open(const std::string& directory, OpenMode mode, OpenResult& result)
+std::unique_ptr<Database> Database::Open(const std::string& directory, OpenMode mode, OpenResult& result,
+                                         Verification verification)
 {
   const bool divided = directory.empty() || directory.back() == '/';
   const std::string path = directory + (divided ? "" : "/") + kDatabaseFileName;
   result = {};
   FileBytes bytes = FileBytes::Acquire(path, mode, result);
   if (result.failure != OpenFailure::None) return nullptr;
-  std::unique_ptr<Database> database = OpenBytes({bytes.Bytes().Data(), bytes.Bytes().Size()}, path, result);
+  std::unique_ptr<Database> database =
+      OpenBytes({bytes.Bytes().Data(), bytes.Bytes().Size()}, path, result, verification);
   if (!database) return nullptr;
   bytes.SettleInto(mode);
   database->impl_->bytes = std::move(bytes);
@@ -174,12 +180,12 @@ std::unique_ptr<Database> Database::Open(const std::string& directory, OpenMode 
 }
 
 std::unique_ptr<Database> Database::OpenBytes(std::span<const std::uint8_t> bytes, const std::string& name,
-                                              OpenResult& result)
+                                              OpenResult& result, Verification verification)
 {
   result = {};
   try {
     auto impl = std::make_unique<Impl>();
-    const Defect defect = Check({bytes.data(), bytes.size()}, impl->view);
+    const Defect defect = Check({bytes.data(), bytes.size()}, impl->view, verification);
     if (!defect) return std::unique_ptr<Database>(new Database(std::move(impl)));
     Refuse(result, defect.failure, name, defect.what);
   } catch (const std::bad_alloc&) {

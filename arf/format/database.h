@@ -49,6 +49,13 @@ enum class OpenMode
   Mapped = 3   ///< mapped, and the kernel is asked to fetch the whole file ahead
 };
 
+/** Which checksums opening verifies. */
+enum class Verification
+{
+  Whole,  ///< all of them, which reads the whole file
+  Quick   ///< those of sections up to a mebibyte: quick whatever the file's size, and safe, as reads are bounded anyway
+};
+
 /** Why a file was refused. */
 enum class OpenFailure
 {
@@ -129,14 +136,15 @@ struct InfoEntry
 class Database
 {
  public:
-  /** Opens directory/address.arf, verifies magic, version, sizes and the checksum of every section. */
-  static std::unique_ptr<Database> Open(const std::string& directory, OpenMode mode, OpenResult& result);
+  /** Opens directory/address.arf, verifies magic, version, sizes and checksums. */
+  static std::unique_ptr<Database> Open(const std::string& directory, OpenMode mode, OpenResult& result,
+                                        Verification verification = Verification::Whole);
   /**
    * Opens a database whose file the caller has in memory, at an address that is a multiple of eight; the bytes must
    * stay there unchanged as long as the Database. `name` stands for the file in messages.
    */
   static std::unique_ptr<Database> OpenBytes(std::span<const std::uint8_t> bytes, const std::string& name,
-                                             OpenResult& result);
+                                             OpenResult& result, Verification verification = Verification::Whole);
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;

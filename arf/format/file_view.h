@@ -5,8 +5,9 @@
  *
  *  1. ReadHeader: the magic, the format version, the size, the header's checksum and the section table. Afterwards the
  *     sections cover the file from the header to its end without gap or overlap, each inside it.
- *  2. VerifySections: the checksum of every section, known or not. Afterwards the bytes are those that the builder
- *     wrote. This is the only step that reads everything, and it is separate from the others so that it can be put off.
+ *  2. VerifySections: the checksum of every section, known or not, or of the short ones only. Afterwards their bytes
+ *     are those that the builder wrote. This is the only step that reads everything, and it is separate from the others
+ * so that it can be put off.
  *  3. CheckStructure: that the sections this reader needs are there and as long as the counts in the header demand, and
  *     that tables inside a section fit into it. Costs some twenty comparisons, whatever the size of the file.
  *
@@ -81,7 +82,8 @@ struct Defect
 };
 
 Defect ReadHeader(ByteReader file, FileView& view);
-Defect VerifySections(const FileView& view);
+/** Verifies the checksums of the sections that are no longer than `longest`. */
+Defect VerifySections(const FileView& view, std::uint64_t longest);
 Defect CheckStructure(FileView& view);
 
 /** "streets", or "section 77" for one that this reader does not know. */

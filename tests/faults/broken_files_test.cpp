@@ -101,6 +101,22 @@ TEST(BrokenFiles, EveryBitCounts)
   }
 }
 
+TEST(BrokenFiles, QuickOpeningVerifiesWhatIsShort)
+{
+  constexpr std::size_t kMebibyte = 1 << 20;
+  for (const std::size_t size : {kMebibyte, kMebibyte + 1}) {
+    Bytes bytes = WithSection(GoodFile(), SectionId::BuildingNames, Bytes(size));
+    const std::size_t middle = OffsetOf(bytes, SectionId::BuildingNames) + size / 2;
+    OpenResult result;
+    EXPECT_TRUE(Database::OpenBytes(bytes, "test.arf", result, arf::Verification::Quick)) << result.message;
+    bytes[middle] ^= 1;
+    EXPECT_FALSE(Database::OpenBytes(bytes, "test.arf", result, arf::Verification::Whole));
+    EXPECT_EQ(result.failure, OpenFailure::Damaged);
+    const auto quick = Database::OpenBytes(bytes, "test.arf", result, arf::Verification::Quick);
+    EXPECT_EQ(quick != nullptr, size > kMebibyte) << size;
+  }
+}
+
 TEST(BrokenFiles, EveryLengthButTheRightOneIsRefused)
 {
   const Bytes& good = GoodFile();
