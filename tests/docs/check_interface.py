@@ -118,9 +118,10 @@ def missing(program, arguments, properties):
 def set_up(arguments, directory):
     """Makes the databases of the page; gives the environment for what runs on them."""
     (directory / "data").symlink_to(arguments.source.resolve() / "data")
-    blocks = SETUP.findall(arguments.page.read_text(encoding="utf-8"))
+    page = getattr(arguments, "databases_of", None) or arguments.page
+    blocks = SETUP.findall(page.read_text(encoding="utf-8"))
     if len(blocks) != 1:
-        raise Fault(f"{arguments.page}: {len(blocks)} blocks ```sh, not 1")
+        raise Fault(f"{page}: {len(blocks)} blocks ```sh, not 1")
     library = arguments.library.resolve().parent
     environment = dict(os.environ, PATH=f"{arguments.paf.resolve().parent}:{os.environ['PATH']}",
                        LD_LIBRARY_PATH=str(library))
@@ -137,6 +138,9 @@ def check(arguments):
     with tempfile.TemporaryDirectory(prefix="paf-docs-") as name:
         directory = pathlib.Path(name)
         environment = set_up(arguments, directory)
+        if arguments.databases_of:
+            check_examples.check(arguments)
+            return
         listed_names, texts = listed(arguments, directory, environment)
         properties = property_names(arguments, listed_names)
         arguments.covers += [arguments.include / "qxpaf" / "paf.h"]
@@ -153,6 +157,8 @@ def main():
     parser = check_examples.make_parser(__doc__)
     parser.add_argument("--paf", type=pathlib.Path, required=True, help="the program paf")
     parser.add_argument("--list-names", type=pathlib.Path, required=True, help="the program made of list_names.c")
+    parser.add_argument("--databases-of", type=pathlib.Path,
+                        help="check the examples only, on the databases that this page makes")
     parser.add_argument("--source", type=pathlib.Path, required=True, help="the folder with src/, arf/ and data/")
     try:
         check(parser.parse_args())
