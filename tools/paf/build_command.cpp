@@ -1,7 +1,4 @@
-#include <signal.h>
-
 #include <algorithm>
-#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <iomanip>
@@ -12,27 +9,11 @@
 #include "command.h"
 #include "country.h"
 #include "exit_code.h"
+#include "interruption.h"
 #include "progress_bar.h"
 
 namespace tool {
 namespace {
-
-std::atomic<bool> cancelled = false;
-static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may only touch lock-free atomics");
-
-/** From here on SIGINT and SIGTERM ask the build to stop, so that it can clean up; ignored ones stay ignored. */
-void CancelOnSignals()
-{
-  struct sigaction cancel = {};
-  cancel.sa_handler = [](int) { cancelled = true; };
-  for (const int signal : {SIGINT, SIGTERM}) {
-    struct sigaction before = {};
-    sigaction(signal, nullptr, &before);
-    if (before.sa_handler != SIG_IGN) {
-      sigaction(signal, &cancel, nullptr);
-    }
-  }
-}
 
 const char* PhaseName(arf::BuildPhase phase)
 {
@@ -58,7 +39,7 @@ arf::BuildReport BuildWithBar(const arf::BuildOptions& options)
   const auto show = [&bar](const arf::BuildProgress& progress) {
     bar.Show(Fraction(progress), PhaseName(progress.phase));
   };
-  return arf::BuildDatabase(options, show, &cancelled);
+  return arf::BuildDatabase(options, show, &Interruption());
 }
 
 void PrintMessages(const arf::BuildReport& report)
@@ -125,7 +106,7 @@ int Run(const arf::BuildOptions& options)
   if (CountryOfDatabaseTitle(options.databaseName) != kDefaultDatabase) {
     throw Failure("a database called \"" + options.databaseName + "\" would be taken for another country's");
   }
-  CancelOnSignals();
+  CatchInterruption();
   const auto start = std::chrono::steady_clock::now();
   const arf::BuildReport report = BuildWithBar(options);
   const std::chrono::duration<double> elapsed = std::chrono::steady_clock::now() - start;

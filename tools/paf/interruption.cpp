@@ -2,8 +2,6 @@
 
 #include <signal.h>
 
-#include <atomic>
-
 namespace tool {
 namespace {
 
@@ -26,6 +24,11 @@ void CatchInterruption()
 }
 
 bool IsInterrupted()
+{
+  return interrupted;
+}
+
+const std::atomic<bool>& Interruption()
 {
   return interrupted;
 }

@@ -2,12 +2,17 @@
 #ifndef PAF_TOOL_INTERRUPTION_H
 #define PAF_TOOL_INTERRUPTION_H
 
+#include <atomic>
+
 namespace tool {
 
 /** From here on SIGINT and SIGTERM are remembered instead of ending the program; ignored ones stay ignored. */
 void CatchInterruption();
 
 bool IsInterrupted();
+
+/** The same, for work that looks at it by itself. */
+const std::atomic<bool>& Interruption();
 
 }  // namespace tool
 
