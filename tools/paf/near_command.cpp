@@ -29,7 +29,7 @@ double Number(const std::string& text)
   return number;
 }
 
-void AddDistance(const Place& place, Answer& answer)
+void AddDistance(const GeoPlace& place, Answer& answer)
 {
   const std::string& latitude = answer.record->Field(PAF_AU_FIELD_LATITUDE);
   const std::string& longitude = answer.record->Field(PAF_AU_FIELD_LONGITUDE);
@@ -40,7 +40,7 @@ void AddDistance(const Place& place, Answer& answer)
 
 int Run(const NearOptions& options)
 {
-  const Place place = ParsePlace(options.place);
+  const GeoPlace place = ParsePlace(options.place);
   Session session;
   OpenOrExplain(session, options.query.database);
   SetOrExplain(session, "OutputFields", AllFields(), "the database");

@@ -31,19 +31,19 @@ double Degrees(const std::string& text, double most, const std::string& place)
 
 }  // namespace
 
-double Place::MetresTo(double otherLatitude, double otherLongitude) const
+double GeoPlace::MetresTo(double otherLatitude, double otherLongitude) const
 {
   return 1000 * LatLongDist(latitude, longitude, otherLatitude, otherLongitude);
 }
 
-Place ParsePlace(const std::vector<std::string>& texts)
+GeoPlace ParsePlace(const std::vector<std::string>& texts)
 {
   const std::string all = JoinWords(texts);
   const std::size_t begin = std::min(all.find_first_not_of(kSeparators), all.size());
   const std::size_t middle = std::min(all.find_first_of(kSeparators, begin), all.size());
   const std::size_t next = std::min(all.find_first_not_of(kSeparators, middle), all.size());
   const std::size_t last = all.find_last_not_of(kSeparators);
-  Place place;
+  GeoPlace place;
   place.latitudeText = all.substr(begin, middle - begin);
   place.longitudeText = next < all.size() ? all.substr(next, last + 1 - next) : "";
   place.latitude = Degrees(place.latitudeText, 90, all);

@@ -8,7 +8,7 @@
 namespace tool {
 
 /** Latitude and longitude in degrees, and as they were written. */
-struct Place
+struct GeoPlace
 {
   double latitude = 0;
   double longitude = 0;
@@ -19,7 +19,7 @@ struct Place
 };
 
 /** Reads "LAT,LON", or the two in two texts; throws Failure when that is not what stands there. */
-Place ParsePlace(const std::vector<std::string>& texts);
+GeoPlace ParsePlace(const std::vector<std::string>& texts);
 
 /** All of a file, or of standard input when the path is "-"; throws Failure when it cannot be read. */
 std::string ReadFile(const std::string& path);
