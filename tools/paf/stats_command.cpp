@@ -27,7 +27,7 @@ struct StatsOptions
 std::string AreaOf(const StatsOptions& options)
 {
   if (options.kind == "radius") {
-    const Place place = ParsePlace(options.area);
+    const GeoPlace place = ParsePlace(options.area);
     return place.latitudeText + "," + place.longitudeText;
   }
   return options.kind == "polygon" ? ReadFile(JoinWords(options.area)) : JoinWords(options.area);
