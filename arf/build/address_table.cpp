@@ -72,7 +72,7 @@ AddressTable::AddressTable(const std::vector<std::string>& attributeNames) : par
 void AddressTable::Reserve(std::size_t count)
 {
   rows.reserve(count);
-  for (AttributeColumn& attribute : attributes) attribute.values.Reserve(count);
+  for (AttributeTable& attribute : attributes) attribute.values.Reserve(count);
 }
 
 std::optional<std::uint32_t> AddressTable::Add(const ParsedRow& row, std::uint32_t line)
@@ -169,7 +169,7 @@ void AddressTable::Keep(const std::vector<bool>& keep)
     ++kept;
   }
   rows.resize(kept);
-  for (AttributeColumn& attribute : attributes) attribute.values.Keep(keep);
+  for (AttributeTable& attribute : attributes) attribute.values.Keep(keep);
 }
 
 std::uint32_t AddressTable::Part(std::string_view text)

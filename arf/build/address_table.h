@@ -80,7 +80,7 @@ constexpr std::array<std::uint32_t*, 9> PartsOf(AddressRow& row)
 }
 
 /** One further column: the values in the order of AddressRow::input. */
-struct AttributeColumn
+struct AttributeTable
 {
   std::string name;
   AttributeValues values;
@@ -129,7 +129,7 @@ class AddressTable
   std::vector<LocalityEntry> localities;
   std::vector<StreetEntry> streets;
   std::vector<AddressRow> rows;
-  std::vector<AttributeColumn> attributes;
+  std::vector<AttributeTable> attributes;
   std::vector<StreetAlias> streetAliases;
   std::vector<LocalityAlias> localityAliases;
   std::vector<std::pair<LocalityName, LocalityName>> neighbours;  ///< in one direction at least; empty when not known

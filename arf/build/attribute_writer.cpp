@@ -352,7 +352,7 @@ void WriteAttributes(SectionWriter& writer, const AddressTable& table, FileStrin
 {
   std::vector<ColumnRecord> records;
   writer.Begin(layout::SectionId::AttributeData);
-  for (const AttributeColumn& column : table.attributes) {
+  for (const AttributeTable& column : table.attributes) {
     watch.Reached(BuildPhase::Writing, table.rows.size(), table.rows.size());
     ColumnRecord& record = records.emplace_back();
     record.name = strings.Add(column.name);

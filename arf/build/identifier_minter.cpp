@@ -184,7 +184,7 @@ MintedIdentifiers MintIdentifiers(AddressTable& table, const std::string& previo
   }
   watch.Reached(BuildPhase::Sorting, 0, table.rows.size());
   const auto column = std::find_if(table.attributes.begin(), table.attributes.end(),
-                                   [](const AttributeColumn& a) { return a.name == kSourceIdentifier; });
+                                   [](const AttributeTable& a) { return a.name == kSourceIdentifier; });
   if (column == table.attributes.end()) throw BuildError("addresses have neither an identifier nor that of a source");
   return Minter(table, column->values, report).Run(previousDirectory);
 }
