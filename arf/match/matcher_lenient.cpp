@@ -314,18 +314,22 @@ bool Matcher::IsConvincing(const Departures& departures) const
 /** Once more without what is no part of an address, and with words taken apart that were run together. */
 void Matcher::SearchRepaired(std::string_view text)
 {
-  const std::string_view repaired = Repair(text, input_, repairBuffer_, repaired_);
-  if (repaired.empty()) return;
   const bool sawLocality = sawLocality_;
-  sawLocality_ = sawStreet_ = sawNumber_ = false;
-  if (input_.Read(repaired) == InputFault::None) {
-    quiet_ = true;
-    ForEachPlace(&Matcher::SearchStreets);
-    SearchLeniently();
+  for (const StuckLetter letter : {StuckLetter::OfName, StuckLetter::OfNumber}) {
+    repaired_ = {};
+    const std::string_view repaired = Repair(text, letter, input_, repairBuffer_, repaired_);
+    if (repaired.empty()) return;
+    sawLocality_ = sawStreet_ = sawNumber_ = false;
+    if (input_.Read(repaired) == InputFault::None) {
+      quiet_ = true;
+      ForEachPlace(&Matcher::SearchStreets);
+      SearchLeniently();
+    }
+    if (decision_.HasCandidates()) return;
+    input_.Read(text);  // what was noted of it are views
+    if (!repaired_.Has(Departure::RunTogether)) break;
   }
-  if (decision_.HasCandidates()) return;
   sawLocality_ = sawLocality;
-  input_.Read(text);  // what was noted of it are views
 }
 
 }  // namespace arf

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kShortestMistyped = 4;  // letters, of the longer of the two names
 constexpr std::size_t kLongestShort = 5;      // of the longer
-constexpr std::size_t kShortestTwoTypos = 8;  // of the shorter
+constexpr std::size_t kShortestTwoTypos = 7;  // of the shorter
 constexpr std::size_t kShortestSound = 4;     // of the shorter
 constexpr int kMostSoundErrors = 3;
 

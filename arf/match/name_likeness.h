@@ -16,7 +16,7 @@ enum class Likeness : std::uint8_t
   None,  ///< other names, and equal ones
   OneTypo,
   OneTypoShort,  ///< in a name of up to five letters, where it says less
-  TwoTypos,      ///< in names of eight letters and more
+  TwoTypos,      ///< in names of seven letters and more
   Sound          ///< sounds alike, and up to three letters differ
 };
 

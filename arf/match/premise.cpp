@@ -20,6 +20,8 @@ bool IsSingleLetter(const Word& word)
   return word.text.size() == 1 && IsUpperLetter(word.text.front());
 }
 
+constexpr std::string_view kHouse = "HOUSE";
+
 bool IsNumberSign(std::string_view word)
 {
   return word == "NO" || word == "NUMBER" || word == "NR" || word == "NUM";
@@ -65,6 +67,7 @@ class PremiseParser
   void Run(std::size_t end)
   {
     ReadRange(end);
+    ReadSpelledRange(end);
     ReadDetachedSuffix(end);
     ReadSingleNumber(end);
     ReadPrefixedNumber(end);
@@ -93,19 +96,32 @@ class PremiseParser
     HouseNumber first, last;
     if (!ReadHouseNumber(Before(end), last)) return;
     const bool isRange = ReadHouseNumber(Before(end - 1), first) && IsBefore(first, last);
-    if (isRange && !FollowsDesignator(end - 2)) {
-      Premise premise;
-      SetNumber(premise, first);
-      premise.numberLast = last.number;
-      premise.numberLastSuffix = last.suffix;
-      ReadLeftOfNumber(premise, end - 2);
-    }
+    if (isRange && !FollowsDesignator(end - 2)) ReadLeftOfRange(first, last, end - 2);
     Premise premise;
     SetNumber(premise, last);
     premise.lenientOnly = true;
     premise.departures.Add(Departure::DashPair);
     if (!premise.unit.number.Append(Before(end - 1).text) || !Before(end - 1).hasDigit) return;
     ReadBehindDesignator(premise, end - 2);
+  }
+
+  /** "12 to 14" */
+  void ReadSpelledRange(std::size_t end)
+  {
+    if (!Has(end) || !Has(end - 1) || !Has(end - 2) || Before(end - 1).text != "TO") return;
+    HouseNumber first, last;
+    if (!ReadHouseNumber(Before(end), last) || !ReadHouseNumber(Before(end - 2), first) || !IsBefore(first, last))
+      return;
+    if (!FollowsDesignator(end - 3)) ReadLeftOfRange(first, last, end - 3);
+  }
+
+  void ReadLeftOfRange(const HouseNumber& first, const HouseNumber& last, std::size_t start)
+  {
+    Premise premise;
+    SetNumber(premise, first);
+    premise.numberLast = last.number;
+    premise.numberLastSuffix = last.suffix;
+    ReadLeftOfNumber(premise, start);
   }
 
   bool ReadHouseNumber(const Word& word, HouseNumber& number) const { return arf::ReadHouseNumber(word.text, number); }
@@ -151,14 +167,14 @@ class PremiseParser
   }
 
   /**
-   * "Unit 12 Smith St" has a unit but no number. A type that ends a longer text is part of a name ("Town Hall 483"),
-   * and so is one that a comma separates from the number.
+   * "Unit 12 Smith St" has a unit but no number; "House 12 Smith St" has one. A type that ends a longer text is part of
+   * a name ("Town Hall 483"), and so is one that a comma separates from the number.
    */
   bool FollowsDesignator(std::size_t number)
   {
     if (!Has(number) || input_[number].before != Joint::Space) return false;
     const OccupancyWords words = Designator(number);
-    if (words.count == 0 || StandsAlone(words.type)) return false;
+    if (words.count == 0 || StandsAlone(words.type) || words.type == kHouse) return false;
     const bool hasOwnNumber = ReadOccupancyBefore(input_, first_, number, preference_).count > words.count;
     if (hasOwnNumber) return false;  // "2nd Floor 12"
     return !IsInName(number - words.count);
@@ -186,9 +202,15 @@ class PremiseParser
   {
     if (Joined(start, Joint::Slash)) return ReadSlashed(premise, start);
     std::size_t position = start;
-    if (Has(position) && IsNumberSign(Before(position).text)) --position;
+    if (Has(position) && (IsNumberSign(Before(position).text) || IsHouseSign(position))) --position;
     ReadElements(premise, position);
     ReadBarePair(premise, position);
+  }
+
+  /** "House 12", but not the end of "Opera House 12" and "House, 12". */
+  bool IsHouseSign(std::size_t position) const
+  {
+    return Before(position).text == kHouse && Joined(position, Joint::Space) && !IsInName(position - 1);
   }
 
   /** "3/12", "U3/12", "Level 2/12", "4-6/35D", "Unit 3 / 12" */

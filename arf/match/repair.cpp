@@ -16,8 +16,16 @@ constexpr std::size_t kShortestStuckName = 3;   // letters behind or before digi
 constexpr std::size_t kShortestStuckType = 4;   // letters of a type stuck to a name; the common short forms are below
 
 constexpr std::string_view kCommonTypes[] = {"ST", "RD", "AVE", "CRT", "CRES", "TCE", "PDE", "HWY", "BVD"};
-constexpr std::string_view kPhoneWords[] = {"PH",  "PHONE", "TEL", "TELEPHONE", "MOB", "MOBILE", "FAX",
-                                            "ABN", "ACN",   "REF", "ORDER",     "M",   "T",      "P"};
+constexpr std::string_view kPhoneWords[] = {"PH",  "PHONE", "TEL",   "TELEPHONE", "MOB", "MOBILE",
+                                            "FAX", "REF",   "ORDER", "M",         "T",   "P"};
+
+/** A number that companies put behind their names. */
+struct CompanyNumber
+{
+  std::string_view word;
+  std::size_t digits;
+};
+constexpr CompanyNumber kCompanyNumbers[] = {{"ABN", 11}, {"ACN", 9}};
 
 template <std::size_t Count>
 bool IsOneOf(const std::string_view (&list)[Count], std::string_view word)
@@ -65,9 +73,11 @@ struct StuckWord
 };
 
 /** "12SMITH", "RICHMOND3121"; ordinals and numbers with a letter or two are as they should be. */
-StuckWord TakeDigitsApart(std::string_view word)
+StuckWord TakeDigitsApart(std::string_view word, StuckLetter letter)
 {
-  const auto at = static_cast<std::size_t>(std::find_if_not(word.begin(), word.end(), IsDigit) - word.begin());
+  auto at = static_cast<std::size_t>(std::find_if_not(word.begin(), word.end(), IsDigit) - word.begin());
+  const bool takesLetter = letter == StuckLetter::OfNumber && at > 0 && at + kShortestStuckName < word.size();
+  if (takesLetter) ++at;
   const std::string_view behind = word.substr(at);
   if (at > 0) {
     const bool isName = behind.size() >= kShortestStuckName && std::none_of(behind.begin(), behind.end(), IsDigit);
@@ -95,7 +105,11 @@ StuckWord TakeTypeApart(std::string_view word)
 class WordRepair
 {
  public:
-  WordRepair(const InputText& words, FixedText<kMaxInputBytes>& out) : words_(words), out_(out) { out_.Clear(); }
+  WordRepair(const InputText& words, StuckLetter letter, FixedText<kMaxInputBytes>& out)
+      : words_(words), letter_(letter), out_(out)
+  {
+    out_.Clear();
+  }
 
   void Run()
   {
@@ -136,10 +150,34 @@ class WordRepair
 
   std::size_t NoiseAt(std::size_t i, std::size_t end) const
   {
+    if (const std::size_t count = std::max(CompanyNumberAt(i, end), DetourAt(i, end)); count > 0) return count;
     std::size_t number = i;
     while (number < end && number < i + 2 && IsOneOf(kPhoneWords, words_[number].text)) ++number;
     const std::size_t count = number < end ? PhoneAt(number, end) : 0;
     return count > 0 ? number - i + count : 0;
+  }
+
+  /** "ABN 12 345 678 901" */
+  std::size_t CompanyNumberAt(std::size_t first, std::size_t end) const
+  {
+    for (const auto& [word, digits] : kCompanyNumbers) {
+      if (words_[first].text != word) continue;
+      std::size_t length = 0;
+      for (std::size_t i = first + 1; i < end && words_[i].isNumber && length < digits; ++i) {
+        length += words_[i].text.size();
+        if (length == digits) return i + 1 - first;
+      }
+    }
+    return 0;
+  }
+
+  /** "via Bundaberg", up to state or postcode. */
+  std::size_t DetourAt(std::size_t first, std::size_t end) const
+  {
+    if (!sawNumber_ || words_[first].text != "VIA") return 0;
+    std::size_t i = first + 1;
+    while (i < end && !words_[i].hasDigit && !IsState(i)) ++i;
+    return i > first + 1 ? i - first : 0;
   }
 
   /** How many words from `first` on make a telephone number, or one that is too long for a house. */
@@ -173,7 +211,7 @@ class WordRepair
   {
     Separate(afterNoise_ ? Joint::Break : word.before);
     afterNoise_ = false;
-    StuckWord parts = word.hasDigit && !word.isNumber ? TakeDigitsApart(word.text) : StuckWord{};
+    StuckWord parts = word.hasDigit && !word.isNumber ? TakeDigitsApart(word.text, letter_) : StuckWord{};
     if (parts.IsOne()) {
       tookApart_ = true;
       out_.Append(parts.first);
@@ -208,6 +246,7 @@ class WordRepair
   }
 
   const InputText& words_;
+  StuckLetter letter_;
   FixedText<kMaxInputBytes>& out_;
   bool isNoise_ = false;
   bool afterNoise_ = false;
@@ -219,11 +258,12 @@ class WordRepair
 
 }  // namespace
 
-std::string_view Repair(std::string_view text, InputText& words, RepairBuffer& buffer, Departures& departures)
+std::string_view Repair(std::string_view text, StuckLetter letter, InputText& words, RepairBuffer& buffer,
+                        Departures& departures)
 {
   const bool hasLinks = RemoveLinks(text, buffer.withoutLinks);
   if (hasLinks && words.Read(buffer.withoutLinks.View()) != InputFault::None) return {};
-  WordRepair repair(words, buffer.repaired);
+  WordRepair repair(words, letter, buffer.repaired);
   repair.Run();
   if (hasLinks || repair.LeftOut()) departures.Add(Departure::Noise);
   if (repair.TookApart()) departures.Add(Departure::RunTogether);

@@ -5,6 +5,7 @@
 #ifndef QXPAF_ARF_MATCH_REPAIR_H
 #define QXPAF_ARF_MATCH_REPAIR_H
 
+#include <cstdint>
 #include <string_view>
 
 #include "arf/match/fixed_text.h"
@@ -20,15 +21,23 @@ struct RepairBuffer
   FixedText<kMaxInputBytes> repaired;
 };
 
+/** Whose the letter behind the digits of "12AKing" is. */
+enum class StuckLetter : std::uint8_t
+{
+  OfName,   ///< "12 AKing"
+  OfNumber  ///< "12A King"
+};
+
 /**
- * Leaves out e-mail and web addresses, telephone numbers, numbers of seven digits and more, and words behind state and
- * postcode; takes "12SmithSt" and "Richmond3121" apart.
+ * Leaves out e-mail and web addresses, telephone numbers, numbers of companies and of seven digits and more, "via" with
+ * a place, and words behind state and postcode; takes "12SmithSt" and "Richmond3121" apart.
  *
  * @param words       the text as read; overwritten while working, so that the caller reads what he needs again
  * @param departures  receives what was done
  * @return            a view of the buffer; empty when there was nothing to repair
  */
-std::string_view Repair(std::string_view text, InputText& words, RepairBuffer& buffer, Departures& departures);
+std::string_view Repair(std::string_view text, StuckLetter letter, InputText& words, RepairBuffer& buffer,
+                        Departures& departures);
 
 }  // namespace arf
 

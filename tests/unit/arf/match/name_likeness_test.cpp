@@ -35,6 +35,8 @@ TEST(NameLikeness, Rows)
       {"DAI", "DAY", Likeness::Sound},
       {"WUDS", "WOODS", Likeness::Sound},
       {"KURPAJONK", "KURRAJONG", Likeness::TwoTypos},
+      {"SHEPARD", "SHEPHERD", Likeness::TwoTypos},
+      {"SHEPRD", "SHEPHERD", Likeness::None},
       {"SMOTE", "SMITH", Likeness::None},
       {"FILLIP", "PHILLIP", Likeness::Sound},
       {"MT ISSA", "MOUNT ISA", Likeness::OneTypo},

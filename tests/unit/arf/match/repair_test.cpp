@@ -8,19 +8,21 @@
 
 namespace {
 
+using arf::StuckLetter;
+
 struct RepairRow
 {
   const char* written;
   const char* repaired;  ///< empty: nothing to repair
 };
 
-std::string Repaired(const std::string& text)
+std::string Repaired(const std::string& text, StuckLetter letter = StuckLetter::OfName)
 {
   const auto words = std::make_unique<arf::InputText>();
   const auto buffer = std::make_unique<arf::RepairBuffer>();
   arf::Departures departures;
   if (words->Read(text) != arf::InputFault::None) return "unreadable";
-  const std::string_view repaired = arf::Repair(text, *words, *buffer, departures);
+  const std::string_view repaired = arf::Repair(text, letter, *words, *buffer, departures);
   EXPECT_EQ(repaired.empty(), departures.Empty()) << text;
   return std::string(repaired);
 }
@@ -44,6 +46,14 @@ TEST(Repair, Rows)
       {"+61 2 9123 4567, 12 Smith St", "12 SMITH ST"},
       {"0412345678 12 Smith St", "12 SMITH ST"},
       {"1300 123 456 12 Smith St", "12 SMITH ST"},
+      {"Foo ABN 12 345 678 901, 12 Smith St", "FOO 12 SMITH ST"},
+      {"Foo ACN 123 456 789, 12 Smith St", "FOO 12 SMITH ST"},
+      {"Foo ABN 12 Smith St", ""},
+      {"Foo ABN 123 456 7890, 12 Smith St", ""},
+      {"12 Smith St Sydney via Bundaberg", "12 SMITH ST SYDNEY"},
+      {"12 Smith St Sydney via Bundaberg QLD 4670", "12 SMITH ST SYDNEY QLD 4670"},
+      {"12 Smith St Sydney via 2000", ""},
+      {"Via Roma 12, Sydney", ""},
       {"12Smith St Sydney", "12 SMITH ST SYDNEY"},
       {"12SmithSt Sydney", "12 SMITH ST SYDNEY"},
       {"12 SmithStreet Sydney", "12 SMITH STREET SYDNEY"},
@@ -63,6 +73,14 @@ TEST(Repair, Rows)
     };
     EXPECT_EQ(withoutCommas(repaired), withoutCommas(expected)) << row.written;
   }
+}
+
+TEST(Repair, TheLetterBehindDigitsMayBeOfTheNumber)
+{
+  EXPECT_EQ(Repaired("12ASmith St"), "12 ASMITH ST");
+  EXPECT_EQ(Repaired("12ASmith St", StuckLetter::OfNumber), "12A SMITH ST");
+  EXPECT_EQ(Repaired("12AElm St", StuckLetter::OfNumber), "12A ELM ST");
+  EXPECT_EQ(Repaired("12Elm St", StuckLetter::OfNumber), "12 ELM ST");
 }
 
 TEST(Repair, LongTextsFit)
