@@ -19,6 +19,21 @@ constexpr std::size_t kStartStopBars = 2;
 constexpr std::size_t kCheckBars = kCheckSymbols * kTextBars;
 constexpr std::size_t kMaxSymbols = (kMaxFourStateBars - 2 * kStartStopBars - kCheckBars) / kTextBars;
 
+constexpr std::size_t kSymbols = kBarStates * kBarStates * kBarStates;
+using BarText = std::array<char, kTextBars>;
+
+/** The bars of every symbol. */
+constexpr std::array<BarText, kSymbols> MakeBarTexts()
+{
+  std::array<BarText, kSymbols> texts{};
+  for (unsigned symbol = 0; symbol < kSymbols; ++symbol)
+    for (std::size_t bar = kTextBars, rest = symbol; bar-- > 0; rest /= kBarStates)
+      texts[symbol][bar] = static_cast<char>('0' + rest % kBarStates);
+  return texts;
+}
+
+constexpr std::array<BarText, kSymbols> kBarTexts = MakeBarTexts();
+
 constexpr bool HasWholeSymbols(const FourStateFormat& format)
 {
   return (format.bars - 2 * kStartStopBars) % kTextBars == 0;
@@ -66,9 +81,11 @@ void AppendCheck(FourStateBars& bars)
 {
   const std::string_view data = bars.View().substr(kStartStopBars);
   std::array<std::uint8_t, kMaxSymbols> symbols{};
-  for (std::size_t i = 0; i < data.size(); ++i) {
-    std::uint8_t& symbol = symbols[i / kTextBars];
-    symbol = static_cast<std::uint8_t>(symbol * kBarStates + static_cast<unsigned>(data[i] - '0'));
+  for (std::size_t i = 0; i < data.size() / kTextBars; ++i) {
+    unsigned symbol = 0;
+    for (const char bar : data.substr(i * kTextBars, kTextBars))
+      symbol = symbol * kBarStates + static_cast<unsigned>(bar - '0');
+    symbols[i] = static_cast<std::uint8_t>(symbol);
   }
   for (const std::uint8_t symbol : CheckSymbols({symbols.data(), data.size() / kTextBars}))
     bars.Append(symbol, kTextBars);
@@ -108,16 +125,15 @@ const FourStateFormat* FindFourStateFormat(std::string_view code)
 
 void FourStateBars::Append(unsigned code, std::size_t count)
 {
-  for (std::size_t i = count; i > 0; --i) {
-    bars_[count_ + i - 1] = static_cast<char>('0' + code % kBarStates);
-    code /= kBarStates;
-  }
+  std::copy_n(kBarTexts[code].end() - count, count, bars_.begin() + count_);
   count_ += count;
 }
 
 void FourStateBars::FillTo(std::size_t count)
 {
-  while (count_ < count) Append(kTracker, 1);
+  if (count_ >= count) return;
+  std::fill(bars_.begin() + count_, bars_.begin() + count, static_cast<char>('0' + kTracker));
+  count_ = count;
 }
 
 bool IsNumeric(const FourStateRequest& request)

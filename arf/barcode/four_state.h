@@ -70,7 +70,7 @@ class FourStateBars
  public:
   std::string_view View() const { return {bars_.data(), count_}; }
   void Clear() { count_ = 0; }
-  /** Appends `count` bars, the base-4 digits of `code`. */
+  /** Appends `count` bars, three at most: the base-4 digits of `code`. */
   void Append(unsigned code, std::size_t count);
   /** Appends trackers up to `count` bars in all. */
   void FillTo(std::size_t count);

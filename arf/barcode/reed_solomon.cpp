@@ -52,19 +52,51 @@ constexpr Generator MakeGenerator()
 constexpr Generator kGenerator = MakeGenerator();
 static_assert(kGenerator == Generator{30, 29, 17, 48});
 
+/** Check symbols in one number, the first in the highest bits. */
+using Packed = std::uint32_t;
+
+constexpr unsigned kSymbolBits = 6;
+constexpr unsigned kFirstSymbol = kSymbolBits * (kCheckSymbols - 1);
+constexpr Packed kAllSymbols = (Packed{1} << (kSymbolBits * kCheckSymbols)) - 1;
+static_assert(1U << kSymbolBits == kFieldSize);
+
+/** The generator times every symbol. */
+constexpr std::array<Packed, kFieldSize> MakeMultiples()
+{
+  std::array<Packed, kFieldSize> multiples{};
+  for (std::size_t symbol = 0; symbol < kFieldSize; ++symbol)
+    for (const std::uint8_t coefficient : kGenerator)
+      multiples[symbol] = multiples[symbol] << kSymbolBits | Multiply(static_cast<std::uint8_t>(symbol), coefficient);
+  return multiples;
+}
+
+/** By the number of symbols behind a symbol: what each value of it adds to the check symbols. */
+using Shares = std::array<std::array<Packed, kFieldSize>, kMaxDataSymbols>;
+
+constexpr Shares MakeShares()
+{
+  Shares shares{};
+  shares[0] = MakeMultiples();
+  for (std::size_t behind = 1; behind < kMaxDataSymbols; ++behind)
+    for (std::size_t symbol = 0; symbol < kFieldSize; ++symbol) {
+      const Packed before = shares[behind - 1][symbol];
+      shares[behind][symbol] = (before << kSymbolBits & kAllSymbols) ^ shares[0][before >> kFirstSymbol];
+    }
+  return shares;
+}
+
+constexpr Shares kShares = MakeShares();
+
 }  // namespace
 
 std::array<std::uint8_t, kCheckSymbols> CheckSymbols(std::span<const std::uint8_t> data)
 {
-  std::array<std::uint8_t, kCheckSymbols> rest{};
-  for (const std::uint8_t symbol : data) {
-    const auto lead = static_cast<std::uint8_t>((symbol ^ rest[0]) % kFieldSize);
-    std::shift_left(rest.begin(), rest.end(), 1);
-    rest.back() = 0;
-    for (std::size_t i = 0; i < kCheckSymbols; ++i)
-      rest[i] = static_cast<std::uint8_t>(rest[i] ^ Multiply(lead, kGenerator[i]));
-  }
-  return rest;
+  Packed sum = 0;
+  for (std::size_t i = 0; i < data.size(); ++i) sum ^= kShares[data.size() - 1 - i][data[i] % kFieldSize];
+  std::array<std::uint8_t, kCheckSymbols> symbols;
+  for (std::size_t i = kCheckSymbols; i-- > 0; sum >>= kSymbolBits)
+    symbols[i] = static_cast<std::uint8_t>(sum % kFieldSize);
+  return symbols;
 }
 
 }  // namespace arf

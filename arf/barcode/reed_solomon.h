@@ -15,8 +15,10 @@
 namespace arf {
 
 inline constexpr std::size_t kCheckSymbols = 4;
+/** A code word has fewer symbols than the field. */
+inline constexpr std::size_t kMaxDataSymbols = 63 - kCheckSymbols;
 
-/** The check symbols of `data` (each symbol below 64), in the order in which they follow the data. */
+/** The check symbols of `data` (kMaxDataSymbols at most, each below 64), in the order in which they follow the data. */
 std::array<std::uint8_t, kCheckSymbols> CheckSymbols(std::span<const std::uint8_t> data);
 
 }  // namespace arf

@@ -25,8 +25,8 @@ constexpr int kFewestBars = 37;
 
 bool BeginsWithDpid(std::string_view text)
 {
-  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-  return digits >= kDpidLength || digits == text.size();
+  const std::string_view dpid = text.substr(0, kDpidLength);
+  return std::all_of(dpid.begin(), dpid.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
 /** Puts the bar counts that old callers give in the place of the format control code into codes. */
@@ -100,8 +100,9 @@ int pafGenerateBarcode(char* text, int size)
 int pafBuildBarcode_(const char* a, const char* b, const char* c, int flag, char* out, int* lengthOut)
 {
   return AtBoundary([&]() -> int {
-    std::string request = "Barcode2:";
-    request.append(Prefix(b, kDpidLength)).append(Prefix(a, kFormatLength));
+    std::string request;
+    request.reserve(64);  // once is enough: this is done for every letter of a mailing
+    request.append("Barcode2:").append(Prefix(b, kDpidLength)).append(Prefix(a, kFormatLength));
     request.append(flag != 0 ? "N" : "C").append(Prefix(c, kCustomerLength));
     char answer[128];
     answer[0] = '\0';
