@@ -157,6 +157,53 @@ class LibraryAddress : public Asker
   std::size_t next_ = 0;
 };
 
+/** Addresses typed letter by letter: the first hint, or the whole list, after each letter. */
+class LibraryHint : public Asker
+{
+ public:
+  LibraryHint(const Options& options, bool wholeList)
+      : instance_(options.database), addresses_(options.addresses), wholeList_(wholeList)
+  {
+    if (addresses_.empty()) Fail("no address to type: name some with --address");
+  }
+
+  void Ask() override
+  {
+    const std::string& address = addresses_[next_];
+    const std::string typed = address.substr(0, ++letters_);
+    char hint[1024];
+    RemoteInstance::Check(pafGetPopupHintId(instance_.Id(), typed.c_str(), "", kHints, hint, sizeof hint), "hint");
+    const bool isTyped = letters_ == address.size();
+    if (isTyped && hint[0] == '\t') Fail("no hint for " + address);
+    while (wholeList_ && hint[0] != '\t')
+      RemoteInstance::Check(pafGetNextPopupHintId(instance_.Id(), hint, sizeof hint), "next hint");
+    if (!isTyped) return;
+    letters_ = 0;
+    next_ = next_ + 1 == addresses_.size() ? 0 : next_ + 1;
+  }
+
+ private:
+  static constexpr int kHints = 10;
+
+  RemoteInstance instance_;
+  const std::vector<std::string>& addresses_;
+  bool wholeList_;
+  std::size_t next_ = 0;
+  std::size_t letters_ = 0;
+};
+
+class FirstHint : public LibraryHint
+{
+ public:
+  explicit FirstHint(const Options& options) : LibraryHint(options, false) {}
+};
+
+class HintList : public LibraryHint
+{
+ public:
+  explicit HintList(const Options& options) : LibraryHint(options, true) {}
+};
+
 /** Lines over a socket of its own; the least that a client can do. */
 class LineClient
 {
@@ -258,10 +305,9 @@ struct Kind
   std::unique_ptr<Asker> (*make)(const Options& options);
 };
 
-constexpr Kind kKinds[] = {{"property", Make<LibraryProperty>},
-                           {"address", Make<LibraryAddress>},
-                           {"raw-property", Make<RawProperty>},
-                           {"redis-ping", Make<RedisPing>}};
+constexpr Kind kKinds[] = {{"property", Make<LibraryProperty>}, {"address", Make<LibraryAddress>},
+                           {"hint", Make<FirstHint>},           {"hint-list", Make<HintList>},
+                           {"raw-property", Make<RawProperty>}, {"redis-ping", Make<RedisPing>}};
 
 /** A directory whose configuration file makes the library ask the server; the working directory while it lives. */
 class ClientDirectory
@@ -539,7 +585,7 @@ void AddOptions(CLI::App& program, Options& options)
       ->check(CLI::Range(0, kMostRequests))
       ->capture_default_str();
   program.add_option("--database", options.database, "The server's name of the database")->capture_default_str();
-  program.add_option("--address", options.addresses, "What to look up in turn; may be given several times")
+  program.add_option("--address", options.addresses, "What to look up or type in turn; may be given several times")
       ->allow_extra_args(false);
   program.add_flag("--json", options.isJson, "Print a JSON document");
   program.footer("Exit status: 0 measured, 1 a request failed or was answered wrongly.");

@@ -1,34 +1,14 @@
 #include "arf/hint/hint_search.h"
 
 #include <algorithm>
-#include <array>
 
 #include "arf/format/partition_point.h"
+#include "arf/hint/hint_limits.h"
 #include "arf/match/occupancy_words.h"
 #include "arf/match/point_search.h"
-#include "arf/match/postal_words.h"
-#include "arf/tables/street_suffixes.h"
-#include "arf/tables/street_types.h"
 
 namespace arf {
 namespace {
-
-constexpr std::size_t kMaxPremiseWords = 12;
-constexpr std::size_t kMaxNameWords = 6;
-constexpr std::size_t kMaxTypeWords = 3;
-constexpr std::size_t kMaxSuffixWords = 2;
-constexpr std::size_t kLeastMistyped = 4;  ///< letters; shorter names are too little to see an error in
-
-// What a search looks at before it makes do with what it has; only texts that fit very much come near it.
-constexpr std::uint32_t kMaxVisited = 1500;
-constexpr std::uint32_t kMaxCompared = 96;
-constexpr std::uint32_t kMaxPoints = 20'000;
-constexpr std::size_t kLeastScanned = 2;  ///< letters; so many streets begin with fewer that the next one is awaited
-constexpr std::size_t kMaxScanned = 400;  ///< streets or localities behind the listed ones
-
-// Ranks: how well a hint fits. The number counts in its lowest two bits.
-constexpr std::uint8_t kUnfinishedRank = 4;  ///< the last word is a part of a longer one
-constexpr std::uint8_t kSpellingRank = 8;
 
 /** Localities take up to two in five places while streets fit as well. */
 std::size_t PlacesKept(std::size_t most)
@@ -36,58 +16,35 @@ std::size_t PlacesKept(std::size_t most)
   return std::max<std::size_t>(1, most * 2 / 5);
 }
 
-/** The rest of the words from `first` on that have no break between them, at most `most`. */
-std::size_t EndOfPart(const InputText& words, std::size_t first, std::size_t most)
-{
-  std::size_t end = first + 1;
-  while (end < words.Count() && end - first < most && words[end].before != Joint::Break) ++end;
-  return end;
-}
-
-/** Whether a type or suffix begins as it was typed; "CUL DE" begins CUL-DE-SAC. */
-bool Begins(std::string_view stored, std::string_view typed)
-{
-  const auto isSame = [](char a, char b) { return a == b || (a == '-' && b == ' '); };
-  return stored.size() >= typed.size() &&
-         std::equal(typed.begin(), typed.end(), stored.begin(), [&](char b, char a) { return isSame(a, b); });
-}
-
-bool FitsWord(std::string_view stored, std::string_view written, std::string_view full, bool open,
-              std::string_view (*abbreviate)(std::string_view))
-{
-  if (written.empty()) return true;
-  if (stored.empty()) return false;
-  if (stored == full) return true;
-  if (!open) return false;
-  return Begins(stored, written) || Begins(abbreviate(stored), written);
-}
-
 }  // namespace
-
-bool HintSearch::StreetEnding::Fits(const Street& street) const
-{
-  return FitsWord(street.type, type, fullType, isTypeOpen, AbbreviateStreetType) &&
-         FitsWord(street.suffix, suffix, fullSuffix, isSuffixOpen, AbbreviateStreetSuffix);
-}
 
 InputFault HintSearch::Search(std::string_view text, std::string_view place, std::size_t most)
 {
   for (HintList* list : {&streets_, &localities_, &hints_}) list->Clear();
   most_ = std::clamp<std::size_t>(most, 1, HintList::kMax);
-  visited_ = compared_ = points_ = 0;
+  visited_ = compared_ = points_ = buildings_ = 0;
   if (const InputFault fault = typed_.Read(text); fault != InputFault::None) return fault;
   if (const InputFault fault = context_.Read(place); fault != InputFault::None) return fault;
+  StartText();
   ReadContext();
   if (typed_.Count() > 0 && (!hasContext_ || contextCount_ > 0)) RunPasses();
   Merge();
   return InputFault::None;
 }
 
+/** Forgets what was read of the text before. */
+void HintSearch::StartText()
+{
+  tails_.Start(typed_);
+  mistypedNames_.Clear();
+  for (std::optional<Premises>& premises : premises_) premises.reset();
+}
+
 void HintSearch::ReadContext()
 {
   hasContext_ = context_.Count() > 0;
-  contextCount_ = hasContext_ ? placeReader_.Read(context_, 0, false, contextPlaces_) : 0;
-  if (hasContext_ && contextCount_ == 0) contextCount_ = placeReader_.Read(context_, 0, true, contextPlaces_);
+  contextCount_ = hasContext_ ? tails_.Reader().Read(context_, 0, false, contextPlaces_) : 0;
+  if (hasContext_ && contextCount_ == 0) contextCount_ = tails_.Reader().Read(context_, 0, true, contextPlaces_);
 }
 
 /** What needs less to be forgiven comes first; the next pass is made only while nothing has been found. */
@@ -103,6 +60,7 @@ void HintSearch::RunPasses()
     if (!IsNothing()) break;
     Run(pass);
   }
+  if (IsNothing() && TurnNumberToFront()) return Run({.isTurned = true});
   if (pass_.unlikely || pass_.streetTypo || pass_.placeTypo || !MayBeMistyped()) return;
   Run({.streetTypo = true, .sureStart = true});
   Run({.placeTypo = true, .sureStart = true});
@@ -122,11 +80,12 @@ bool HintSearch::MayBeMistyped() const
 void HintSearch::Run(const Pass& pass)
 {
   pass_ = pass;
-  if (!pass.streetTypo && !pass.anyStreetType) {
+  if (!pass.streetTypo && !pass.anyStreetType && !pass.isTurned) {
     SearchLocalities();
     SearchPostal();
   }
   SearchPremises();
+  if (!pass.streetTypo && !pass.placeTypo && !pass.anyStreetType && !pass.isTurned) SearchBuildings();
 }
 
 void HintSearch::SearchPremises()
@@ -136,8 +95,8 @@ void HintSearch::SearchPremises()
   const std::size_t last = std::min(typed_.Count(), kMaxPremiseWords);
   for (std::size_t end = 1; end <= last; ++end) {
     if (!MayEndPremise(end)) continue;
-    const Premises premises(typed_.Words(), {0, end});
-    for (const Premise& premise : premises)
+    if (!premises_[end]) premises_[end].emplace(typed_.Words(), WordRange{0, end});
+    for (const Premise& premise : *premises_[end])
       if (IsUsable(premise, end)) SearchStreets(&premise, end);
   }
 }
@@ -167,87 +126,78 @@ void HintSearch::SearchStreets(const Premise* premise, std::size_t first)
   query.premise = premise;
   if (first == typed_.Count()) {
     const std::optional<NameSpan> all = streetTree_.All();
-    if (!all || pass_.streetTypo || pass_.placeTypo) return;
+    if (!all || pass_.streetTypo || pass_.placeTypo || pass_.isTurned) return;
     query.names = *all;
     return Visit(query);
   }
-  for (std::size_t end = EndOfPart(typed_.Words(), first, kMaxNameWords); end > first; --end)
-    SearchName(query, {first, end});
+  const std::size_t last = EndOfPart(typed_.Words(), first, kMaxNameWords);
+  if (pass_.streetTypo) return SearchMistypedNames(query, {first, last});
+  for (std::size_t end = last; end > first; --end) SearchName(query, {first, end});
 }
 
 /** The names that some words may be, each with what stands behind them. */
 void HintSearch::SearchName(Query query, WordRange words)
 {
-  const bool open = typed_.IsOpen(words);
   query.typedName = typed_.Text(words);
-  const auto search = [&](const NameSpan& names, Spelling spelling) {
-    query.names = names;
-    query.spelling = spelling;
-    SearchEnding(query, words.last);
-  };
-  if (pass_.streetTypo) {
-    NameTree::Spans spans;
-    const bool isLong = query.typedName.size() >= kLeastMistyped;
-    const std::size_t count = isLong ? streetTree_.Mistyped(query.typedName, open, spans) : 0;
-    for (std::size_t i = 0; i < count; ++i)
-      if (!pass_.sureStart || streetTree_.Name(spans[i].first).front() == query.typedName.front())
-        search(spans[i], Spelling::Mistyped);
-    return;
-  }
+  const bool open = typed_.IsOpen(words);
   const auto find = [&](std::string_view name, Spelling spelling) {
-    if (const std::optional<NameSpan> whole = streetTree_.Named(name)) search(*whole, spelling);
-    if (!open) return;
-    if (const std::optional<NameSpan> begun = streetTree_.Beginning(name)) search(*begun, spelling);
+    query.spelling = pass_.isTurned ? Spelling::Other : spelling;
+    query.isUnfinished = false;
+    if (!IsWorthwhile(query)) return;
+    if (const std::optional<NameSpan> whole = streetTree_.Named(name)) SearchTails(query, *whole, words.last);
+    query.isUnfinished = true;
+    if (!open || !IsWorthwhile(query)) return;
+    if (const std::optional<NameSpan> begun = streetTree_.Beginning(name)) SearchTails(query, *begun, words.last);
   };
   find(query.typedName, Spelling::AsTyped);
+  SearchAliases(query, words);
   for (const NameText& other : OtherSpellings(typed_, words)) find(other.View(), Spelling::Other);
 }
 
-/** Type, suffix or both may stand behind the name. */
-void HintSearch::SearchEnding(Query query, std::size_t first)
+/** Whether there is room for a hint that fits as well as a reading allows. */
+bool HintSearch::IsWorthwhile(const Query& query) const
 {
-  if (!pass_.anyStreetType) SearchPlaces(query, first);
-  const std::size_t last = std::min(typed_.Count(), first + kMaxTypeWords);
-  for (std::size_t end = first + 1; end <= last && typed_[end - 1].before != Joint::Break; ++end) {
-    Query typed = query;
-    StreetEnding& ending = typed.ending;
-    ending.type = typed_.Text({first, end});
-    ending.fullType = ExpandStreetType(ending.type);
-    ending.isTypeOpen = typed_.IsOpen({first, end});
-    if (ending.fullType.empty() && !ending.isTypeOpen) continue;
-    if (pass_.anyStreetType) {
-      ending = {};
-      typed.spelling = std::max(typed.spelling, Spelling::Other);
-    }
-    SearchPlaces(typed, end);
-    SearchSuffix(typed, end);
-  }
-  if (!pass_.anyStreetType) SearchSuffix(query, first);
+  const unsigned best =
+      static_cast<unsigned>(query.spelling) * kSpellingRank + (query.isUnfinished ? kUnfinishedRank : 0U);
+  return streets_.Count() < most_ || streets_[most_ - 1].rank >= best;
 }
 
-void HintSearch::SearchSuffix(Query query, std::size_t first)
+/** The same for names with a typing error, which may end with any of the words. */
+void HintSearch::SearchMistypedNames(Query query, WordRange words)
 {
-  const std::size_t last = std::min(typed_.Count(), first + kMaxSuffixWords);
-  for (std::size_t end = first + 1; end <= last && typed_[end - 1].before != Joint::Break; ++end) {
-    StreetEnding& ending = query.ending;
-    ending.suffix = typed_.Text({first, end});
-    ending.fullSuffix = ExpandStreetSuffix(ending.suffix);
-    ending.isSuffixOpen = typed_.IsOpen({first, end});
-    if (!ending.fullSuffix.empty() || ending.isSuffixOpen) SearchPlaces(query, end);
+  query.spelling = Spelling::Mistyped;
+  for (std::size_t end = words.last; end > words.first; --end) {
+    query.typedName = typed_.Text({words.first, end});
+    // Whichever is known already comes first.
+    if (!pass_.placeTypo && tails_.Read(end, false).empty()) continue;
+    for (const NameTree::Found& found : mistypedNames_.Of(streetTree_, typed_, words, pass_.sureStart))
+      if (found.length == query.typedName.size()) SearchTails(query, found.names, end);
   }
 }
 
-void HintSearch::SearchPlaces(Query query, std::size_t first)
+void HintSearch::SearchTails(const Query& query, const NameSpan& names, std::size_t first)
 {
-  if (first == typed_.Count()) {
-    if (!pass_.placeTypo) Visit(query);
-    return;
+  Query named = query;
+  named.names = names;
+  for (const TypedTail& tail : tails_.Read(first, pass_.placeTypo)) SearchTail(named, tail);
+}
+
+void HintSearch::SearchTail(Query query, const TypedTail& tail)
+{
+  if (pass_.anyStreetType) {
+    if (tail.ending.type.empty()) return;
+    query.spelling = std::max(query.spelling, Spelling::Other);
+    query.ending.suffix = tail.ending.suffix;
+    query.ending.fullSuffix = tail.ending.fullSuffix;
+    query.ending.isSuffixOpen = tail.ending.isSuffixOpen;
+  } else {
+    query.ending = tail.ending;
   }
-  const std::size_t count = placeReader_.Read(typed_, first, pass_.placeTypo, places_);
+  if (!tail.hasPlace) return Visit(query);
   const Spelling spelling = query.spelling;
-  for (std::size_t i = 0; i < count; ++i) {
-    query.place = &places_[i];
-    query.spelling = std::max(spelling, places_[i].spelling);
+  for (const Place& place : tail.places) {
+    query.place = &place;
+    query.spelling = std::max(spelling, place.spelling);
     Visit(query);
   }
 }
@@ -255,6 +205,8 @@ void HintSearch::SearchPlaces(Query query, std::size_t first)
 /** Goes to the streets by the way that leaves the fewest: the place typed, the place given, or the names alone. */
 void HintSearch::Visit(const Query& query)
 {
+  if (!IsWorthwhile(query)) return;
+  if (query.alias) return VisitAlias(query);
   if (query.place && !query.place->isAnywhere) return VisitPlace(query, *query.place);
   bool hasVisited = false;
   for (std::size_t i = 0; i < contextCount_; ++i) {
@@ -342,7 +294,12 @@ void HintSearch::VisitStreet(const Query& query, std::uint32_t index)
 {
   ++visited_;
   const Street street = data_.StreetAt(index);
-  if (street.points.count == 0 || !query.ending.Fits(street)) return;
+  if (query.ending.Fits(street.type, street.suffix)) VisitFitting(query, street);
+}
+
+void HintSearch::VisitFitting(const Query& query, const Street& street)
+{
+  if (street.points.count == 0) return;
   if (query.place || hasContext_) {
     const Locality locality = data_.LocalityAt(street.locality);
     if (query.place && !query.place->Holds(street.locality, locality)) return;
@@ -371,7 +328,7 @@ void HintSearch::AddPremises(const Query& query, const Street& street)
   hint.streetSize = street.points.count;
   hint.locality = street.locality;
   hint.street = street.index;
-  if (found.count > 0) hint.rank = RankOf(query, data_.StreetName(street.nameIndex), found.fit);
+  if (found.count > 0) hint.rank = RankOf(query, street, found.fit);
   for (std::size_t i = 0; i < found.count; ++i) {
     const PremiseHit& hit = found.hits[i];
     hint.kind = hit.count > 1 ? HintKind::Building : HintKind::Address;
@@ -387,7 +344,7 @@ void HintSearch::AddStreet(const Query& query, const Street& street)
   Hint hint;
   hint.kind = HintKind::Street;
   hint.spelling = query.spelling;
-  hint.rank = RankOf(query, data_.StreetName(street.nameIndex), NumberFit::Same);
+  hint.rank = RankOf(query, street, NumberFit::Same);
   hint.count = hint.streetSize = street.points.count;
   hint.locality = street.locality;
   hint.street = street.index;
@@ -399,77 +356,23 @@ void HintSearch::AddStreet(const Query& query, const Street& street)
   streets_.Add(hint);
 }
 
-std::uint8_t HintSearch::RankOf(const Query& query, std::string_view name, NumberFit fit) const
+std::uint8_t HintSearch::RankOf(const Query& query, const Street& street, NumberFit fit) const
 {
+  const std::string_view name = query.alias ? query.alias->key : data_.StreetName(street.nameIndex);
   const bool isWhole = query.spelling == Spelling::AsTyped && name == query.typedName;
   const unsigned spelling = static_cast<unsigned>(query.spelling) * kSpellingRank;
   const unsigned unfinished = isWhole || name.size() <= query.typedName.size() ? 0U : kUnfinishedRank;
   return static_cast<std::uint8_t>(spelling + unfinished + static_cast<unsigned>(fit));
 }
 
-/** Boxes and bags, once something says where. */
-void HintSearch::SearchPostal()
-{
-  const std::size_t most = EndOfPart(typed_.Words(), 0, kMaxNameWords);
-  for (std::size_t end = 1; end <= most; ++end) {
-    const PostalWords words = ReadPostalAtEnd(typed_.Words(), {0, end});
-    if (words.type.empty() || words.start != 0) continue;
-    if (end == typed_.Count()) {
-      for (std::size_t i = 0; i < contextCount_; ++i) VisitPostal(words, contextPlaces_[i]);
-      continue;
-    }
-    const std::size_t count = placeReader_.Read(typed_, end, pass_.placeTypo, places_);
-    for (std::size_t i = 0; i < count; ++i) VisitPostal(words, places_[i]);
-  }
-}
-
-void HintSearch::VisitPostal(const PostalWords& words, const Place& place)
-{
-  for (const IndexRange range : place.Ranges()) {
-    for (std::uint32_t i = 0; i < range.count && !Exhausted(); ++i) {
-      ++visited_;
-      const Locality locality = data_.LocalityAt(range.first + i);
-      if (!place.Holds(range.first + i, locality) || !IsInContext(range.first + i, locality)) continue;
-      const IndexRange kinds = data_.PostalStreetsOf(locality);
-      for (std::uint32_t kind = kinds.first; kind - kinds.first < kinds.count && !Exhausted(); ++kind) {
-        ++visited_;
-        const Street street = data_.StreetAt(kind);
-        if (street.type == words.type) AddPostal(words, street, place.spelling);
-      }
-    }
-  }
-}
-
-void HintSearch::AddPostal(const PostalWords& words, const Street& street, Spelling spelling)
-{
-  PostalNumber number;
-  if (!ReadPostalNumber(typed_.Text(words.number), number)) return;
-  ++compared_;
-  PointCursor cursor = data_.PointsNumbered(street, number.number);
-  for (Point point; points_ < kMaxPoints && cursor.Next(point); ++points_) {
-    if (point.numberPrefix != number.prefix || point.numberFirstSuffix != number.suffix) continue;
-    Hint hint;
-    hint.spelling = spelling;
-    hint.rank = static_cast<std::uint8_t>(static_cast<unsigned>(spelling) * kSpellingRank);
-    hint.count = 1;
-    hint.streetSize = street.points.count;
-    hint.locality = street.locality;
-    hint.street = street.index;
-    hint.points = {point.ordinal, 1};
-    hint.own = point.ordinal;
-    return streets_.Add(hint);
-  }
-}
-
 void HintSearch::SearchLocalities()
 {
-  const std::size_t count = placeReader_.Read(typed_, 0, pass_.placeTypo, places_);
-  for (std::size_t i = 0; i < count; ++i) AddLocalities(places_[i]);
+  for (const Place& place : tails_.Places(0, pass_.placeTypo)) AddLocalities(place);
 }
 
 void HintSearch::AddLocalities(const Place& place)
 {
-  const std::optional<NameSpan> all = placeReader_.Tree().All();
+  const std::optional<NameSpan> all = tails_.Reader().Tree().All();
   std::span<const std::uint32_t> largest = place.names.largest;
   if (place.isAnywhere && all) largest = all->largest;
   for (const std::uint32_t locality : largest) AddLocality(place, locality);

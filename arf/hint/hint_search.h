@@ -6,18 +6,24 @@
 #ifndef QXPAF_ARF_HINT_HINT_SEARCH_H
 #define QXPAF_ARF_HINT_HINT_SEARCH_H
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
 #include "arf/format/database.h"
 #include "arf/hint/hint.h"
+#include "arf/hint/mistyped_names.h"
 #include "arf/hint/name_tree.h"
 #include "arf/hint/place_reading.h"
+#include "arf/hint/postal_lists.h"
 #include "arf/hint/premise_search.h"
+#include "arf/hint/tail_reading.h"
 #include "arf/hint/typed_text.h"
 #include "arf/match/postal_words.h"
+#include "arf/search/word_index.h"
 
 namespace arf {
 
@@ -26,7 +32,11 @@ class HintSearch
  public:
   /** @param database  must outlive the search */
   explicit HintSearch(const Database& database)
-      : data_(database), streetTree_(NameTree::OfStreets(database)), placeReader_(database)
+      : data_(database),
+        streetTree_(NameTree::OfStreets(database)),
+        tails_(database),
+        postalLists_(database),
+        wordIndex_(database.Section(layout::SectionId::BuildingNames))
   {
   }
 
@@ -50,19 +60,8 @@ class HintSearch
     bool streetTypo = false;     ///< and only names with one
     bool placeTypo = false;      ///< and only localities with one
     bool anyStreetType = false;  ///< whatever type was written
+    bool isTurned = false;       ///< the number was written behind the street and has been put in front of it
     bool sureStart = false;      ///< the first letter is right
-  };
-
-  /** What stands behind a street's name; texts as typed, and their full forms from the tables if they have one. */
-  struct StreetEnding
-  {
-    std::string_view type;
-    std::string_view fullType;
-    bool isTypeOpen = false;
-    std::string_view suffix;
-    std::string_view fullSuffix;
-    bool isSuffixOpen = false;
-    bool Fits(const Street& street) const;
   };
 
   /** One reading of the whole text. */
@@ -72,8 +71,10 @@ class HintSearch
     NameSpan names;
     std::string_view typedName;
     Spelling spelling = Spelling::AsTyped;
-    StreetEnding ending;
-    const Place* place = nullptr;  ///< null: none
+    bool isUnfinished = false;  ///< whole names were looked for before
+    TypedEnding ending;
+    const StreetAliasEntry* alias = nullptr;  ///< null: the street's own name is meant
+    const Place* place = nullptr;             ///< null: none
   };
 
   void ReadContext();
@@ -87,9 +88,11 @@ class HintSearch
 
   void SearchStreets(const Premise* premise, std::size_t first);
   void SearchName(Query query, WordRange words);
-  void SearchEnding(Query query, std::size_t first);
-  void SearchSuffix(Query query, std::size_t first);
-  void SearchPlaces(Query query, std::size_t first);
+  bool IsWorthwhile(const Query& query) const;
+  void SearchMistypedNames(Query query, WordRange words);
+  void SearchAliases(Query query, WordRange words);
+  void SearchTails(const Query& query, const NameSpan& names, std::size_t first);
+  void SearchTail(Query query, const TypedTail& tail);
   void Visit(const Query& query);
   void VisitLargest(const Query& query);
   void VisitPostings(const Query& query, std::size_t most);
@@ -98,34 +101,50 @@ class HintSearch
   void VisitLocality(const Query& query, const Locality& locality);
   bool Exhausted() const;
   void VisitStreet(const Query& query, std::uint32_t index);
+  void VisitAlias(const Query& query);
+  void VisitFitting(const Query& query, const Street& street);
   void AddPremises(const Query& query, const Street& street);
   void AddStreet(const Query& query, const Street& street);
-  std::uint8_t RankOf(const Query& query, std::string_view name, NumberFit fit) const;
+  std::uint8_t RankOf(const Query& query, const Street& street, NumberFit fit) const;
   bool IsInContext(std::uint32_t index, const Locality& locality) const;
 
   void SearchPostal();
+  void VisitLargestPostal(const PostalWords& words, const Place& place);
   void VisitPostal(const PostalWords& words, const Place& place);
   void AddPostal(const PostalWords& words, const Street& street, Spelling spelling);
+
+  void SearchBuildings();
+  void VisitBuildings(WordRange words, const Place* place);
+  void AddBuildingPoint(std::uint32_t ordinal, bool isWhole, const Place* place);
+
+  bool TurnNumberToFront();
+  void StartText();
 
   void SearchLocalities();
   void AddLocalities(const Place& place);
   void AddLocality(const Place& place, std::uint32_t index);
   void Merge();
 
+  static constexpr std::size_t kMaxPremiseWords = 12;
+
   const Database& data_;
   NameTree streetTree_;
-  PlaceReader placeReader_;
+  TailReader tails_;
+  PostalLists postalLists_;
+  WordIndex wordIndex_;
+  MistypedNames mistypedNames_;
+  std::array<std::optional<Premises>, kMaxPremiseWords + 1> premises_;  ///< by the number of their words; once read
   TypedText typed_;
   TypedText context_;
   PlaceReader::Readings contextPlaces_;
   std::size_t contextCount_ = 0;
   bool hasContext_ = false;
-  PlaceReader::Readings places_;
   Pass pass_;
   std::size_t most_ = 0;
-  std::uint32_t visited_ = 0;   ///< streets and localities that this search looked at
-  std::uint32_t compared_ = 0;  ///< streets whose numbers it looked at
-  std::uint32_t points_ = 0;    ///< addresses it looked at
+  std::uint32_t visited_ = 0;    ///< streets and localities that this search looked at
+  std::uint32_t compared_ = 0;   ///< streets whose numbers it looked at
+  std::uint32_t points_ = 0;     ///< addresses it looked at
+  std::uint32_t buildings_ = 0;  ///< names of buildings it looked at
   HintList streets_;
   HintList localities_;
   HintList hints_;

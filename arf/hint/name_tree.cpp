@@ -1,6 +1,7 @@
 #include "arf/hint/name_tree.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "arf/format/fold.h"
 #include "arf/format/partition_point.h"
@@ -18,9 +19,9 @@ ByteReader NodesOf(const Database& database, bool localities)
   const ByteReader section = database.Section(SectionId::HintTree);
   const std::uint64_t streetNodes = section.U32At(hint_layout::kStreetNodes);
   const std::uint64_t localityNodes = section.U32At(hint_layout::kLocalityNodes);
-  const std::uint64_t streetBytes = streetNodes * hint_layout::node::kSize;
+  const std::uint64_t streetBytes = streetNodes * hint_layout::kNodeSize;
   if (!localities) return section.Part(hint_layout::kHeaderSize, streetBytes);
-  return section.Part(hint_layout::kHeaderSize + streetBytes, localityNodes * hint_layout::node::kSize);
+  return section.Part(hint_layout::kHeaderSize + streetBytes, localityNodes * hint_layout::kNodeSize);
 }
 
 }  // namespace
@@ -42,34 +43,27 @@ NameTree::NameTree(const Database& database, ByteReader nodes, NameMember name)
 
 std::optional<NameTree::Node> NameTree::NodeAt(std::uint64_t index) const
 {
-  namespace field = hint_layout::node;
-  const ByteReader bytes = nodes_.Part(index * field::kSize, field::kSize);
+  const ByteReader bytes = nodes_.Part(index * hint_layout::kNodeSize, hint_layout::kNodeSize);
   if (bytes.Size() == 0) return std::nullopt;
   Node node;
-  node.firstName = bytes.U32At(field::kFirstName);
-  node.nameCount = bytes.U32At(field::kNameCount);
-  node.firstChild = bytes.U32At(field::kFirstChild);
-  node.firstListed = bytes.U32At(field::kFirstListed);
-  node.childCount = bytes.U8At(field::kChildCount);
-  node.listed = bytes.U8At(field::kListed);
-  node.depth = bytes.U8At(field::kDepth);
-  node.letter = bytes.U8At(field::kLetter);
+  std::memcpy(&node, bytes.Data(), sizeof node);
   return node;
 }
 
 std::optional<NameTree::Node> NameTree::ChildBy(const Node& node, char letter) const
 {
   const auto wanted = static_cast<std::uint8_t>(letter);
-  const auto letterAt = [this](std::uint64_t index) {
-    return nodes_.U8At(index * hint_layout::node::kSize + hint_layout::node::kLetter);
-  };
-  const std::uint32_t place = PartitionPoint(
-      0, node.childCount, [&](std::uint32_t i) { return letterAt(std::uint64_t{node.firstChild} + i) < wanted; });
-  if (place == node.childCount) return std::nullopt;
+  const ByteReader children = nodes_.Part(std::uint64_t{node.firstChild} * hint_layout::kNodeSize,
+                                          std::uint64_t{node.childCount} * hint_layout::kNodeSize);
+  if (children.Size() == 0) return std::nullopt;
+  const std::uint8_t* letters = children.Data() + offsetof(Node, letter);
+  const std::uint32_t place =
+      PartitionPoint(0, node.childCount, [&](std::uint32_t i) { return letters[i * hint_layout::kNodeSize] < wanted; });
+  if (place == node.childCount || letters[place * hint_layout::kNodeSize] != wanted) return std::nullopt;
   const std::optional<Node> child = NodeAt(std::uint64_t{node.firstChild} + place);
   // Walks end because each step leads deeper; a file that was tampered with may say otherwise.
   const bool isBelow = child && (child->IsLeaf() || child->depth > node.depth);
-  return isBelow && child->letter == wanted ? child : std::nullopt;
+  return isBelow ? child : std::nullopt;
 }
 
 NameSpan NameTree::SpanOf(const Node& node) const
@@ -147,8 +141,8 @@ bool IsMistyped(std::string_view name, std::string_view typed, bool open)
 class NameTree::Walk
 {
  public:
-  Walk(const NameTree& tree, std::string_view typed, bool open, Spans& spans)
-      : tree_(tree), typed_(typed), open_(open), spans_(spans)
+  Walk(const NameTree& tree, const TypedName& rules, FoundList& found)
+      : tree_(tree), typed_(rules.text), rules_(rules), found_(found)
   {
   }
 
@@ -174,8 +168,8 @@ class NameTree::Walk
   {
     if (++visits_ > kMaxVisits) return;
     if (node.IsLeaf()) return VisitLeaf(node);
-    if (open_ && at.inTyped >= typed_.size() && at.swapped == '\0') {
-      if (at.erred) Add(tree_.SpanOf(node));
+    if (rules_.open && at.inTyped >= typed_.size() && at.swapped == '\0') {
+      if (at.erred) Add(tree_.SpanOf(node), typed_.size());
       return;
     }
     if (at.inName < node.depth) {
@@ -183,41 +177,72 @@ class NameTree::Walk
       if (at.inName < name.size()) Step(node, at, name[at.inName]);
       return;
     }
+    if (MayErr(at)) return VisitChildren(node, at);
+    VisitChildBy(node, at, OnlyLetter(at));
+    if (IsInnerEnd(at)) VisitChildBy(node, at, '\0');
+  }
+
+  bool MayErr(const Place& at) const { return !at.erred && !(rules_.sureStart && at.inName == 0); }
+
+  /** What the name must go on with when it has no error here; 0: it must end. */
+  char OnlyLetter(const Place& at) const
+  {
+    if (at.swapped != '\0') return at.swapped;
+    return at.inTyped < typed_.size() ? typed_[at.inTyped] : '\0';
+  }
+
+  /** Whether the name may end here although the text goes on. */
+  bool IsInnerEnd(const Place& at) const
+  {
+    const auto end = rules_.lengths.begin() + static_cast<std::ptrdiff_t>(rules_.lengthCount);
+    return at.swapped == '\0' && at.inTyped < typed_.size() &&
+           std::find(rules_.lengths.begin(), end, at.inTyped) != end;
+  }
+
+  void VisitChildBy(const Node& node, const Place& at, char letter)
+  {
+    if (const std::optional<Node> child = tree_.ChildBy(node, letter)) VisitChild(*child, at);
+  }
+
+  void VisitChildren(const Node& node, const Place& at)
+  {
     for (std::uint32_t i = 0; i < node.childCount; ++i) {
       const std::optional<Node> child = tree_.NodeAt(std::uint64_t{node.firstChild} + i);
       if (!child) return;
-      if (child->letter == 0)
-        VisitLeaf(*child);
-      else
-        Step(*child, at, static_cast<char>(child->letter));
+      VisitChild(*child, at);
     }
+  }
+
+  void VisitChild(const Node& child, const Place& at)
+  {
+    if (child.letter == 0)
+      VisitLeaf(child);
+    else
+      Step(child, at, static_cast<char>(child.letter));
   }
 
   /** Goes on behind the letter that the names of the node have at a place. */
   void Step(const Node& node, Place at, char letter)
   {
+    if (letter != OnlyLetter(at)) {
+      if (MayErr(at)) StepWithError(node, at, letter);
+      return;
+    }
     ++at.inName;
-    if (at.swapped != '\0') {
-      if (letter != at.swapped) return;
-      at.swapped = '\0';
-      return Visit(node, at);
-    }
-    const bool isLeft = at.inTyped < typed_.size();
-    if (isLeft && typed_[at.inTyped] == letter) {
-      ++at.inTyped;
-      return Visit(node, at);
-    }
-    if (!at.erred) StepWithError(node, at, letter);
+    if (at.swapped == '\0') ++at.inTyped;
+    at.swapped = '\0';
+    Visit(node, at);
   }
 
   void StepWithError(const Node& node, Place at, char letter)
   {
+    ++at.inName;
     at.erred = true;
     Visit(node, at);  // the letter is missing in the text
     const std::size_t left = typed_.size() - at.inTyped;
     if (left == 0) return;
     Place next = at;
-    if (left > 1 || !open_) {  // another one was typed
+    if (left > 1 || !rules_.open) {  // another one was typed
       next.inTyped = at.inTyped + 1;
       Visit(node, next);
     }
@@ -231,32 +256,44 @@ class NameTree::Walk
   void VisitLeaf(const Node& node)
   {
     const std::uint32_t count = std::min(node.nameCount, hint_layout::kLeafNames);
-    for (std::uint32_t i = 0; i < count; ++i)
-      if (IsMistyped(tree_.Name(node.firstName + i), typed_, open_)) Add(tree_.PartOf(node, node.firstName + i, 1));
+    for (std::uint32_t i = 0; i < count; ++i) VisitName(node, node.firstName + i);
   }
 
-  void Add(const NameSpan& span)
+  void VisitName(const Node& node, std::uint32_t index)
   {
-    const auto isKnown = [&](const NameSpan& known) {
-      return known.first <= span.first &&
-             std::uint64_t{span.first} + span.count <= std::uint64_t{known.first} + known.count;
+    const std::string_view name = tree_.Name(index);
+    for (std::size_t i = 0; i < rules_.lengthCount; ++i) {
+      const std::size_t length = rules_.lengths[i];
+      const bool open = rules_.open && length == typed_.size();
+      const bool mayBe = name.size() + 1 >= length && (open || name.size() <= length + 1);
+      if (mayBe && IsMistyped(name, typed_.substr(0, length), open)) Add(tree_.PartOf(node, index, 1), length);
+    }
+  }
+
+  void Add(const NameSpan& span, std::size_t length)
+  {
+    const auto isKnown = [&](const Found& known) {
+      return known.length == length && known.names.first <= span.first &&
+             std::uint64_t{span.first} + span.count <= std::uint64_t{known.names.first} + known.names.count;
     };
-    const auto end = spans_.begin() + static_cast<std::ptrdiff_t>(count_);
-    if (count_ < kMaxSpans && std::none_of(spans_.begin(), end, isKnown)) spans_[count_++] = span;
+    const auto end = found_.begin() + static_cast<std::ptrdiff_t>(count_);
+    if (count_ == found_.size() || std::any_of(found_.begin(), end, isKnown)) return;
+    const auto same = std::count_if(found_.begin(), end, [&](const Found& known) { return known.length == length; });
+    if (same < static_cast<std::ptrdiff_t>(kMaxSpans)) found_[count_++] = {span, length};
   }
 
   const NameTree& tree_;
   std::string_view typed_;
-  bool open_;
-  Spans& spans_;
+  const TypedName& rules_;
+  FoundList& found_;
   std::size_t count_ = 0;
   int visits_ = 0;
 };
 
-std::size_t NameTree::Mistyped(std::string_view typed, bool open, Spans& spans) const
+std::size_t NameTree::Mistyped(const TypedName& typed, FoundList& found) const
 {
-  if (typed.size() > kLongestTyped) return 0;
-  return Walk(*this, typed, open, spans).Run();
+  if (typed.lengthCount == 0 || typed.text.size() > kLongestTyped) return 0;
+  return Walk(*this, typed, found).Run();
 }
 
 }  // namespace arf

@@ -27,6 +27,32 @@ struct NameSpan
   std::span<const std::uint32_t> largest;
 };
 
+/** Letters; shorter texts are too little to see a typing error in. */
+inline constexpr std::size_t kLeastMistyped = 4;
+
+/** Names of more words than this are not looked for. */
+inline constexpr std::size_t kMaxNameWords = 6;
+
+/**
+ * A text in which a name has one typing error: a letter too many, missing, wrong, or two swapped. The name is the whole
+ * text or its first words; what may be asked for together is found by one walk.
+ */
+struct TypedName
+{
+  std::string_view text;
+  std::array<std::size_t, kMaxNameWords> lengths{};  ///< bytes that the name may be, ascending
+  std::size_t lengthCount = 0;
+  bool open = false;  ///< the whole text is the beginning of a name, and its last letter neither wrong nor too many
+  bool sureStart = false;  ///< the first letter is right
+
+  /** Another length; the text ends with the longest. */
+  void Add(std::string_view beginning)
+  {
+    text = beginning;
+    if (lengthCount < kMaxNameWords) lengths[lengthCount++] = beginning.size();
+  }
+};
+
 class NameTree
 {
  public:
@@ -40,17 +66,20 @@ class NameTree
   /** The one name that is `name`. */
   std::optional<NameSpan> Named(std::string_view name) const;
 
-  static constexpr std::size_t kMaxSpans = 24;
-  using Spans = std::array<NameSpan, kMaxSpans>;
+  /** Names that some of a text may be. */
+  struct Found
+  {
+    NameSpan names;
+    std::size_t length = 0;  ///< bytes of the text
+  };
+  static constexpr std::size_t kMaxSpans = 24;  ///< for each length
+  using FoundList = std::array<Found, 2 * kMaxSpans>;
 
   /**
-   * The names that one typing error turns into `typed`: a letter too many, missing, wrong, or two swapped. An open text
-   * is the beginning of a name, and its last letter is then neither wrong nor too many.
-   *
-   * @return how many spans there are; those beyond kMaxSpans are left out. Names without an error are among them only
+   * @return how many spans there are; what there is no room for is left out. Names without an error are among them only
    *         beside others.
    */
-  std::size_t Mistyped(std::string_view typed, bool open, Spans& spans) const;
+  std::size_t Mistyped(const TypedName& typed, FoundList& found) const;
 
   /** A name in the form of the dictionary. */
   std::string_view Name(std::uint32_t index) const { return (database_->*name_)(index); }

@@ -3,14 +3,39 @@
 #include <algorithm>
 
 #include "arf/format/partition_point.h"
+#include "arf/hint/alias_range.h"
+#include "arf/hint/mistyped_names.h"
 #include "arf/tables/states.h"
 
 namespace arf {
 namespace {
 
 constexpr std::size_t kMaxTailWords = 6;
-constexpr std::size_t kMaxNameWords = 6;
-constexpr std::size_t kLeastMistyped = 4;  ///< shorter texts are too little to see an error in
+
+/** The names that words from the first on may be with an error; looked up when they are needed. */
+class MistypedBeginnings
+{
+ public:
+  MistypedBeginnings(const NameTree& tree, const TypedText& typed, WordRange words)
+      : tree_(tree), typed_(typed), words_(words)
+  {
+  }
+
+  std::span<const NameTree::Found> Found()
+  {
+    if (!isRead_) count_ = tree_.Mistyped(NameWithin(typed_, words_), found_);
+    isRead_ = true;
+    return std::span(found_).first(count_);
+  }
+
+ private:
+  const NameTree& tree_;
+  const TypedText& typed_;
+  WordRange words_;
+  NameTree::FoundList found_;
+  std::size_t count_ = 0;
+  bool isRead_ = false;
+};
 
 }  // namespace
 
@@ -37,21 +62,28 @@ void Place::Add(IndexRange range)
   if (rangeCount < kMaxRanges) ranges[rangeCount++] = range;
 }
 
-std::size_t PlaceReader::Read(const TypedText& typed, std::size_t first, bool mistyped, Readings& readings) const
+std::size_t PlaceReader::Read(const TypedText& typed, std::size_t first, bool mistyped, std::span<Place> readings) const
 {
+  readings = readings.first(std::min(readings.size(), kMaxReadings));
   std::size_t count = 0;
   const std::size_t end = typed.Count();
   const std::size_t longest = std::min(end, first + kMaxNameWords);
-  for (std::size_t nameEnd = longest + 1; nameEnd-- > first && count < kMaxReadings;) {
+  MistypedBeginnings beginnings(tree_, typed, {first, longest});
+  for (std::size_t nameEnd = longest + 1; nameEnd-- > first && count < readings.size();) {
     if (end - nameEnd > kMaxTailWords || typed.Words().HasInnerBreak({first, nameEnd})) continue;
     Place place;
     if (!ReadTail(typed, nameEnd, place)) continue;
-    if (nameEnd > first) {
-      count += ReadNames(typed, {first, nameEnd}, mistyped, place, std::span(readings).subspan(count));
-    } else if (!mistyped && end > first) {
-      AddPostcodes(place);
-      if (place.isAnywhere || place.rangeCount > 0) readings[count++] = place;
+    if (nameEnd == first) {
+      if (!mistyped && end > first && AddPostcodes(place)) readings[count++] = place;
+      continue;
     }
+    place.hasName = true;
+    place.isWhole = !typed.IsOpen({first, nameEnd});
+    place.typedName = typed.Text({first, nameEnd});
+    if (!mistyped)
+      count += ReadNames(typed, {first, nameEnd}, place, readings.subspan(count));
+    else if (AddMistyped(beginnings.Found(), place))
+      readings[count++] = place;
   }
   return count;
 }
@@ -88,12 +120,12 @@ bool PlaceReader::ReadOpenWord(std::string_view word, bool isNumber, Place& plac
   return begins;
 }
 
-/** The localities of the postcodes, where no name says which. */
-void PlaceReader::AddPostcodes(Place& place) const
+/** The localities of the postcodes, where no name says which; false if there are none. */
+bool PlaceReader::AddPostcodes(Place& place) const
 {
   const std::string_view digits =
       place.written.postcode.Empty() ? place.beginningOfPostcode : place.written.postcode.View();
-  if (digits.empty()) return;
+  if (digits.empty()) return true;
   place.isAnywhere = false;
   place.isWhole = !place.written.postcode.Empty() || digits.size() == 4;
   const std::uint32_t first =
@@ -102,26 +134,25 @@ void PlaceReader::AddPostcodes(Place& place) const
     for (const std::uint32_t locality : data_.LocalitiesOfPostcode(data_.Postcode(i))) place.Add({locality, 1});
     if (place.rangeCount == Place::kMaxRanges) break;
   }
+  return place.rangeCount > 0;
 }
 
-/** One reading for the name as typed, one for other spellings of it; or one for mistyped names. */
-std::size_t PlaceReader::ReadNames(const TypedText& typed, WordRange words, bool mistyped, Place& place,
+/** Localities whose names the typed one may be with an error; false if there are none. */
+bool PlaceReader::AddMistyped(std::span<const NameTree::Found> found, Place& place) const
+{
+  place.spelling = Spelling::Mistyped;
+  for (const NameTree::Found& name : found)
+    if (name.length == place.typedName.size()) AddSpan(name.names, place);
+  return place.rangeCount > 0;
+}
+
+/** One reading for the name as typed, one for other spellings of it. */
+std::size_t PlaceReader::ReadNames(const TypedText& typed, WordRange words, Place& place,
                                    std::span<Place> readings) const
 {
-  const std::string_view text = typed.Text(words);
-  const bool open = typed.IsOpen(words);
-  place.hasName = true;
-  place.isWhole = !open;
-  place.typedName = text;
+  const std::string_view text = place.typedName;
+  const bool open = !place.isWhole;
   std::size_t count = 0;
-  if (mistyped) {
-    NameTree::Spans spans;
-    const std::size_t found = text.size() < kLeastMistyped ? 0 : tree_.Mistyped(text, open, spans);
-    place.spelling = Spelling::Mistyped;
-    for (std::size_t i = 0; i < found; ++i) AddSpan(spans[i], place);
-    if (place.rangeCount > 0) readings[count++] = place;
-    return count;
-  }
   const auto find = [&](std::string_view name) { return open ? tree_.Beginning(name) : tree_.Named(name); };
   if (const std::optional<NameSpan> span = find(text)) {
     Place asTyped = place;
@@ -136,8 +167,18 @@ std::size_t PlaceReader::ReadNames(const TypedText& typed, WordRange words, bool
   }
   for (const NameText& other : OtherSpellings(typed, words))
     if (const std::optional<NameSpan> span = find(other.View())) AddSpan(*span, place);
+  AddAliases(place);
   if (place.rangeCount > 0 && count < readings.size()) readings[count++] = place;
   return count;
+}
+
+/** The localities that have the typed name beside their own. */
+void PlaceReader::AddAliases(Place& place) const
+{
+  const IndexRange aliases = AliasesNamed(place.typedName, !place.isWhole, data_.LocalityAliasCount(),
+                                          [this](std::uint32_t i) { return data_.LocalityAliasAt(i).key; });
+  for (std::uint32_t i = 0; i < aliases.count && place.rangeCount < Place::kMaxRanges; ++i)
+    place.Add({data_.LocalityAliasAt(aliases.first + i).locality, 1});
 }
 
 /** Localities are sorted by name, so those of neighbouring names are neighbours. */

@@ -59,18 +59,20 @@ class PlaceReader
    * All readings of the words from `first` to the end of the text, the one with the longest name first.
    *
    * @param mistyped  whether the locality's name may have a typing error; readings without one are then left out
+   * @param readings  room for them; what does not fit is left out; there are never more than kMaxReadings
    * @return how many there are
    */
-  std::size_t Read(const TypedText& typed, std::size_t first, bool mistyped, Readings& readings) const;
+  std::size_t Read(const TypedText& typed, std::size_t first, bool mistyped, std::span<Place> readings) const;
 
   const NameTree& Tree() const { return tree_; }
 
  private:
   bool ReadTail(const TypedText& typed, std::size_t first, Place& place) const;
   bool ReadOpenWord(std::string_view word, bool isNumber, Place& place) const;
-  void AddPostcodes(Place& place) const;
-  std::size_t ReadNames(const TypedText& typed, WordRange words, bool mistyped, Place& place,
-                        std::span<Place> readings) const;
+  bool AddPostcodes(Place& place) const;
+  std::size_t ReadNames(const TypedText& typed, WordRange words, Place& place, std::span<Place> readings) const;
+  bool AddMistyped(std::span<const NameTree::Found> found, Place& place) const;
+  void AddAliases(Place& place) const;
   bool AddSpan(const NameSpan& span, Place& place) const;
 
   const Database& data_;

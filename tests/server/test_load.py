@@ -172,7 +172,7 @@ class BenchServerTest(Case):
     @unittest.skipUnless(shutil.which("redis-server") and shutil.which("redis-benchmark"), "redis is not installed")
     def test_beside_redis(self):
         _, tables = self.run_script()
-        rows = self.check_tables(tables, 5)
+        rows = self.check_tables(tables, 7)
         rate, p50, other_rate, other_p50 = (float(rows[index][column]) for index in (3, 0) for column in (2, 3))
         for column, ratio in ((8, rate / other_rate), (9, p50 / other_p50)):
             self.assertAlmostEqual(float(rows[3][column]), ratio, delta=0.005 + 0.02 * ratio)
@@ -181,7 +181,7 @@ class BenchServerTest(Case):
         """Only the programs of the directory are found."""
         text, tables = self.run_script(PATH=self.directory)
         self.assertIn("redis-server or redis-benchmark is missing", text)
-        self.check_tables(tables, 3)
+        self.check_tables(tables, 5)
 
 
 if __name__ == "__main__":

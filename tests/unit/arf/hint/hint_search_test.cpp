@@ -7,52 +7,16 @@
 #include <set>
 
 #include "arf/format/fold.h"
-#include "arf/hint/hint_enumeration.h"
 #include "arf/match/address_text.h"
 #include "support/random_seed.h"
 #include "unit/arf/build/test_database.h"
+#include "unit/arf/hint/hint_list.h"
 #include "unit/arf/match/random_addresses.h"
 
 namespace {
 
-struct Shown
-{
-  std::string text;
-  arf::Hint hint;
-};
-
-class Hints
-{
- public:
-  explicit Hints(const arf::Database& data) : data_(data), hints_(std::make_unique<arf::HintEnumeration>(data)) {}
-
-  std::vector<Shown> Of(const std::string& text, const std::string& place = "", std::size_t most = 10)
-  {
-    hints_->StartHints(text, place, most);
-    return Rest();
-  }
-  std::vector<Shown> AddressesOf(const std::string& text, const std::string& place = "")
-  {
-    hints_->StartAddresses(text, place);
-    return Rest();
-  }
-
- private:
-  std::vector<Shown> Rest()
-  {
-    std::vector<Shown> all;
-    for (; hints_->Current(); hints_->Advance()) {
-      char buffer[1024];
-      arf::BoundedText text(buffer, sizeof buffer);
-      arf::AppendHintText(text, data_, *hints_->Current());
-      all.push_back({buffer, *hints_->Current()});
-    }
-    return all;
-  }
-
-  const arf::Database& data_;
-  std::unique_ptr<arf::HintEnumeration> hints_;
-};
+using arf_test::Hints;
+using arf_test::Shown;
 
 std::string AddressText(const arf::Database& data, std::uint32_t ordinal)
 {

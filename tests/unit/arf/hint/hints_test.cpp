@@ -86,6 +86,11 @@ TEST_F(HintsTest, ExamplesOfTheDocumentation)
   EXPECT_THAT(Popups("geroge", "", 1), ElementsAre("GEORGE STREET, SYDNEY NSW 2000|S|18||2"));
   EXPECT_THAT(Popups("mt is", "", 1), ElementsAre("MOUNT ISA QLD 4825|L|1||1"));
   EXPECT_THAT(Popups("31"), ElementsAre("ST KILDA VIC 3182|L|3||0", "RICHMOND VIC 3121|L|2||0"));
+  EXPECT_THAT(Popups("po box 123"), ElementsAre("PO BOX 123, SYDNEY NSW 2001|A|1|30000080|0"));
+  EXPECT_THAT(Popups("sydney to"),
+              testing::Contains("SYDNEY TOWN HALL, 483 GEORGE STREET, SYDNEY NSW 2000|A|1|30000002|0"));
+  EXPECT_THAT(Popups("10 o connell"), ElementsAre("10 O'CONNELL STREET, SYDNEY NSW 2000|A|1|30000067|1"));
+  EXPECT_THAT(Popups("george st 20a"), ElementsAre("20A GEORGE STREET, SYDNEY NSW 2000|A|1|30000021|1"));
   EXPECT_THAT(Addresses("11 smith rd"), ElementsAre("HARBOUR TOWER, 11 SMITH ROAD, SYDNEY NSW 2000|A|1|30000074|0",
                                                     "OPERA COURT, 11 SMITH ROAD, SYDNEY NSW 2000|A|1|30000075|0"));
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <map>
 #include <random>
 #include <set>
 
@@ -72,6 +73,14 @@ std::set<std::string> WithOneError(const std::string& name)
     }
   }
   return all;
+}
+
+arf::TypedName NameOf(const std::string& text, bool open)
+{
+  arf::TypedName name;
+  name.Add(text);
+  name.open = open;
+  return name;
 }
 
 class NameTreeTest : public testing::Test
@@ -154,10 +163,10 @@ TEST_F(NameTreeTest, FindsEveryWholeNameWithOneError)
   const NameTree tree = NameTree::OfStreets(*data_);
   for (int i = 0; i < 400; ++i) {
     const std::string text = RandomText();
-    NameTree::Spans spans;
-    const std::size_t count = tree.Mistyped(text, false, spans);
+    NameTree::FoundList spans;
+    const std::size_t count = tree.Mistyped(NameOf(text, false), spans);
     std::set<std::string> found;
-    for (std::size_t s = 0; s < count; ++s) found.merge(NamesOf(*data_, spans[s]));
+    for (std::size_t s = 0; s < count; ++s) found.merge(NamesOf(*data_, spans[s].names));
     found.erase(text);
     const std::set<std::string> ways = WithOneError(text);
     std::set<std::string> expected = NamesWhere([&](const auto& name) { return ways.contains(name); });
@@ -177,17 +186,81 @@ TEST_F(NameTreeTest, FindsEveryBeginningWithOneError)
   std::size_t compared = 0;
   for (int i = 0; i < 1500; ++i) {
     const std::string text = RandomText();
-    NameTree::Spans spans;
-    const std::size_t count = tree.Mistyped(text, true, spans);
+    NameTree::FoundList spans;
+    const std::size_t count = tree.Mistyped(NameOf(text, true), spans);
     if (count == NameTree::kMaxSpans) continue;
     ++compared;
     std::set<std::string> found;
-    for (std::size_t s = 0; s < count; ++s) found.merge(NamesOf(*data_, spans[s]));
+    for (std::size_t s = 0; s < count; ++s) found.merge(NamesOf(*data_, spans[s].names));
     const auto isExpected = [&](const std::string& name) {
       return !name.starts_with(text) && arf::IsMistyped(name, text, true);
     };
     std::erase_if(found, [&](const std::string& name) { return name.starts_with(text); });
     EXPECT_EQ(found, NamesWhere(isExpected)) << text;
+  }
+  EXPECT_GT(compared, 100U);
+}
+
+/** One walk for several lengths finds what one walk for each of them finds. */
+TEST_F(NameTreeTest, FindsSeveralLengthsAtOnce)
+{
+  Build(400);
+  const NameTree tree = NameTree::OfStreets(*data_);
+  std::size_t compared = 0;
+  for (int i = 0; i < 1500; ++i) {
+    const std::string text = RandomText() + ' ' + RandomText();
+    arf::TypedName name;
+    std::map<std::size_t, std::set<std::string>> expected;
+    std::map<std::size_t, std::set<std::string>> found;
+    bool isWhole = true;
+    for (std::size_t length = 1; length <= text.size(); ++length) {
+      if (length < text.size() && text[length] != ' ') continue;
+      const bool open = length == text.size() && i % 2 == 0;
+      name.Add(text.substr(0, length));
+      NameTree::FoundList spans;
+      const std::size_t count = tree.Mistyped(NameOf(text.substr(0, length), open), spans);
+      isWhole = isWhole && count < NameTree::kMaxSpans;
+      for (std::size_t s = 0; s < count; ++s) expected[length].merge(NamesOf(*data_, spans[s].names));
+    }
+    if (!isWhole) continue;
+    name.text = text;
+    name.open = i % 2 == 0;
+    NameTree::FoundList spans;
+    const std::size_t count = tree.Mistyped(name, spans);
+    if (count == spans.size()) continue;
+    for (std::size_t s = 0; s < count; ++s) found[spans[s].length].merge(NamesOf(*data_, spans[s].names));
+    ++compared;
+    // Beside names with an error a walk for one length may find some without one.
+    for (auto* names : {&found, &expected})
+      for (auto& [length, of] : *names) of.erase(text.substr(0, length));
+    std::erase_if(found, [](const auto& entry) { return entry.second.empty(); });
+    std::erase_if(expected, [](const auto& entry) { return entry.second.empty(); });
+    EXPECT_EQ(found, expected) << text;
+  }
+  EXPECT_GT(compared, 500U);
+}
+
+/** With a sure beginning only the names with another first letter are left out. */
+TEST_F(NameTreeTest, FindsNothingElseWithASureStart)
+{
+  Build(400);
+  const NameTree tree = NameTree::OfStreets(*data_);
+  std::size_t compared = 0;
+  for (int i = 0; i < 400; ++i) {
+    const std::string text = RandomText();
+    arf::TypedName name = NameOf(text, false);
+    NameTree::FoundList spans;
+    const std::size_t count = tree.Mistyped(name, spans);
+    if (count == NameTree::kMaxSpans) continue;
+    std::set<std::string> expected;
+    for (std::size_t s = 0; s < count; ++s) expected.merge(NamesOf(*data_, spans[s].names));
+    std::erase_if(expected, [&](const std::string& other) { return other.front() != text.front(); });
+    name.sureStart = true;
+    const std::size_t sureCount = tree.Mistyped(name, spans);
+    std::set<std::string> found;
+    for (std::size_t s = 0; s < sureCount; ++s) found.merge(NamesOf(*data_, spans[s].names));
+    EXPECT_EQ(found, expected) << text;
+    compared += expected.size();
   }
   EXPECT_GT(compared, 100U);
 }
