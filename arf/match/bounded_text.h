@@ -58,9 +58,11 @@ class BoundedText
   }
 
   /** Makes every `unwanted` character of this part, and every control character, a space. */
-  void CleanPart(char unwanted)
+  void CleanPart(char unwanted) { Clean(partStart_, length_, unwanted); }
+  /** The same for the text from `first` up to `last`, or as much of it as there is. */
+  void Clean(std::size_t first, std::size_t last, char unwanted)
   {
-    for (std::size_t i = partStart_; i < length_; ++i)
+    for (std::size_t i = first; i < last && i < length_; ++i)
       if (out_[i] == unwanted || static_cast<unsigned char>(out_[i]) < ' ') out_[i] = ' ';
   }
 

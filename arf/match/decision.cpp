@@ -17,10 +17,13 @@ Verdict VerdictOf(Fault fault)
     case Fault::StreetMissing:
     case Fault::StreetUnknown:
     case Fault::StreetTypeDiffers:
+    case Fault::CornerStreetUnknown:
       return Verdict::WrongStreet;
     case Fault::NumberMissing:
     case Fault::NumberUnknown:
     case Fault::UnitUnknown:
+    case Fault::AliasWritten:
+    case Fault::CornerApart:
     case Fault::CornerWritten:
       return Verdict::WrongNumber;
     case Fault::SeveralAddresses:
@@ -31,6 +34,16 @@ Verdict VerdictOf(Fault fault)
   }
   return Verdict::Nothing;
 }
+
+namespace {
+
+/** Whether two sets are one and the same address, which can be reached by several of its ways to be written. */
+bool IsSameAddress(const PointSet& a, const PointSet& b)
+{
+  return a.count == 1 && b.count == 1 && a.ordinals[0] == b.ordinals[0];
+}
+
+}  // namespace
 
 void Decision::Match(const PointSet& points, const Departures& departures, const Reading& reading, std::uint32_t street)
 {
@@ -47,11 +60,12 @@ void Decision::Take(PointSet& set, const PointSet& points, const Departures& dep
 {
   const unsigned before = Sum();
   const unsigned sum = (points.departures + departures).Sum();
+  const bool isRival = street != bestStreet_ && !IsSameAddress(points, Best());
   if (sum < before) {
-    if (street != bestStreet_) rival_ = Best();
+    if (isRival) rival_ = Best();
     bestStreet_ = street;
     bestReading_ = reading;
-  } else if (street != bestStreet_) {
+  } else if (isRival) {
     rival_.Add(points, departures);
   }
   set.Add(points, departures);

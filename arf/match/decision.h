@@ -31,15 +31,18 @@ enum class Fault : std::uint8_t
 {
   None,
   NothingRecognised,
-  LocalityUnknown,    ///< no name of a locality was found where one should stand
-  PlaceContradicts,   ///< state or postcode are not those of the locality
-  StreetMissing,      ///< nothing is left that could be a street
-  StreetUnknown,      ///< no street of that name in the locality
-  StreetTypeDiffers,  ///< the name is there, with another type or suffix
-  NumberMissing,      ///< no number was written, and the street alone does not decide
-  NumberUnknown,      ///< no such number in the street
-  UnitUnknown,        ///< the number is there, but not the unit, level or lot
-  CornerWritten,      ///< two streets instead of a number and a street
+  LocalityUnknown,      ///< no name of a locality was found where one should stand
+  PlaceContradicts,     ///< state or postcode are not those of the locality
+  StreetMissing,        ///< nothing is left that could be a street
+  StreetUnknown,        ///< no street of that name in the locality
+  StreetTypeDiffers,    ///< the name is there, with another type or suffix
+  NumberMissing,        ///< no number was written, and the street alone does not decide
+  NumberUnknown,        ///< no such number in the street
+  UnitUnknown,          ///< the number is there, but not the unit, level or lot
+  AliasWritten,         ///< another way to say an address whose number or unit is another
+  CornerStreetUnknown,  ///< a corner of two streets, of which one or both are not in the locality
+  CornerApart,          ///< both are there, but not near each other
+  CornerWritten,        ///< two streets instead of a number and a street
   SeveralAddresses,
   SeveralLocalities,
   TooLong
@@ -51,10 +54,12 @@ struct Failure
   Fault fault = Fault::None;
   std::uint32_t locality = kNoIndex;
   std::uint32_t street = kNoIndex;
-  std::uint32_t number = 0;    ///< house number, for UnitUnknown
+  std::uint32_t number = 0;    ///< house number, for UnitUnknown; the alias's ordinal, for AliasWritten
   FixedText<80> written;       ///< the words that are wrong
   FixedText<24> writtenPlace;  ///< state and postcode as written
-  PointSet points;             ///< for SeveralAddresses
+  PointSet points;             ///< for SeveralAddresses; for CornerWritten where the streets meet, one of each street
+  std::uint32_t otherStreet = kNoIndex;  ///< of a corner
+  FixedText<80> otherWritten;            ///< of a corner, for CornerStreetUnknown
 };
 
 Verdict VerdictOf(Fault fault);

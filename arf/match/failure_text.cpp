@@ -101,15 +101,28 @@ void AppendUnitFailure(BoundedText& text, const Database& database, const Failur
   AppendStreetOf(text, database, street);
   text << "; there is";
   ListText list(text, ",");
+  bool sawBuilding = false;  // may have several addresses, told apart by suffixes, lots or nothing
   PointCursor cursor = database.PointsNumbered(street, failure.number);
   for (Point point; cursor.Next(point);) {
-    if (!list.Next()) continue;
-    if (point.unitNumber.empty() && point.unitType.empty() && point.levelNumber.empty() && point.levelType.empty())
+    const bool isBuilding =
+        point.unitNumber.empty() && point.unitType.empty() && point.levelNumber.empty() && point.levelType.empty();
+    if ((isBuilding && sawBuilding) || !list.Next()) continue;
+    sawBuilding = sawBuilding || isBuilding;
+    if (isBuilding)
       text << " the building";
     else
       AppendOccupancy(text, point);
   }
   list.Finish();
+  text << '.';
+}
+
+/** "12-14 GEORGE STREET, SYDNEY NSW 2000 is another way to write 1 SMITH STREET, SYDNEY NSW 2000." */
+void AppendAliasFailure(BoundedText& text, const Database& database, std::uint32_t alias)
+{
+  AppendAddress(text, database, alias);
+  text << " is another way to write";
+  AppendAddress(text, database, database.PrincipalOf(alias));
   text << '.';
 }
 
@@ -127,6 +140,50 @@ void AppendStreetFailure(BoundedText& text, const Database& database, const Fail
     list.Finish();
   }
   text << '.';
+}
+
+/** "\"FOO ST\" was not found in SYDNEY NSW 2000; GEORGE STREET is there." */
+void AppendCornerStreetUnknown(BoundedText& text, const Database& database, const Failure& failure)
+{
+  const bool areBoth = !failure.written.Empty() && !failure.otherWritten.Empty();
+  if (areBoth) text << "Neither ";
+  text << '"' << (failure.written.Empty() ? failure.otherWritten : failure.written).View() << '"';
+  if (areBoth) text << " nor \"" << failure.otherWritten.View() << '"';
+  text << (areBoth ? " was found in" : " was not found in");
+  AppendLocality(text, database.LocalityAt(failure.locality));
+  if (failure.street != kNoIndex) {
+    text << ';';
+    AppendStreet(text, database.StreetAt(failure.street));
+    text << " is there";
+  }
+  text << '.';
+}
+
+void AppendNumberAndStreet(BoundedText& text, const Point& point, const Street& street)
+{
+  AppendNumber(text.Gap(), point);
+  AppendStreet(text, street);
+}
+
+/** "GEORGE STREET and PITT STREET meet near 1 GEORGE STREET and 2 PITT STREET, SYDNEY NSW 2000; …" */
+void AppendCorner(BoundedText& text, const Database& database, const Failure& failure)
+{
+  const Street street = database.StreetAt(failure.street), other = database.StreetAt(failure.otherStreet);
+  AppendStreet(text, street);
+  text << " and";
+  AppendStreet(text, other);
+  if (failure.points.count == 2) {
+    text << " meet near";
+    AppendNumberAndStreet(text, database.PointAt(failure.points.ordinals[0]), street);
+    text << " and";
+    AppendNumberAndStreet(text, database.PointAt(failure.points.ordinals[1]), other);
+  } else if (failure.fault == Fault::CornerWritten) {
+    text << " are both there, but their corner is no address";
+  }
+  text << ',';
+  AppendLocality(text, database.LocalityAt(failure.locality));
+  if (failure.fault == Fault::CornerApart) text << " do not come near each other";
+  text << "; write a number and one of the streets.";
 }
 
 /** "SYDNEY is NSW 2000, not VIC 3000." */
@@ -205,9 +262,13 @@ void AppendFailure(BoundedText& text, const Database& database, const Failure& f
       return AppendNumberFailure(text, database, failure);
     case Fault::UnitUnknown:
       return AppendUnitFailure(text, database, failure);
+    case Fault::AliasWritten:
+      return AppendAliasFailure(text, database, failure.number);
+    case Fault::CornerStreetUnknown:
+      return AppendCornerStreetUnknown(text, database, failure);
+    case Fault::CornerApart:
     case Fault::CornerWritten:
-      text << "A corner of two streets is no address; write a number and one of the streets.";
-      return;
+      return AppendCorner(text, database, failure);
     case Fault::SeveralAddresses:
     case Fault::SeveralLocalities:
       return AppendSeveral(text, database, failure);

@@ -46,6 +46,7 @@ enum class Sign
   Dropped,
   Dot,
   Space,
+  And,
   Break,
   Slash,
   Dash
@@ -65,6 +66,9 @@ Sign ClassifyAscii(char32_t c)
       return Sign::Slash;
     case '-':
       return Sign::Dash;
+    case '&':
+    case '+':
+      return Sign::And;
     case ',':
     case ';':
     case '(':
@@ -162,6 +166,10 @@ class InputReader
       case Sign::Space:
         Separate(Joint::Space);
         return true;
+      case Sign::And:
+        Separate(Joint::Space);
+        and_ = true;
+        return true;
       case Sign::Break:
         Separate(Joint::Break);
         return true;
@@ -225,9 +233,14 @@ class InputReader
     }
     const auto digits = std::count_if(text.begin(), text.end(), IsDigit);
     Word& word = target_.words_[target_.count_++];
-    word = {text, CanonicalWord(text), target_.count_ == 1 ? Joint::Break : pending_, digits > 0,
-            static_cast<std::size_t>(digits) == text.size()};
+    word = {text,
+            CanonicalWord(text),
+            target_.count_ == 1 ? Joint::Break : pending_,
+            digits > 0,
+            static_cast<std::size_t>(digits) == text.size(),
+            and_};
     pending_ = Joint::Space;
+    and_ = false;
   }
 
   InputText& target_;
@@ -241,6 +254,7 @@ class InputReader
   bool inWord_ = false;
   bool onlyInitials_ = false;
   Joint pending_ = Joint::Space;
+  bool and_ = false;
 };
 
 InputFault InputText::Read(std::string_view text)

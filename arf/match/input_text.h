@@ -33,6 +33,7 @@ struct Word
   Joint before = Joint::Break;
   bool hasDigit = false;
   bool isNumber = false;  ///< nothing but digits
+  bool afterAnd = false;  ///< "&" or "+" stands before it
 };
 
 enum class InputFault

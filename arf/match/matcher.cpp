@@ -58,8 +58,9 @@ LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
   Search();
   if (!Strict()) SearchLeniently();
   SearchBuildings();
-  if (!decision_.HasCandidates()) FailCorner();
+  SearchCorners();
   if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text);
+  if (!Strict() && !decision_.HasCandidates()) SearchWithoutCity();
   return Answer();
 }
 
@@ -176,21 +177,6 @@ void Matcher::AddLocality(Place& place, std::uint32_t locality)
     visited_ = kMaxVisited + 1;  // an answer from some of the localities would look surer than it is
 }
 
-/** "Cnr Smith St & Jones St": where a locality was found, the streets are none of its streets with a number. */
-void Matcher::FailCorner()
-{
-  constexpr std::string_view kCorners[] = {"CNR", "CRN", "COR", "CORNER"};
-  if (!sawLocality_ || input_.Count() == 0) return;
-  std::size_t i = 0;
-  while (i < input_.Count() &&
-         std::find(std::begin(kCorners), std::end(kCorners), input_[i].text) == std::end(kCorners))
-    if (input_[i++].hasDigit) return;
-  if (i == input_.Count() || !Worthwhile(Fault::CornerWritten)) return;
-  Failure failure;
-  failure.fault = Fault::CornerWritten;
-  decision_.Fail(failure, decision_.Chosen());
-}
-
 void Matcher::FailWithoutPlace(const Tail& tail)
 {
   if (decision_.HasCandidates()) return;
@@ -244,6 +230,18 @@ void Matcher::FailStreet(Fault fault, const Reading& reading, std::uint32_t stre
   failure.street = street;
   failure.number = reading.premise.numberFirst;
   failure.written.Append(written);
+  decision_.Fail(failure, reading);
+}
+
+/** A strict search found another way to say an address, with another number or unit than the address has. */
+void Matcher::FailAlias(const Reading& reading, std::uint32_t street, std::uint32_t alias)
+{
+  if (!Worthwhile(Fault::AliasWritten)) return;
+  Failure failure;
+  failure.fault = Fault::AliasWritten;
+  failure.locality = data_.StreetAt(street).locality;
+  failure.street = street;
+  failure.number = alias;
   decision_.Fail(failure, reading);
 }
 

@@ -14,12 +14,14 @@
 #include <optional>
 #include <span>
 
+#include "arf/match/corner_words.h"
 #include "arf/match/decision.h"
 #include "arf/match/engine.h"
 #include "arf/match/input_text.h"
 #include "arf/match/name_likeness.h"
 #include "arf/match/reading.h"
 #include "arf/match/repair.h"
+#include "arf/match/street_meeting.h"
 #include "arf/match/street_reading.h"
 
 namespace arf {
@@ -74,6 +76,15 @@ class Matcher
     bool isLevel = false;
   };
 
+  /** Streets that words at a corner may mean, all at the same cost. */
+  struct CornerStreets
+  {
+    std::array<std::uint32_t, 4> streets;
+    std::size_t count = 0;
+    unsigned sum = 0;
+    void Add(std::uint32_t street, unsigned withSum);
+  };
+
   /** What is done with every place that the readings of the last line give. */
   using PlaceStep = void (Matcher::*)(const Place&);
 
@@ -103,6 +114,7 @@ class Matcher
   // A lenient search beyond what was written; matcher_lenient.cpp.
   void SearchLeniently();
   void SearchRepaired(std::string_view text);
+  void SearchWithoutCity();
   void ReadLocalityLeniently(const Tail& tail, std::size_t start);
   void TryNames(const WrittenPlace& written, Place& place);
   void TryKnownName(const WrittenPlace& written, Place& place, const NameHit& hit);
@@ -120,11 +132,20 @@ class Matcher
   bool HasSuffixed(const Street& street, IndexRange sameName) const;
   bool IsConvincing(const Departures& departures) const;
 
-  void FailCorner();
+  // Corners of two streets; matcher_corner.cpp.
+  void SearchCorners();
+  void SearchCorner(const Place& place);
+  void SearchCornerNumber(const Place& place, const CornerWords& words);
+  CornerStreets FindCornerStreets(const Place& place, WordRange words, std::string_view sharedType);
+  void DescribeCorner(const Place& place, const CornerWords& words);
+  Failure FailureOfCorner(const Place& place, const CornerWords& words);
+  void TakeNearest(const CornerStreets& a, const CornerStreets& b, std::optional<Meeting>& nearest, Failure& failure);
+
   void DescribeBody(WordRange body, Reading& reading) const;
   void FailWithoutPlace(const Tail& tail);
   void FailPlace(Fault fault, const Place& place, WordRange written);
   void FailStreet(Fault fault, const Reading& reading, std::uint32_t street, std::string_view written);
+  void FailAlias(const Reading& reading, std::uint32_t street, std::uint32_t alias);
   bool Worthwhile(Fault fault) const
   {
     return !quiet_ && stage_ == Stage::AsWritten && !decision_.HasCandidates() && decision_.GoesFurther(fault);
@@ -150,8 +171,11 @@ class Matcher
   std::uint32_t visited_ = 0;
   std::uint32_t compared_ = 0;
   bool sawLocality_ = false;
-  bool sawStreet_ = false;  ///< name and type as written, in a locality as written
-  bool sawNumber_ = false;  ///< there
+  bool sawStreet_ = false;                  ///< name and type as written, in a locality as written
+  bool sawNumber_ = false;                  ///< there
+  bool isAtCorner_ = false;                 ///< places are searched for two streets
+  CornerStreets* cornerStreets_ = nullptr;  ///< takes the streets that are found instead of a search for numbers
+  StreetMeetings meetings_;
   RepairBuffer repairBuffer_;
 };
 

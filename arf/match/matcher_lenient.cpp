@@ -116,7 +116,7 @@ void Matcher::TryKnownName(const WrittenPlace& written, Place& place, const Name
     if (written.StateFits(data_.LocalityAt(locality)) && place.count < kMaxPlaces)
       place.localities[place.count++] = locality;
   place.departures = before + LocalityDepartures(hit.fit);
-  if (place.count > 0) TrySurroundings(written, place);
+  if (place.count > 0 && !isAtCorner_) TrySurroundings(written, place);
   place.departures = before;
 }
 
@@ -169,8 +169,9 @@ void Matcher::TryNamesThatContain(const WrittenPlace& written, Place& place)
   if (sawLocality_) return;
   const std::string_view text = input_.Text(place.reading.locality);
   const Departures departures = place.departures + Departure::LocalityPart;
-  if (!written.postcode.Empty()) {
-    for (const std::uint32_t locality : data_.LocalitiesOfPostcode(written.postcode.View())) {
+  // A postcode that no locality has, as those of post office boxes, does not tell them apart.
+  if (const auto localities = data_.LocalitiesOfPostcode(written.postcode.View()); !localities.empty()) {
+    for (const std::uint32_t locality : localities) {
       const std::string_view stored = data_.LocalityName(data_.LocalityAt(locality).nameIndex);
       if (ContainsWords(stored, text)) TryLocalities(written, place, {&locality, 1}, departures);
     }
@@ -329,6 +330,28 @@ void Matcher::SearchRepaired(std::string_view text)
     input_.Read(text);  // what was noted of it are views
     if (!repaired_.Has(Departure::RunTogether)) break;
   }
+  sawLocality_ = sawLocality;
+}
+
+/** "12 Smith St, Richmond, Melbourne VIC": a city behind the locality. State or postcode must confirm the locality. */
+void Matcher::SearchWithoutCity()
+{
+  Tail tail = *Tails(input_).begin();
+  const std::size_t cityEnd = tail.localityEnd;
+  while (tail.localityEnd > 0 && input_[tail.localityEnd - 1].before != Joint::Break) --tail.localityEnd;
+  if (tail.localityEnd > 0) --tail.localityEnd;
+  const std::size_t end = tail.localityEnd;
+  if (tail.place.Empty() || end == 0 || end == cityEnd || input_.HasDigit({end, cityEnd})) return;
+  const bool sawLocality = sawLocality_;
+  const std::size_t first = end > kLongestLikeName ? end - kLongestLikeName : 0;
+  quiet_ = true;
+  repaired_ = Departure::SurplusPlace;
+  sawLocality_ = sawStreet_ = sawNumber_ = false;
+  for (std::size_t start = first; start < end; ++start) ReadLocality(tail, start, &Matcher::SearchStreets);
+  stage_ = Stage::Alike;
+  for (std::size_t start = first; start < end && !decision_.HasCandidates(); ++start)
+    ReadLocalityLeniently(tail, start);
+  stage_ = Stage::AsWritten;
   sawLocality_ = sawLocality;
 }
 

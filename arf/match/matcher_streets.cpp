@@ -78,6 +78,7 @@ WordRange BehindDigits(const InputText& input, WordRange body)
 
 void Matcher::SearchStreets(const Place& place)
 {
+  if (isAtCorner_) return SearchCorner(place);
   if (place.body.Empty()) return FailPlace(Fault::StreetMissing, place, place.body);
   if (SearchPostal(place)) return;
   SearchStreetsOf(place);
@@ -169,6 +170,12 @@ void Matcher::SearchAliases(const Place& place, const StreetEnding& ending, std:
 void Matcher::SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street,
                            const Departures& departures)
 {
+  if (cornerStreets_) {
+    // Words before a street may be a building's name; a number is for those to judge who look for addresses.
+    const bool mayPrecede = premises.Empty() || !premises.begin()->HasNumber();
+    if (mayPrecede || Strict()) cornerStreets_->Add(street, departures.Sum());
+    return;
+  }
   const Street data = data_.StreetAt(street);
   for (const Premise& premise : premises) {
     if (premise.lenientOnly && Strict()) continue;
@@ -205,6 +212,7 @@ void Matcher::SearchPremise(const Reading& reading, const Street& street, const 
     if (IsConvincing(search.units.departures + all)) decision_.Units(search.units, all, reading, street.index);
     return;
   }
+  if (search.alias != kNoIndex) return FailAlias(reading, street.index, search.alias);
   if (!premise.HasNumber() && premise.lot.Empty()) return FailStreet(Fault::NumberMissing, reading, street.index, {});
   if (!search.numberExists || !premise.HasNumber())
     return FailStreet(Fault::NumberUnknown, reading, street.index, NumberText(premise).View());

@@ -35,6 +35,7 @@ enum class Departure : std::uint8_t
   StreetAlias,        ///< another name of the street
   LocalityAlias,      ///< another name of the locality
   UnitBehindStreet,   ///< "12 Smith St Unit 3"
+  AddressAlias,       ///< another way to say the address, with its number and unit
 
   // Changes, which only a lenient search makes.
   PreferredUnit,      ///< "3/12" for "SHOP 3", when there may be a "UNIT 3" too; alone no change
@@ -47,6 +48,7 @@ enum class Departure : std::uint8_t
   UnknownUnit,        ///< the unit written is not in the data: the building is the answer
   SingleUnit,         ///< no unit written, and the number has just this one
   InsideRange,        ///< "138" for "138-144"
+  RenumberedAlias,    ///< another way to say the address, with another number or unit
   StreetTypeTypo,     ///< "Stret" for "STREET"
   StreetTypeMissing,  ///< "435 Whitewood"
   StreetTypeDiffers,  ///< another street type
@@ -67,6 +69,9 @@ enum class Departure : std::uint8_t
   PostcodeDiffers,  ///< another postcode
   Noise,            ///< telephone numbers, e-mail addresses and the like were left out
   RunTogether,      ///< words were taken apart: "12SmithSt"
+  NumberBehind,     ///< "Smith St 12"
+  SurplusPlace,     ///< a further place behind the locality: "12 Smith St, Richmond, Melbourne VIC"
+  Corner,           ///< the other street of a corner was left out: "12 Smith St cnr Jones St"
   kCount
 };
 
@@ -98,6 +103,7 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::StreetAlias, "street_alias", 2},
     {Departure::LocalityAlias, "locality_alias", 2},
     {Departure::UnitBehindStreet, "unit_behind_street", 1},
+    {Departure::AddressAlias, "address_alias", 2},
     {Departure::PreferredUnit, "preferred_unit", 1},
     {Departure::StreetArticle, "street_article", 8},
     {Departure::LocalityArticle, "locality_article", 8},
@@ -108,6 +114,7 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::UnknownUnit, "unknown_unit", 20},
     {Departure::SingleUnit, "single_unit", 12},
     {Departure::InsideRange, "inside_range", 16},
+    {Departure::RenumberedAlias, "renumbered_alias", 4},
     {Departure::StreetTypeTypo, "street_type_typo", 8},
     {Departure::StreetTypeMissing, "street_type_missing", 12},
     {Departure::StreetTypeDiffers, "street_type_differs", 15},
@@ -128,6 +135,9 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::PostcodeDiffers, "postcode_differs", 16},
     {Departure::Noise, "noise", 4},
     {Departure::RunTogether, "run_together", 8},
+    {Departure::NumberBehind, "number_behind", 8},
+    {Departure::SurplusPlace, "surplus_place", 12},
+    {Departure::Corner, "corner", 6},
 }};
 
 /** Sums from here on are too far from what was written. */

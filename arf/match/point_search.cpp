@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
 
 #include "arf/match/canonical_words.h"
 #include "arf/match/occupancy_words.h"
@@ -151,20 +152,50 @@ class PremiseComparison
   CanonicalName building_;
 };
 
+/** Whether two points have the same number and unit. */
+bool SaySamePremise(const Point& a, const Point& b)
+{
+  const auto parts = [](const Point& p) {
+    return std::tie(p.numberPrefix, p.numberFirst, p.numberFirstSuffix, p.numberLast, p.numberLastSuffix, p.unitType,
+                    p.unitNumber, p.levelType, p.levelNumber);
+  };
+  return parts(a) == parts(b);
+}
+
 /** What one search collects, besides what it answers. */
 struct Collection
 {
+  Collection(const Database& data, Rules searchRules) : database(data), rules(searchRules) {}
+
+  const Database& database;
+  Rules rules;
   PointSearch search;
   PointSet buildings;  ///< of a unit that is not there
   PointSet inside;     ///< found or units, their ranges hold the number
   PointSet insideUnits;
 
-  void Take(const Point& point, const Fit& fit)
+  void Take(const Point& point, Fit fit)
   {
+    if (fit.kind == Fit::Kind::None) return;
+    const std::uint32_t principal = database.PrincipalOf(point.ordinal);
+    if (principal != kNoIndex && !TakeAlias(point, principal, fit)) return;
+    const std::uint32_t ordinal = principal == kNoIndex ? point.ordinal : principal;
     const bool isInside = fit.departures.Has(Departure::InsideRange);
-    if (fit.kind == Fit::Kind::Match) (isInside ? inside : search.found).Add(point.ordinal, fit.departures);
-    if (fit.kind == Fit::Kind::Unit) (isInside ? insideUnits : search.units).Add(point.ordinal, fit.departures);
-    if (fit.kind == Fit::Kind::Building && !isInside) buildings.Add(point.ordinal, fit.departures);
+    if (fit.kind == Fit::Kind::Match) (isInside ? inside : search.found).Add(ordinal, fit.departures);
+    if (fit.kind == Fit::Kind::Unit) (isInside ? insideUnits : search.units).Add(ordinal, fit.departures);
+    if (fit.kind == Fit::Kind::Building && !isInside) buildings.Add(ordinal, fit.departures);
+  }
+
+  /** Whether another way to say an address may stand for it. */
+  bool TakeAlias(const Point& alias, std::uint32_t principal, Fit& fit)
+  {
+    const bool isSame = SaySamePremise(alias, database.PointAt(principal));
+    if (isSame || rules == Rules::Lenient) {
+      fit.departures.Add(isSame ? Departure::AddressAlias : Departure::RenumberedAlias);
+      return true;
+    }
+    if (fit.kind == Fit::Kind::Match) search.alias = alias.ordinal;
+    return false;
   }
 };
 
@@ -217,7 +248,7 @@ void PointSet::Add(const PointSet& other, const Departures& more)
 PointSearch SearchPoints(const Database& database, const InputText& input, const Street& street, const Premise& premise,
                          Rules rules)
 {
-  Collection collection;
+  Collection collection(database, rules);
   PointSearch& search = collection.search;
   const PremiseComparison comparison(input, premise, rules);
   Collect(database.PointsNumbered(street, premise.numberFirst), comparison, collection);

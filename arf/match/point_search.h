@@ -43,6 +43,8 @@ struct PointSearch
   PointSet found;             ///< addresses that fit what was written
   PointSet units;             ///< units and levels at the number, where none was written
   bool numberExists = false;  ///< the number is there, whatever else was written
+  std::uint32_t alias =
+      kNoIndex;               ///< fits, but says an address with another number or unit, which a strict search refuses
   std::uint32_t visited = 0;  ///< addresses looked at
 };
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "arf/match/last_line.h"
+#include "arf/match/premise.h"
 #include "arf/tables/states.h"
 #include "arf/tables/street_types.h"
 
@@ -18,6 +19,9 @@ constexpr std::size_t kShortestStuckType = 4;   // letters of a type stuck to a 
 constexpr std::string_view kCommonTypes[] = {"ST", "RD", "AVE", "CRT", "CRES", "TCE", "PDE", "HWY", "BVD"};
 constexpr std::string_view kPhoneWords[] = {"PH",  "PHONE", "TEL",   "TELEPHONE", "MOB", "MOBILE",
                                             "FAX", "REF",   "ORDER", "M",         "T",   "P"};
+
+/** What says that the words behind are a place beside the address. */
+constexpr std::string_view kBesideWords[] = {"OFF", "NEAR", "OPP", "OPPOSITE", "BEHIND", "BESIDE", "NEXT", "ADJACENT"};
 
 /** A number that companies put behind their names. */
 struct CompanyNumber
@@ -115,7 +119,15 @@ class WordRepair
   {
     const std::size_t end = AddressEnd();
     isNoise_ = end < words_.Count();
+    const std::size_t numberBehind = NumberBehindStreet(end);
+    const std::size_t street = numberBehind < end ? PartOf(numberBehind - 1) : end;
     for (std::size_t i = 0; i < end;) {
+      if (i == street) Copy(words_[numberBehind]);
+      if (i == numberBehind) {
+        movedNumber_ = true;
+        ++i;
+        continue;
+      }
       const std::size_t noise = NoiseAt(i, end);
       if (noise > 0) {
         isNoise_ = true;
@@ -123,19 +135,40 @@ class WordRepair
         i += noise;
         continue;
       }
-      nextIsType_ = i + 1 < end && words_[i + 1].text.size() > 1 && !ExpandStreetType(words_[i + 1].text).empty();
+      nextIsType_ = i + 1 < end && IsType(i + 1);
       Copy(words_[i++]);
     }
   }
 
   bool LeftOut() const { return isNoise_; }
   bool TookApart() const { return tookApart_; }
+  bool MovedNumber() const { return movedNumber_; }
 
  private:
   bool IsState(std::size_t i) const { return i < words_.Count() && !StateCode(words_[i].text).empty(); }
   bool IsPostcode(std::size_t i) const
   {
     return i < words_.Count() && words_[i].isNumber && words_[i].text.size() == kPostcodeDigits;
+  }
+
+  bool IsType(std::size_t i) const { return words_[i].text.size() > 1 && !ExpandStreetType(words_[i].text).empty(); }
+
+  /** The number of "Smith Street 12, Sydney" when there is no other before it; otherwise `end`. */
+  std::size_t NumberBehindStreet(std::size_t end) const
+  {
+    std::size_t i = 0;
+    while (i < end && !words_[i].hasDigit) ++i;
+    HouseNumber number;
+    const bool isBehind = i > 1 && i + 1 < end && IsType(i - 1) && !words_[i + 1].hasDigit && !IsState(i + 1) &&
+                          words_[i].before == Joint::Space && ReadHouseNumber(words_[i].text, number);
+    return isBehind ? i : end;
+  }
+
+  /** Where the words between breaks begin that word `i` is one of. */
+  std::size_t PartOf(std::size_t i) const
+  {
+    while (words_[i].before != Joint::Break) --i;
+    return i;
   }
 
   /** Behind the last pair of state and postcode, when nothing with digits follows. */
@@ -171,12 +204,15 @@ class WordRepair
     return 0;
   }
 
-  /** "via Bundaberg", up to state or postcode. */
+  /** "via Bundaberg", up to state or postcode; "(off the highway)", ", near the park,", up to the next break as well.
+   */
   std::size_t DetourAt(std::size_t first, std::size_t end) const
   {
-    if (!sawNumber_ || words_[first].text != "VIA") return 0;
+    const bool isVia = words_[first].text == "VIA";
+    const bool isBeside = words_[first].before == Joint::Break && IsOneOf(kBesideWords, words_[first].text);
+    if (!sawNumber_ || (!isVia && !isBeside)) return 0;
     std::size_t i = first + 1;
-    while (i < end && !words_[i].hasDigit && !IsState(i)) ++i;
+    while (i < end && !words_[i].hasDigit && !IsState(i) && (isVia || words_[i].before != Joint::Break)) ++i;
     return i > first + 1 ? i - first : 0;
   }
 
@@ -251,6 +287,7 @@ class WordRepair
   bool isNoise_ = false;
   bool afterNoise_ = false;
   bool tookApart_ = false;
+  bool movedNumber_ = false;
   bool tookTypeApart_ = false;
   bool sawNumber_ = false;
   bool nextIsType_ = false;
@@ -267,6 +304,7 @@ std::string_view Repair(std::string_view text, StuckLetter letter, InputText& wo
   repair.Run();
   if (hasLinks || repair.LeftOut()) departures.Add(Departure::Noise);
   if (repair.TookApart()) departures.Add(Departure::RunTogether);
+  if (repair.MovedNumber()) departures.Add(Departure::NumberBehind);
   return departures.Empty() ? std::string_view() : buffer.repaired.View();
 }
 

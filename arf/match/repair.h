@@ -29,8 +29,9 @@ enum class StuckLetter : std::uint8_t
 };
 
 /**
- * Leaves out e-mail and web addresses, telephone numbers, numbers of companies and of seven digits and more, "via" with
- * a place, and words behind state and postcode; takes "12SmithSt" and "Richmond3121" apart.
+ * Leaves out e-mail and web addresses, telephone numbers, numbers of companies and of seven digits and more, "via" and
+ * "(near …)" with a place, and words behind state and postcode; takes "12SmithSt" and "Richmond3121" apart; puts
+ * a number that stands behind the street in front of it.
  *
  * @param words       the text as read; overwritten while working, so that the caller reads what he needs again
  * @param departures  receives what was done

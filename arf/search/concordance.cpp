@@ -1,11 +1,12 @@
 #include "arf/search/concordance.h"
 
 #include <algorithm>
+#include <bit>
 
 namespace arf {
 namespace {
 
-constexpr std::size_t kFirstTableSize = 1024;
+constexpr std::size_t kLeastTableSize = 1024;
 
 /** FNV-1a with a final mixing; never 0. */
 std::uint64_t HashOf(std::string_view text)
@@ -37,7 +38,7 @@ void Concordance::Start(CodeKind from, std::string_view code, CodeKind to, doubl
 {
   from_ = from;
   to_ = to;
-  if (table_.empty()) table_.resize(kFirstTableSize);
+  if (table_.empty()) Reserve();
   std::fill(table_.begin(), table_.end(), Pair());
   used_ = 0;
   if (from.source == CodeKind::Postcode && !code.empty()) {
@@ -47,6 +48,14 @@ void Concordance::Start(CodeKind from, std::string_view code, CodeKind to, doubl
   }
   Collect(minimumPercent);
   isStarted_ = true;
+}
+
+/** Room for what localities and postcodes can have with each other. */
+void Concordance::Reserve()
+{
+  const std::size_t localities = database_.LocalityCount();
+  table_.resize(std::bit_ceil(std::max(2 * localities + 2, kLeastTableSize)));
+  pairs_.reserve(std::max(localities, kLeastTableSize / 2));
 }
 
 void Concordance::CountLocality(std::uint32_t index, std::string_view code)
@@ -60,18 +69,21 @@ void Concordance::CountLocality(std::uint32_t index, std::string_view code)
   // A code of the locality itself is that of all its points.
   const bool isFromFixed = from_.source != CodeKind::Attribute;
   const bool isToFixed = to_.source != CodeKind::Attribute;
-  const std::uint32_t step =
-      isFromFixed && isToFixed ? static_cast<std::uint32_t>(end - std::min<std::uint64_t>(begin, end)) : 1;
+  const bool isOneCode = isFromFixed && isToFixed;
+  const auto all = static_cast<std::uint32_t>(end - std::min<std::uint64_t>(begin, end));
+  const std::uint32_t step = isOneCode ? all : 1;
+  const std::uint32_t addresses = isOneCode ? all - database_.AddressAliasCount({begin, all}) : 1;
   CodeText fromText, toText;
   std::string_view from = CodeOf(database_, from_, begin, locality, fromText);
   std::string_view to = CodeOf(database_, to_, begin, locality, toText);
   if (isFromFixed && !code.empty() && !IsSameCode(from_, code, from)) return;
   for (std::uint64_t i = begin; i < end; i += step) {
     const auto ordinal = static_cast<std::uint32_t>(i);
+    if (addresses == 0 || (!isOneCode && database_.IsAddressAlias(ordinal))) continue;
     if (!isFromFixed) from = CodeOf(database_, from_, ordinal, locality, fromText);
     if (from.empty() || (!isFromFixed && !code.empty() && !IsSameCode(from_, code, from))) continue;
     if (!isToFixed) to = CodeOf(database_, to_, ordinal, locality, toText);
-    if (!to.empty()) Count(ordinal, step, from, to);
+    if (!to.empty()) Count(ordinal, addresses, from, to);
   }
 }
 

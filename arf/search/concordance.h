@@ -31,7 +31,8 @@ class Concordance
 
   /**
    * Counts. Takes a look at every address of the database, or where the first kind is a locality or postcode and one
-   * code was asked for, at those that have it. Memory grows with the number of pairs and is kept.
+   * code was asked for, at those that have it. The first call takes memory for one pair a locality, so that those of
+   * localities and postcodes never need more; it grows with the number of pairs beyond that and is kept.
    *
    * @param code            one code of the first kind; empty for all
    * @param minimumPercent  correspondences below it are left out
@@ -63,6 +64,7 @@ class Concordance
 
   void CountLocality(std::uint32_t index, std::string_view code);
   void Count(std::uint32_t ordinal, std::uint32_t addresses, std::string_view from, std::string_view to);
+  void Reserve();
   void Grow();
   void Collect(double minimumPercent);
   std::string_view CodeAt(CodeKind kind, const Correspondence& found, CodeText& text) const;

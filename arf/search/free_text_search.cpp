@@ -6,8 +6,10 @@
 #include <tuple>
 
 #include "arf/match/canonical_words.h"
+#include "arf/tables/level_types.h"
 #include "arf/tables/states.h"
 #include "arf/tables/street_types.h"
+#include "arf/tables/unit_types.h"
 
 namespace arf {
 namespace {
@@ -33,6 +35,7 @@ constexpr int kUnitWeight = 8;
 constexpr int kMissingWord = 4;
 
 constexpr std::size_t kShortestPrefix = 3;
+constexpr std::size_t kShortestMistyped = 4;
 
 int WordsIn(std::string_view key)
 {
@@ -95,7 +98,8 @@ void FreeTextSearch::ReadWords()
       state_ = StateCode(text);
       continue;
     }
-    words_[wordCount_] = {text, ExpandStreetType(text), 0};
+    words_[wordCount_] = {text, ExpandStreetType(text)};
+    FindMistyped(wordCount_);
     WeighWord(wordCount_);
     if (input_[i].hasDigit) AddNumber(wordCount_);
     if (IsPostcode(input_[i]) && !database_.LocalitiesOfPostcode(text).empty())
@@ -119,7 +123,20 @@ void FreeTextSearch::AddNumber(std::size_t word)
   numbers_[numberCount_++] = written;
 }
 
-/** Calls `visit` with each word of the index that a written one stands for, and whether it is only its beginning. */
+/** Numbers are never mistyped, and what says the type of a street or unit is no name. */
+void FreeTextSearch::FindMistyped(std::size_t word)
+{
+  QueryWord& query = words_[word];
+  const bool hasDigit = std::any_of(query.text.begin(), query.text.end(), IsDigit);
+  const bool isType =
+      !query.streetType.empty() || !ExpandUnitType(query.text).empty() || !ExpandLevelType(query.text).empty();
+  if (query.text.size() < kShortestMistyped || hasDigit || isType) return;
+  bool isKnown = false;
+  ForEachIndexWord(word, [&](std::uint32_t, Likeness likeness) { isKnown = isKnown || likeness == Likeness::Same; });
+  if (!isKnown) query.mistypedCount = index_.Mistyped(query.text, query.mistyped);
+}
+
+/** Calls `visit` with each word of the index that a written one stands for. */
 template <class Visit>
 void FreeTextSearch::ForEachIndexWord(std::size_t word, Visit visit) const
 {
@@ -128,7 +145,7 @@ void FreeTextSearch::ForEachIndexWord(std::size_t word, Visit visit) const
   bool isFound = false;
   const auto look = [&](std::string_view written) {
     const auto found = index_.Find(written);
-    if (found) visit(*found, false);
+    if (found) visit(*found, Likeness::Same);
     isFound = isFound || found;
   };
   look(text);
@@ -137,30 +154,42 @@ void FreeTextSearch::ForEachIndexWord(std::size_t word, Visit visit) const
     if (row.canonical == canonical && row.written != text) look(row.written);
   if (isFound || text.size() < kShortestPrefix) return;
   const IndexRange range = index_.WithPrefix(text);
-  for (std::uint32_t i = 0; i < std::min(range.count, kMaxPrefixWords); ++i) visit(range.first + i, true);
+  for (std::uint32_t i = 0; i < std::min(range.count, kMaxPrefixWords); ++i)
+    visit(range.first + i, Likeness::LongerOne);
+  for (std::size_t i = 0; i < words_[word].mistypedCount; ++i) visit(words_[word].mistyped[i], Likeness::Mistyped);
 }
 
 void FreeTextSearch::WeighWord(std::size_t word)
 {
-  std::size_t names = 0;
+  std::size_t names = 0, mistypedNames = 0;
   bool isPrefix = false;
-  ForEachIndexWord(word, [&](std::uint32_t indexWord, bool onlyBegins) {
-    isPrefix = onlyBegins;
+  ForEachIndexWord(word, [&](std::uint32_t indexWord, Likeness likeness) {
+    isPrefix = isPrefix || likeness == Likeness::LongerOne;
     for (const Named kind : {Named::Street, Named::Locality, Named::Building})
-      names += index_.NamesWith(kind, indexWord).size();
+      (likeness == Likeness::Mistyped ? mistypedNames : names) += index_.NamesWith(kind, indexWord).size();
   });
-  if (names == 0) return;
+  words_[word].weight = RarityWeight(names) / (isPrefix ? 2 : 1);
+  words_[word].mistypedWeight = RarityWeight(mistypedNames) / 3;
+}
+
+/** The weight of a word that so many names have. */
+int FreeTextSearch::RarityWeight(std::size_t names) const
+{
+  if (names == 0) return 0;
   const std::size_t all =
       std::size_t{database_.StreetNameCount()} + database_.LocalityNameCount() + index_.BuildingCount();
-  const int rarity = std::min(kMostRarity, static_cast<int>(std::bit_width(all / names)));
-  words_[word].weight = (kLeastWeight + rarity) / (isPrefix ? 2 : 1);
+  return kLeastWeight + std::min(kMostRarity, static_cast<int>(std::bit_width(all / names)));
 }
 
 int FreeTextSearch::Weight(WordMask words) const
 {
   int weight = 0;
-  for (std::size_t i = 0; i < wordCount_; ++i)
-    if ((words >> i & 1U) != 0) weight += words_[i].weight;
+  for (std::size_t i = 0; i < wordCount_; ++i) {
+    if ((words & BitOf(i, Likeness::Same)) != 0)
+      weight += words_[i].weight;
+    else if ((words & BitOf(i, Likeness::Mistyped)) != 0)
+      weight += words_[i].mistypedWeight;
+  }
   return weight;
 }
 
@@ -184,10 +213,10 @@ void FreeTextSearch::CollectNames(Named kind, std::vector<NameHit>& hits)
 {
   links_.clear();
   for (std::size_t word = 0; word < wordCount_; ++word) {
-    ForEachIndexWord(word, [&](std::uint32_t indexWord, bool) {
+    ForEachIndexWord(word, [&](std::uint32_t indexWord, Likeness likeness) {
       const std::span<const std::uint32_t> names = index_.NamesWith(kind, indexWord);
       const std::size_t count = std::min({names.size(), kMaxNamesOfWord, kMaxLinks - links_.size()});
-      for (const std::uint32_t id : names.first(count)) links_.push_back({id, WordMask{1} << word, 0, 0});
+      for (const std::uint32_t id : names.first(count)) links_.push_back({id, BitOf(word, likeness), 0, 0});
     });
   }
   std::sort(links_.begin(), links_.end(), [](const NameHit& a, const NameHit& b) { return a.id < b.id; });
@@ -197,7 +226,7 @@ void FreeTextSearch::CollectNames(Named kind, std::vector<NameHit>& hits)
     hits.back().words |= link.words;
   }
   for (NameHit& hit : hits) {
-    hit.missing = std::max(0, WordsIn(NameOf(kind, hit.id)) - std::popcount(hit.words));
+    hit.missing = std::max(0, WordsIn(NameOf(kind, hit.id)) - std::popcount(Written(hit.words)));
     hit.score = Weight(hit.words) - kMissingWord * hit.missing;
   }
   const std::size_t kept = std::min(hits.size(), kMaxNames);
@@ -214,7 +243,7 @@ void FreeTextSearch::CollectLocalities()
     for (const std::uint32_t index : database_.LocalitiesNamed(name.id)) AddLocality(index, name.words, name.missing);
   for (std::size_t word = 0; word < wordCount_; ++word)
     for (const std::uint32_t index : database_.LocalitiesOfPostcode(words_[word].text))
-      AddLocality(index, WordMask{1} << word, 0);
+      AddLocality(index, BitOf(word, Likeness::Same), 0);
 }
 
 void FreeTextSearch::AddLocality(std::uint32_t index, WordMask words, int missing)
@@ -273,7 +302,8 @@ void FreeTextSearch::AddStreet(std::uint32_t index, const NameHit& name, const L
   Group group;
   group.score = Weight(words) - kMissingWord * (name.missing + (locality ? locality->missing : 0));
   for (std::size_t i = 0; i < wordCount_; ++i) {
-    if ((words >> i & 1U) != 0 || words_[i].streetType.empty() || words_[i].streetType != street.type) continue;
+    if ((Written(words) >> i & 1U) != 0 || words_[i].streetType.empty() || words_[i].streetType != street.type)
+      continue;
     group.score += kTypeWeight;
     break;
   }

@@ -2,10 +2,11 @@
  * Addresses by words in any order: of street, locality and building, with type, number, unit, state and postcode.
  *
  * Each word has a weight, more the fewer names have it; a word that no name has stands for those that begin with it, at
- * half the weight. Streets, localities and buildings collect the weights of the words that lead to them, less a little
- * for words of their names that were not written; a street also for its type, and for a house number and unit that it
- * has. They are answered by descending weight, then number of addresses, then order of the file, down to half the
- * weight of the best. An address is answered once. A state's code (NT, not NORTHERN TERRITORY) leaves out all others.
+ * half the weight, and for those that one typing error turns into it, at a third. Streets, localities and buildings
+ * collect the weights of the words that lead to them, less a little for words of their names that were not written; a
+ * street also for its type, and for a house number and unit that it has. They are answered by descending weight, then
+ * number of addresses, then order of the file, down to half the weight of the best. An address is answered once. A
+ * state's code (NT, not NORTHERN TERRITORY) leaves out all others.
  *
  * The work is bounded whatever the text is; all memory is taken by the first search.
  */
@@ -45,8 +46,10 @@ class FreeTextSearch
   void Advance();
 
  private:
+  /** Words of the text, one bit each; kMaxWords above it is the bit of the word as a mistyped one. */
   using WordMask = std::uint32_t;
   static constexpr std::size_t kMaxWords = 16;
+  static constexpr std::size_t kMaxMistyped = 16;
   static constexpr std::size_t kMaxNumbers = 4;
 
   struct QueryWord
@@ -54,6 +57,17 @@ class FreeTextSearch
     std::string_view text;
     std::string_view streetType;  ///< its full form, where it is one
     int weight = 0;
+    int mistypedWeight = 0;
+    std::array<std::uint32_t, kMaxMistyped> mistyped{};  ///< words of the index that may be meant instead
+    std::size_t mistypedCount = 0;
+  };
+
+  /** What a word of the index is to a written one. */
+  enum class Likeness : std::uint8_t
+  {
+    Same,
+    LongerOne,
+    Mistyped
   };
 
   /** A written house number or unit. */
@@ -126,6 +140,8 @@ class FreeTextSearch
   void ReadWords();
   void AddNumber(std::size_t word);
   void WeighWord(std::size_t word);
+  void FindMistyped(std::size_t word);
+  int RarityWeight(std::size_t names) const;
   void AddNames(std::size_t word, std::uint32_t indexWord);
   template <class Visit>
   void ForEachIndexWord(std::size_t word, Visit visit) const;
@@ -134,6 +150,12 @@ class FreeTextSearch
   void CollectLocalities();
   void AddLocality(std::uint32_t index, WordMask words, int missing);
   int Weight(WordMask words) const;
+  static WordMask BitOf(std::size_t word, Likeness likeness)
+  {
+    return WordMask{1} << (likeness == Likeness::Mistyped ? word + kMaxWords : word);
+  }
+  /** The words of a mask, mistyped or not. */
+  static WordMask Written(WordMask words) { return (words | words >> kMaxWords) & ((WordMask{1} << kMaxWords) - 1); }
   bool IsOtherState(std::string_view state) const { return !state_.empty() && state != state_; }
 
   void FindGroups();

@@ -28,8 +28,9 @@ void PlaceStatistics::AddPoint(std::uint32_t ordinal)
 void PlaceStatistics::AddStreet(std::uint32_t index)
 {
   const Street street = database_.StreetAt(index);
-  addresses_ += street.points.count;
-  if (street.points.count > 0) Enter(street);
+  const std::uint32_t addresses = street.points.count - database_.AddressAliasCount(street.points);
+  addresses_ += addresses;
+  if (addresses > 0) Enter(street);
 }
 
 void PlaceStatistics::Enter(const Street& street)

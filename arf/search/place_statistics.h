@@ -18,7 +18,8 @@ class PlaceStatistics
   /** Forgets what was counted. The first call makes room for a bit a street and a locality. */
   void Clear();
   void AddPoint(std::uint32_t ordinal);
-  /** All points of a street. Adding a point or street twice counts its addresses twice. */
+  /** All points of a street but those that are other ways to say an address. Adding a point or street twice counts its
+   * addresses twice. */
   void AddStreet(std::uint32_t street);
 
   std::uint64_t Addresses() const { return addresses_; }

@@ -39,6 +39,15 @@ class WordIndex
   std::string_view Word(std::uint32_t i) const { return words_.At(i); }
   std::optional<std::uint32_t> Find(std::string_view word) const;
   IndexRange WithPrefix(std::string_view prefix) const;
+  /**
+   * Words that one typing error turns into the given one: a letter wrong, missing, too many, or two swapped. Letters
+   * are those from A to Z; words of more than kLongestMistyped bytes have none.
+   *
+   * @param found  receives the first so many, by the place of the error
+   * @return       how many it received
+   */
+  std::size_t Mistyped(std::string_view word, std::span<std::uint32_t> found) const;
+  static constexpr std::size_t kLongestMistyped = 40;
   /** The names of a kind that have a word, ascending. */
   std::span<const std::uint32_t> NamesWith(Named kind, std::uint32_t word) const;
 
@@ -48,6 +57,9 @@ class WordIndex
   std::span<const std::uint32_t> PointsOf(std::uint32_t building) const;
 
  private:
+  std::uint32_t FirstFrom(IndexRange range, std::string_view word) const;
+  IndexRange WithPrefix(IndexRange range, std::string_view prefix) const;
+
   /** Lists of numbers, one for each of some things: where each begins, then all of them. */
   struct Lists
   {

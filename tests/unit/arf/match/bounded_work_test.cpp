@@ -99,6 +99,12 @@ TEST_F(BoundedWork, PathologicalTexts)
       "NO SUCH BUILDING MELBOURNE",
       "NO SUCH BUILDING 2000",
       "1 KING ST 2000",
+      Repeated("CNR KING ST & ", 32) + "RICHMOND",
+      Repeated("KING & ", 90) + "RICHMOND",
+      Repeated("KING ST / BRIDGE RD / ", 15) + "RICHMOND",
+      "CNR KING & BRIDGE, RICHMOND",
+      "CNR KINGG & BRIDGEE 2000",
+      "1 KING ST (CNR BRIDGE) RICHMOND",
   };
   const auto matcher = std::make_unique<arf::Matcher>(*engine_);
   const auto fixer = std::make_unique<arf::LastLineFixer>(*engine_);

@@ -165,6 +165,10 @@ TEST(BoundedText, PartsAreCleaned)
   text.Word("c|d\te").Word("").Word("f");
   text.CleanPart('|');
   EXPECT_STREQ(buffer, "a|bc d e f");
+  text.Clean(1, 4, 'b');
+  EXPECT_STREQ(buffer, "a| c d e f");
+  text.Clean(9, 100, 'f');
+  EXPECT_STREQ(buffer, "a| c d e  ");
 }
 
 }  // namespace

@@ -39,6 +39,43 @@ TEST_F(Towns, FreeTextBeginningsOfWords)
   EXPECT_EQ(Search("gre val").substr(0, 5), "10 11");
 }
 
+TEST_F(Towns, FreeTextPutsOneTypingErrorRight)
+{
+  for (const char* text :
+       {"cramford", "cranfrod", "crnford", "crannford", "kranford", "cranfordd", "saint mary rd cramford"})
+    EXPECT_EQ(Search(text), "12") << text;
+  EXPECT_EQ(Search("12 gren valey road bramely").substr(0, 2), "10");
+  EXPECT_EQ(Search("hihg street aldreton").substr(0, 14), "01 02 03 04 05");
+  for (const char* text : {"crnfrod", "mri", "cran4ord"}) EXPECT_EQ(Search(text), "") << text;
+}
+
+/** MILLS is no word of the data, MILL is one: both ways to put it right count, but less than the word itself. */
+TEST(FreeTextSearch, MistypedWordsCountLess)
+{
+  const test_support::TempDir dir;
+  const auto database = arf_test::OpenOrFail(
+      arf_test::BuiltDirectory(dir,
+                               "dpid,number_first,street_name,street_type,locality,state,postcode\n"
+                               "30000001,1,HARPER,STREET,ALDERTON,NSW,2991\n"
+                               "30000002,1,HARPERS,STREET,ALDERTON,NSW,2991\n"
+                               "30000003,1,HARPERVILLE,STREET,ALDERTON,NSW,2991\n"
+                               "30000004,1,CARPER,STREET,ALDERTON,NSW,2991\n"),
+      arf::OpenMode::Memory);
+  const auto found = [&](const char* text) {
+    arf::FreeTextSearch search(*database);
+    EXPECT_EQ(search.Start(text, nullptr), arf::InputFault::None);
+    std::string all;
+    for (; search.Current(); search.Advance()) all += std::to_string(search.Current()->dpid % 10);
+    return all;
+  };
+  EXPECT_EQ(found("harper"), "1") << "a word that is there is never put right";
+  EXPECT_EQ(found("harpe"), "123") << "beginnings before errors, and only once";
+  EXPECT_EQ(found("xarper"), "41") << "alike, so in stored order";
+  EXPECT_EQ(found("harpr"), "1");
+  EXPECT_EQ(found("streett"), "");
+  EXPECT_EQ(found(std::string(60, 'H').c_str()), "");
+}
+
 TEST_F(Towns, FreeTextWrittenInOtherWays)
 {
   EXPECT_EQ(Search("saint mary rd"), "12");

@@ -8,6 +8,7 @@
 #include <set>
 
 #include "arf/format/fold.h"
+#include "arf/match/one_typo.h"
 #include "arf/search/free_text_search.h"
 #include "support/random_seed.h"
 #include "unit/arf/build/test_database.h"
@@ -66,6 +67,49 @@ TEST_F(WordIndexes, EqualPlainLists)
   EXPECT_EQ(index.WordCount(), words.size());
   EXPECT_TRUE(std::is_sorted(words.begin(), words.end()));
   EXPECT_FALSE(index.Find("NO SUCH WORD"));
+}
+
+/** Against a plain comparison with every word. */
+TEST_F(WordIndexes, MistypedWords)
+{
+  const WordIndex index(section);
+  arf_test::Random random(test_support::RandomSeed());
+  const auto letter = [&] { return static_cast<char>('A' + random() % 26); };
+  std::size_t pairs = 0;
+  for (int i = 0; i < 2'000; ++i) {
+    std::string text(index.Word(static_cast<std::uint32_t>(random() % index.WordCount())));
+    for (std::size_t edits = random() % 3; edits > 0 && !text.empty(); --edits) {
+      const std::size_t at = random() % text.size();
+      if (random() % 3 == 0)
+        text[at] = letter();
+      else if (random() % 2 == 0)
+        text.insert(at, 1, letter());
+      else
+        text.erase(at, 1);
+    }
+    std::set<std::uint32_t> expected;
+    for (std::uint32_t word = 0; word < index.WordCount(); ++word)
+      if (IsOneTypoApart(text, index.Word(word))) expected.insert(word);
+    // Letters that are missing or wrong are those of the alphabet: digits of names are left alone.
+    std::erase_if(expected, [&](std::uint32_t word) {
+      const std::string_view other = index.Word(word);
+      return std::any_of(other.begin(), other.end(), [](char c) { return c < 'A' || c > 'Z'; });
+    });
+    std::array<std::uint32_t, 512> found{};
+    const std::size_t count = index.Mistyped(text, found);
+    std::set<std::uint32_t> actual(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(count));
+    EXPECT_EQ(actual.size(), count) << text;
+    std::erase_if(actual, [&](std::uint32_t word) {
+      const std::string_view other = index.Word(word);
+      return std::any_of(other.begin(), other.end(), [](char c) { return c < 'A' || c > 'Z'; });
+    });
+    EXPECT_EQ(actual, expected) << text;
+    pairs += count;
+  }
+  EXPECT_GT(pairs, 500U);
+  std::array<std::uint32_t, 1> one{};
+  EXPECT_LE(index.Mistyped("A", one), 1U);
+  EXPECT_EQ(index.Mistyped(std::string(100, 'A'), one), 0U);
 }
 
 TEST_F(WordIndexes, BuildingsLeadToTheirPoints)
