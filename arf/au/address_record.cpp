@@ -1,5 +1,6 @@
 #include "arf/au/address_record.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdlib>
@@ -12,7 +13,7 @@ namespace {
 
 constexpr std::string_view kCountry = "AUSTRALIA";
 
-/** Separates fields and cleans each when it ends. */
+/** Separates fields, and cleans them at the end. */
 class RecordWriter
 {
  public:
@@ -20,17 +21,54 @@ class RecordWriter
 
   BoundedText& Begin()
   {
-    if (count_++ > 0) text_ << delimiter_;
+    if (count_ > 0) text_ << delimiter_;
     text_.StartPart();
+    starts_[count_++] = text_.Length();
     return text_;
   }
-  void End() { text_.CleanPart(delimiter_); }
+
+  void Finish()
+  {
+    if (count_ == 0 || IsClean()) return;
+    for (std::size_t i = 0; i < count_; ++i)
+      text_.Clean(starts_[i], i + 1 < count_ ? starts_[i + 1] - 1 : text_.Length(), delimiter_);
+  }
 
  private:
+  /** Whether there are no delimiters but those between the fields; most records are so, and this is quick to see. */
+  bool IsClean() const
+  {
+    constexpr std::size_t kChunk = 128;  // counts in a byte, which the processor adds sixteen at a time
+    std::size_t delimiters = 0, controls = 0;
+    for (std::string_view rest = text_.View().substr(starts_[0]); !rest.empty();
+         rest.remove_prefix(std::min(kChunk, rest.size()))) {
+      std::uint8_t delimitersHere = 0, controlsHere = 0;
+      for (const char c : rest.substr(0, kChunk)) {
+        delimitersHere = static_cast<std::uint8_t>(delimitersHere + (c == delimiter_));
+        controlsHere = static_cast<std::uint8_t>(controlsHere + (static_cast<unsigned char>(c) < ' '));
+      }
+      delimiters += delimitersHere;
+      controls += controlsHere;
+    }
+    const bool isControl = static_cast<unsigned char>(delimiter_) < ' ';
+    return delimiters == count_ - 1 && controls == (isControl ? delimiters : 0);
+  }
+
   BoundedText& text_;
   char delimiter_;
+  std::array<std::size_t, FieldList::kMax> starts_;
   std::size_t count_ = 0;
 };
+static_assert(FieldList::kMax >= PAF_AU_FIELD_COUNT);
+
+/** The last so many digits of a number, with leading zeros. */
+template <std::size_t Count>
+void AppendDigits(BoundedText& text, std::uint32_t number)
+{
+  std::array<char, Count> digits;
+  for (std::size_t i = Count; i-- > 0; number /= 10) digits[i] = static_cast<char>('0' + number % 10);
+  text << std::string_view(digits.data(), Count);
+}
 
 /** Millionths of a degree as degrees. */
 void AppendDegrees(BoundedText& text, std::int32_t millionths)
@@ -40,8 +78,7 @@ void AppendDegrees(BoundedText& text, std::int32_t millionths)
   const auto magnitude = static_cast<std::uint32_t>(std::abs(millionths));
   if (millionths < 0) text << '-';
   text << magnitude / kMillion << '.';
-  for (std::uint32_t place = kMillion / 10; place > 0; place /= 10)
-    text << static_cast<char>('0' + magnitude / place % 10);
+  AppendDigits<6>(text, magnitude);
 }
 
 void AppendUnlessZero(BoundedText& text, std::uint32_t number)
@@ -52,10 +89,10 @@ void AppendUnlessZero(BoundedText& text, std::uint32_t number)
 /** One address with what it belongs to. */
 struct Address
 {
-  const RecordSource& source;
+  const OpenData& source;
   const Database& database;
   const Point& point;
-  Street street;
+  const Street& street;
   Locality locality;
 };
 
@@ -68,17 +105,16 @@ void AppendLine(BoundedText& text, const Address& address, unsigned line)
 
 void AppendAttribute(BoundedText& text, const Address& address, unsigned field)
 {
-  const std::string_view name = FieldAttribute(field);
-  if (name.empty()) return;
+  const std::uint32_t column = address.source.fieldColumns.ColumnOf(field);
+  if (column == kNoIndex) return;
   AttributeText buffer;
-  if (const auto column = address.database.FindAttribute(name))
-    text << address.database.AttributeOf(address.point.ordinal, *column, buffer);
+  text << address.database.AttributeOf(address.point.ordinal, column, buffer);
 }
 
 /** Numbers that the builder minted are no delivery point identifiers and must not be printed as barcodes on mail. */
 void AppendBarcode(BoundedText& text, const Address& address)
 {
-  if (address.database.Info(kIdentifiersKey) == kMintedIdentifiers) return;
+  if (address.source.hasMintedIdentifiers) return;
   char digits[kDpidDigits + 1];
   BoundedText dpid(digits, sizeof digits);
   AppendDpid(dpid, address.point.dpid);
@@ -89,7 +125,7 @@ void AppendBarcode(BoundedText& text, const Address& address)
 /** The sort plan's number, or without a plan the data's own. */
 void AppendSortPlanNumber(BoundedText& text, const Address& address)
 {
-  const SortPlan* plan = address.source.sortPlan;
+  const SortPlan* plan = address.source.sortPlan.plan.get();
   if (!plan) return AppendAttribute(text, address, PAF_AU_FIELD_SORT_PLAN_NUMBER);
   if (const SortPlan::Entry* entry = plan->Find(address.locality.postcode)) text << entry->bsp;
 }
@@ -174,6 +210,9 @@ void AppendField(BoundedText& text, const Address& address, unsigned field)
       return;
     case PAF_AU_FIELD_POSTAL_NUMBER:
       if (street.isPostal) AppendNumber(text, address.point);
+      return;
+    case PAF_AU_FIELD_ALTERNATIVE_LOCALITY:
+      text << address.source.otherLocalityNames.First(street.locality);
       return;
     case PAF_AU_FIELD_LATITUDE:
       return AppendDegrees(text, address.point.latitude);
@@ -265,14 +304,19 @@ void AppendParsedField(BoundedText& text, const InputText& input, const Reading&
 
 void AppendDpid(BoundedText& text, std::uint32_t dpid)
 {
-  for (std::uint32_t place = 10'000'000; place > 0; place /= 10) text << static_cast<char>('0' + dpid / place % 10);
+  AppendDigits<kDpidDigits>(text, dpid);
 }
 
-void AppendAddressRecord(BoundedText& text, const RecordSource& source, const Point& point, const FieldList& fields,
+void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const FieldList& fields,
                          char delimiter)
 {
-  const Database& database = source.database;
-  const Street street = database.StreetAt(point.street);
+  AppendAddressRecord(text, source, point, source.engine->Data().StreetAt(point.street), fields, delimiter);
+}
+
+void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const Street& street,
+                         const FieldList& fields, char delimiter)
+{
+  const Database& database = source.engine->Data();
   const Address address{source, database, point, street, database.LocalityAt(street.locality)};
   RecordWriter record(text, delimiter);
   for (const FieldChoice& field : fields.Fields()) {
@@ -282,8 +326,8 @@ void AppendAddressRecord(BoundedText& text, const RecordSource& source, const Po
       text << database.AttributeOf(point.ordinal, field.Column(), buffer);
     else
       AppendField(text, address, field.Number());
-    record.End();
   }
+  record.Finish();
 }
 
 void AppendEmptyRecord(BoundedText& text, const FieldList& fields, char delimiter)
@@ -301,8 +345,8 @@ void AppendParsedRecord(BoundedText& text, const InputText& input, const Reading
       text << static_cast<std::uint32_t>(status);
     else
       AppendParsedField(text, input, reading, field);
-    record.End();
   }
+  record.Finish();
 }
 
 }  // namespace arf

@@ -4,28 +4,21 @@
 
 #include <cstdint>
 
+#include "arf/au/open_data.h"
 #include "arf/au/record_fields.h"
-#include "arf/barcode/sort_plan.h"
 #include "arf/match/bounded_text.h"
-#include "arf/match/engine.h"
 #include "arf/match/input_text.h"
 #include "arf/match/reading.h"
 #include "qxpaf/arf_au.h"
 
 namespace arf {
 
-/** What the fields of an address are read from. */
-struct RecordSource
-{
-  // NOLINTNEXTLINE(google-explicit-constructor): a database alone is a source
-  RecordSource(const Database& from, const SortPlan* plan = nullptr) : database(from), sortPlan(plan) {}
-  const Database& database;
-  const SortPlan* sortPlan;  ///< may be null
-};
-
 /** Appends an address; the delimiter and control characters inside values become spaces. */
-void AppendAddressRecord(BoundedText& text, const RecordSource& source, const Point& point, const FieldList& fields,
+void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const FieldList& fields,
                          char delimiter);
+/** The same for a point whose street is known. */
+void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const Street& street,
+                         const FieldList& fields, char delimiter);
 
 /** Appends the record that ends an enumeration: the delimiters alone. */
 void AppendEmptyRecord(BoundedText& text, const FieldList& fields, char delimiter);

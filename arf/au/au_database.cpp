@@ -44,7 +44,7 @@ int AuDatabase::OpenFile(const char* path, int mode, char* errText, int errSize)
   std::unique_ptr<Database> database = Database::Open(path_, openMode, result, verification);
   if (database) {
     auto engine = std::make_unique<const Engine>(std::move(database));
-    current_->Set(std::make_shared<const OpenData>(OpenData{std::move(engine), ReadSortPlanOf(path_)}));
+    current_->Set(std::make_shared<const OpenData>(std::move(engine), ReadSortPlanOf(path_)));
     isOpen_ = true;
     return 0;
   }

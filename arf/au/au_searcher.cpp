@@ -216,7 +216,7 @@ int AuSearcher::WriteCurrent(BoundedText& out)
     AppendEmptyRecord(out, settings_.outputFields, settings_.delimiter);
     return 0;
   }
-  AppendAddressRecord(out, searches_->Source(), *point, settings_.outputFields, settings_.delimiter);
+  AppendAddressRecord(out, *searches_->data, *point, settings_.outputFields, settings_.delimiter);
   if (out.IsWhole()) addresses.Advance();
   return 0;
 }

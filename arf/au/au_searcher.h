@@ -76,7 +76,6 @@ class AuSearcher final : public IArfSearcher, private LiveObject
     {
     }
     const Database& Data() const { return data->engine->Data(); }
-    RecordSource Source() const { return {Data(), data->sortPlan.plan.get()}; }
 
     std::shared_ptr<const OpenData> data;
     Matcher matcher;

@@ -32,7 +32,7 @@ int AuSearcher::GetNextAddressSearch(char* out, int outSize)
       AppendEmptyRecord(text, settings_.outputFields, settings_.delimiter);
       return 0;
     }
-    AppendAddressRecord(text, searches_->Source(), *point, settings_.outputFields, settings_.delimiter);
+    AppendAddressRecord(text, *searches_->data, *point, settings_.outputFields, settings_.delimiter);
     if (text.IsWhole()) search.Advance();
     return 0;
   });

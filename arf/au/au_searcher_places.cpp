@@ -127,8 +127,9 @@ int AuSearcher::GetNextAddressInPolygon(char* out, int outSize)
       AppendEmptyRecord(text, settings_.outputFields, settings_.delimiter);
       return 0;
     }
-    AppendAddressRecord(text, searches_->Source(), searches_->Data().PointAt(found->ordinal), settings_.outputFields,
-                        settings_.delimiter);
+    Street street;
+    const Point point = searches_->Data().PointAt(found->ordinal, street);
+    AppendAddressRecord(text, *searches_->data, point, street, settings_.outputFields, settings_.delimiter);
     if (text.IsWhole()) polygon.Advance();
     return 0;
   });
@@ -207,7 +208,8 @@ int AuSearcher::CountInLocalities(std::string_view line)
       }
       const IndexRange points = data.StreetAt(streets.first + i).points;
       for (std::uint32_t p = 0; p < points.count; ++p)
-        if (filter->Takes(points.first + p)) places.statistics.AddPoint(points.first + p);
+        if (!data.IsAddressAlias(points.first + p) && filter->Takes(points.first + p))
+          places.statistics.AddPoint(points.first + p);
     }
   }
   return 0;

@@ -45,7 +45,13 @@ void Enumeration::Advance()
   if (area_) return AdvanceArea();
   do {
     atPoint_ = FindNext();
-  } while (atPoint_ && filter_ && !filter_->Takes(point_.ordinal));
+  } while (atPoint_ && !Takes(point_.ordinal));
+}
+
+/** Other ways to say an address are passed over. */
+bool Enumeration::Takes(std::uint32_t ordinal) const
+{
+  return !database_.IsAddressAlias(ordinal) && (!filter_ || filter_->Takes(ordinal));
 }
 
 /** The search is always one ahead of the point that is shown. */

@@ -39,6 +39,7 @@ class Enumeration
 
  private:
   bool FindNext();
+  bool Takes(std::uint32_t ordinal) const;
   void AdvanceArea();
 
   const Database& database_;

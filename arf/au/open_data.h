@@ -7,6 +7,8 @@
 #include <mutex>
 #include <utility>
 
+#include "arf/au/other_locality_names.h"
+#include "arf/au/record_fields.h"
 #include "arf/barcode/sort_plan.h"
 #include "arf/match/engine.h"
 
@@ -15,8 +17,19 @@ namespace arf {
 /** Immutable. */
 struct OpenData
 {
+  OpenData(std::unique_ptr<const Engine> opened, SortPlanFile plan)
+      : engine(std::move(opened)),
+        sortPlan(std::move(plan)),
+        otherLocalityNames(engine->Data()),
+        fieldColumns(engine->Data()),
+        hasMintedIdentifiers(engine->Data().Info(kIdentifiersKey) == kMintedIdentifiers)
+  {
+  }
   std::unique_ptr<const Engine> engine;
   SortPlanFile sortPlan;  ///< as it was when the database was opened, or what is wrong with it
+  OtherLocalityNames otherLocalityNames;
+  FieldColumns fieldColumns;
+  bool hasMintedIdentifiers = false;  ///< they are no delivery point identifiers
 };
 
 /**

@@ -113,7 +113,13 @@ int ReadPenaltyTable(const PropertyRequest& request)
 int ListProperties(const PropertyRequest& request);
 int NameByIndex(const PropertyRequest& request);
 
+/** Looked through from the first on; what is asked for every letter of a mailing comes first. */
 constexpr Property kProperties[] = {
+    {"Barcode:", true, ReadBarcode, nullptr},
+    {"Barcode2:", true, ReadBarcode2, nullptr},
+    {"Barcode3:", true, ReadBarcode3, nullptr},
+    {"BSP:", true, ReadBsp, nullptr},
+    {"NPSP:", true, ReadNpsp, nullptr},
     {"Delimiter", false, ReadDelimiter, WriteDelimiter},
     {"OutputFields", false, ReadOutputFields, WriteOutputFields},
     {"PafEngineVersion", false, ReadEngineVersion, nullptr},
@@ -133,11 +139,6 @@ constexpr Property kProperties[] = {
     {"PenaltyTable", false, ReadPenaltyTable, nullptr},
     {"ArfStatus:", true, ReadArfStatus, nullptr},
     {"ArfVersion:", true, ReadArfVersion, nullptr},
-    {"Barcode:", true, ReadBarcode, nullptr},
-    {"Barcode2:", true, ReadBarcode2, nullptr},
-    {"Barcode3:", true, ReadBarcode3, nullptr},
-    {"BSP:", true, ReadBsp, nullptr},
-    {"NPSP:", true, ReadNpsp, nullptr},
     {"PropertyName", true, NameByIndex, nullptr},
 };
 

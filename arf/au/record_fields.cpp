@@ -95,9 +95,12 @@ std::string_view FieldName(unsigned number)
   return RowOf(number).name;
 }
 
-std::string_view FieldAttribute(unsigned number)
+FieldColumns::FieldColumns(const Database& database)
 {
-  return RowOf(number).attribute;
+  columns_.fill(kNoIndex);
+  for (const FieldRow& row : kFields)
+    if (const auto column = database.FindAttribute(row.attribute); column && !row.attribute.empty())
+      columns_[row.number] = *column;
 }
 
 std::optional<FieldChoice> FindField(const Database& database, std::string_view text)

@@ -36,8 +36,17 @@ class FieldChoice
 /** The name of a field, 1 to PAF_AU_FIELD_COUNT; reserved ones have none. */
 std::string_view FieldName(unsigned number);
 
-/** The attribute column that fills a field; empty for fields that are filled otherwise. */
-std::string_view FieldAttribute(unsigned number);
+/** The attribute columns of a database that fill fields. */
+class FieldColumns
+{
+ public:
+  explicit FieldColumns(const Database& database);
+  /** kNoIndex for a field that is filled otherwise, or whose column the database does not have. */
+  std::uint32_t ColumnOf(unsigned number) const { return number <= PAF_AU_FIELD_COUNT ? columns_[number] : kNoIndex; }
+
+ private:
+  std::array<std::uint32_t, PAF_AU_FIELD_COUNT + 1> columns_;
+};
 
 /** A field by name (ignoring case) or number, or an attribute column by name. */
 std::optional<FieldChoice> FindField(const Database& database, std::string_view text);

@@ -1,6 +1,7 @@
 #include "arf/build/address_order.h"
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
 #include <tuple>
 
@@ -108,6 +109,7 @@ class Orderer
     OrderLocalities();
     OrderStreets();
     OrderRows();
+    ordered_.aliases = FindAliases(table_);
     return std::move(ordered_);
   }
 
@@ -179,13 +181,13 @@ class Orderer
       return NaturallyBefore(table_.parts.At(a), table_.parts.At(b));
     });
     const std::vector<std::uint32_t> places = Inverse(ordered_.partOrder);
-    for (AddressRow& row : table_.rows) {
-      for (std::uint32_t* part : PartsOf(row)) *part = places[*part];
+    for (AddressDetails& details : table_.details) {
+      for (std::uint32_t* part : PartsOf(details)) *part = places[*part];
     }
+    const std::vector<std::uint32_t> detailPlaces = SortEntries(table_.details, std::less<>());
+    for (AddressRow& row : table_.rows) row.details = detailPlaces[row.details];
     const auto rank = [](const AddressRow& row) {
-      return std::tie(row.street, row.numberFirst, row.numberPrefix, row.numberFirstSuffix, row.numberLast,
-                      row.numberLastSuffix, row.unitNumber, row.unitType, row.levelNumber, row.levelType, row.lot,
-                      row.building, row.dpid);
+      return std::tie(row.street, row.numberFirst, row.details, row.dpid);
     };
     std::sort(table_.rows.begin(), table_.rows.end(),
               [&](const AddressRow& a, const AddressRow& b) { return rank(a) < rank(b); });

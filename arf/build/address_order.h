@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "arf/build/address_aliases.h"
 #include "arf/build/address_table.h"
 #include "arf/build/string_pool.h"
 
@@ -25,13 +26,14 @@ struct SortedDictionary
 struct OrderedAddresses
 {
   StringPool keys;                              ///< match keys of the names
-  std::vector<std::uint32_t> partOrder;         ///< the rows' part numbers are places in this list of parts
+  std::vector<std::uint32_t> partOrder;         ///< the part numbers of details are places in this list of parts
   std::vector<std::uint32_t> localityKeys;      ///< of each locality: index in localityNames
   std::vector<std::uint32_t> streetKeys;        ///< of each street: index in streetNames, or kNoIndex
   std::vector<std::uint32_t> firstStreets;      ///< of each locality
   std::vector<std::uint32_t> firstRows;         ///< of each street
   SortedDictionary localityNames, streetNames;  ///< texts are numbers of `keys`
   SortedDictionary postcodes;                   ///< texts are numbers of AddressTable::names
+  std::vector<AddressAlias> aliases;            ///< ascending
 };
 
 /** Compares runs of digits by value and everything else by bytes; equal texts only are equivalent. */

@@ -63,6 +63,12 @@ std::size_t AddressTable::EntryHash::operator()(const StreetEntry& entry) const
   return Combine({entry.locality, entry.name, entry.type, entry.suffix, entry.isPostal});
 }
 
+std::size_t AddressTable::EntryHash::operator()(const AddressDetails& entry) const
+{
+  return Combine({entry.numberPrefix, entry.numberFirstSuffix, entry.numberLast, entry.numberLastSuffix,
+                  entry.unitNumber, entry.unitType, entry.levelNumber, entry.levelType, entry.lot, entry.building});
+}
+
 AddressTable::AddressTable(const std::vector<std::string>& attributeNames) : partUses(1)
 {
   attributes.resize(attributeNames.size());
@@ -81,16 +87,7 @@ std::optional<std::uint32_t> AddressTable::Add(const ParsedRow& row, std::uint32
   AddressRow entry;
   entry.street = StreetOf(row);
   entry.numberFirst = row.numberFirst;
-  entry.numberLast = row.numberLast;
-  entry.numberPrefix = Part(row.numberPrefix);
-  entry.numberFirstSuffix = Part(row.numberFirstSuffix);
-  entry.numberLastSuffix = Part(row.numberLastSuffix);
-  entry.unitNumber = Part(row.unitNumber);
-  entry.unitType = Part(row.unitType);
-  entry.levelNumber = Part(row.levelNumber);
-  entry.levelType = Part(row.levelType);
-  entry.lot = Part(row.lot);
-  entry.building = Part(row.building);
+  entry.details = DetailsOf(row);
   entry.dpid = row.dpid;
   entry.latitude = row.latitude;
   entry.longitude = row.longitude;
@@ -122,10 +119,8 @@ std::vector<AddressTable::RepeatedDpid> AddressTable::Append(const AddressTable&
       continue;
     }
     row.street = to.streets[row.street];
-    for (std::uint32_t* part : PartsOf(row)) {
-      *part = to.parts[*part];
-      if (*part != 0) ++partUses[*part];
-    }
+    row.details = to.details[row.details];
+    if (row.details != 0) CountParts(details[row.details]);
     row.input = static_cast<std::uint32_t>(rows.size());
     rows.push_back(row);
   }
@@ -133,7 +128,7 @@ std::vector<AddressTable::RepeatedDpid> AddressTable::Append(const AddressTable&
   return repeated;
 }
 
-/** The numbers that the other table's streets and parts have in this one, which has all of them afterwards. */
+/** The numbers that the other table's streets and details have in this one, which has all of them afterwards. */
 AddressTable::Renumbering AddressTable::Renumber(const AddressTable& other)
 {
   const auto internAll = [](StringPool& pool, const StringPool& from) {
@@ -154,9 +149,22 @@ AddressTable::Renumbering AddressTable::Renumber(const AddressTable& other)
                           nameNumbers[entry.suffix], entry.isPostal};
     to.streets.push_back(NumberFor(own, streets, streetNumbers_));
   }
-  to.parts = internAll(parts, other.parts);
+  const std::vector<std::uint32_t> partNumbers = internAll(parts, other.parts);
   partUses.resize(parts.Count());
+  to.details.push_back(0);
+  for (std::size_t i = 1; i < other.details.size(); ++i) {
+    AddressDetails own = other.details[i];
+    for (std::uint32_t* part : PartsOf(own)) *part = partNumbers[*part];
+    to.details.push_back(NumberFor(own, details, detailNumbers_));
+  }
   return to;
+}
+
+void AddressTable::CountParts(AddressDetails entry)
+{
+  for (const std::uint32_t* part : PartsOf(entry)) {
+    if (*part != 0) ++partUses[*part];
+  }
 }
 
 void AddressTable::Keep(const std::vector<bool>& keep)
@@ -181,6 +189,15 @@ std::uint32_t AddressTable::Part(std::string_view text)
   return number;
 }
 
+std::uint32_t AddressTable::DetailsOf(const ParsedRow& row)
+{
+  const AddressDetails entry{Part(row.numberPrefix),     Part(row.numberFirstSuffix), row.numberLast,
+                             Part(row.numberLastSuffix), Part(row.unitNumber),        Part(row.unitType),
+                             Part(row.levelNumber),      Part(row.levelType),         Part(row.lot),
+                             Part(row.building)};
+  return entry == AddressDetails() ? 0 : NumberFor(entry, details, detailNumbers_);
+}
+
 void AddressTable::DropEmpty()
 {
   std::vector<bool> hasRows(streets.size()), hasStreets(localities.size());
@@ -190,6 +207,10 @@ void AddressTable::DropEmpty()
   for (const StreetEntry& street : streets) hasStreets[street.locality] = true;
   const std::vector<std::uint32_t> localityPlaces = DropUnused(localities, hasStreets);
   for (StreetEntry& street : streets) street.locality = localityPlaces[street.locality];
+  dpids_ = {};
+  localityNumbers_ = {};
+  streetNumbers_ = {};
+  detailNumbers_ = {};
 }
 
 /** Only for messages, so a search through all rows will do. */

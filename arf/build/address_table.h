@@ -1,6 +1,6 @@
 /**
- * Addresses of a build, in memory: about 70 bytes an address, eight more for each attribute column, and every distinct
- * text once. Parts of the input are read into tables of their own, which are appended to one.
+ * Addresses of a build, in memory: 32 bytes an address, eight more for each attribute column that it has a value in,
+ * and every distinct text once. Parts of the input are read into tables of their own, which are appended to one.
  */
 #ifndef QXPAF_ARF_BUILD_ADDRESS_TABLE_H
 #define QXPAF_ARF_BUILD_ADDRESS_TABLE_H
@@ -36,13 +36,19 @@ struct StreetEntry
   bool operator==(const StreetEntry&) const = default;
 };
 
-/** Texts are numbers of AddressTable::parts. */
+/** What an address may have besides a number. Texts are numbers of AddressTable::parts. */
+struct AddressDetails
+{
+  std::uint32_t numberPrefix = 0, numberFirstSuffix = 0, numberLast = 0, numberLastSuffix = 0;
+  std::uint32_t unitNumber = 0, unitType = 0, levelNumber = 0, levelType = 0, lot = 0, building = 0;
+  auto operator<=>(const AddressDetails&) const = default;
+};
+
 struct AddressRow
 {
   std::uint32_t street = 0;
   std::uint32_t numberFirst = 0;
-  std::uint32_t numberPrefix = 0, numberFirstSuffix = 0, numberLast = 0, numberLastSuffix = 0;
-  std::uint32_t unitNumber = 0, unitType = 0, levelNumber = 0, levelType = 0, lot = 0, building = 0;
+  std::uint32_t details = 0;  ///< number in AddressTable::details
   std::uint32_t dpid = 0;
   std::int32_t latitude = kNoCoordinate, longitude = kNoCoordinate;
   std::uint32_t line = 0;   ///< in the file it came from
@@ -71,12 +77,12 @@ struct LocalityAlias
   std::uint32_t aliasName = 0;
 };
 
-/** The members of a row that are parts. */
-constexpr std::array<std::uint32_t*, 9> PartsOf(AddressRow& row)
+/** The members that are parts. */
+constexpr std::array<std::uint32_t*, 9> PartsOf(AddressDetails& details)
 {
-  return {&row.numberPrefix, &row.numberFirstSuffix, &row.numberLastSuffix, &row.unitNumber,
-          &row.unitType,     &row.levelNumber,       &row.levelType,        &row.lot,
-          &row.building};
+  return {&details.numberPrefix, &details.numberFirstSuffix, &details.numberLastSuffix, &details.unitNumber,
+          &details.unitType,     &details.levelNumber,       &details.levelType,        &details.lot,
+          &details.building};
 }
 
 /** One further column: the values in the order of AddressRow::input. */
@@ -117,7 +123,10 @@ class AddressTable
   /** Keeps the rows, which must be in the order of the input, for which `keep` is true; it has an entry for each. */
   void Keep(const std::vector<bool>& keep);
 
-  /** Removes streets without rows and localities without streets, which rows that were not kept leave behind. */
+  /**
+   * Removes streets without rows and localities without streets, which rows that were not kept leave behind, and what
+   * only adding needs: no rows are added afterwards.
+   */
   void DropEmpty();
 
   /** Makes room for that many rows. */
@@ -128,6 +137,7 @@ class AddressTable
   std::vector<std::uint32_t> partUses;  ///< how many points have each part
   std::vector<LocalityEntry> localities;
   std::vector<StreetEntry> streets;
+  std::vector<AddressDetails> details = {{}};  ///< each once; the first is that of addresses that have none
   std::vector<AddressRow> rows;
   std::vector<AttributeTable> attributes;
   std::vector<StreetAlias> streetAliases;
@@ -139,16 +149,19 @@ class AddressTable
   {
     std::size_t operator()(const LocalityEntry& entry) const;
     std::size_t operator()(const StreetEntry& entry) const;
+    std::size_t operator()(const AddressDetails& entry) const;
   };
 
   struct Renumbering
   {
-    std::vector<std::uint32_t> streets, parts;
+    std::vector<std::uint32_t> streets, details;
   };
 
   Renumbering Renumber(const AddressTable& other);
   std::optional<std::uint32_t> Claim(std::uint32_t dpid);
   std::uint32_t Part(std::string_view text);
+  std::uint32_t DetailsOf(const ParsedRow& row);
+  void CountParts(AddressDetails entry);
   std::uint32_t LineOf(std::uint32_t dpid) const;
   std::uint32_t LocalityOf(const ParsedRow& row);
   std::uint32_t StreetOf(const ParsedRow& row);
@@ -156,6 +169,7 @@ class AddressTable
   DpidSet dpids_;
   std::unordered_map<LocalityEntry, std::uint32_t, EntryHash> localityNumbers_;
   std::unordered_map<StreetEntry, std::uint32_t, EntryHash> streetNumbers_;
+  std::unordered_map<AddressDetails, std::uint32_t, EntryHash> detailNumbers_;  ///< of all but the first
 };
 
 }  // namespace arf

@@ -25,6 +25,14 @@ std::size_t NumberAt(std::string_view text)
   return at;
 }
 
+/** 0 for no digits, otherwise the number and one. */
+std::uint64_t CodedNumber(std::string_view digits)
+{
+  std::uint64_t number = 0;
+  for (const char digit : digits) number = number * 10 + static_cast<std::uint64_t>(digit - '0');
+  return digits.empty() ? 0 : number + 1;
+}
+
 }  // namespace
 
 std::uint64_t AttributeValues::Code(std::uint32_t front, std::uint64_t number)
@@ -33,31 +41,65 @@ std::uint64_t AttributeValues::Code(std::uint32_t front, std::uint64_t number)
   return std::uint64_t{front} << kNumberBits | number;
 }
 
+void AttributeValues::Reserve(std::size_t rows)
+{
+  groups_.reserve(rows / kGroupRows + 1);
+  if (!codes_.empty()) codes_.reserve(rows);
+}
+
 void AttributeValues::Add(std::string_view text)
 {
   const std::size_t at = NumberAt(text);
-  std::uint64_t number = 0;
-  for (const char digit : text.substr(at)) number = number * 10 + static_cast<std::uint64_t>(digit - '0');
-  codes_.push_back(Code(fronts_.Intern(text.substr(0, at)), at < text.size() ? number + 1 : 0));
+  AddCode(Code(fronts_.Intern(text.substr(0, at)), CodedNumber(text.substr(at))));
+}
+
+void AttributeValues::AddCode(std::uint64_t code)
+{
+  if (rows_ % kGroupRows == 0) groups_.push_back({0, static_cast<std::uint32_t>(codes_.size())});
+  if (code != 0) {
+    groups_.back().filled |= std::uint64_t{1} << (rows_ % kGroupRows);
+    codes_.push_back(code);
+  }
+  ++rows_;
+}
+
+std::optional<std::uint64_t> AttributeValues::FindCode(std::string_view text) const
+{
+  const std::size_t at = NumberAt(text);
+  const std::optional<std::uint32_t> front = fronts_.Find(text.substr(0, at));
+  return front ? std::optional(Code(*front, CodedNumber(text.substr(at)))) : std::nullopt;
 }
 
 void AttributeValues::Append(const AttributeValues& other, const std::vector<bool>& taken)
 {
   std::vector<std::uint32_t> fronts;
   for (std::uint32_t i = 0; i < other.fronts_.Count(); ++i) fronts.push_back(fronts_.Intern(other.fronts_.At(i)));
-  for (std::size_t row = 0; row < other.codes_.size(); ++row) {
-    const std::uint64_t code = other.codes_[row];
-    if (taken[row]) codes_.push_back(Code(fronts[FrontOf(code)], NumberOf(code)));
+  for (std::size_t row = 0; row < other.Size(); ++row) {
+    const std::uint64_t code = other.CodeOf(row);
+    if (taken[row]) AddCode(Code(fronts[FrontOf(code)], NumberOf(code)));
   }
 }
 
 void AttributeValues::Keep(const std::vector<bool>& keep)
 {
-  std::size_t kept = 0;
-  for (std::size_t row = 0; row < codes_.size(); ++row) {
-    if (keep[row]) codes_[kept++] = codes_[row];
+  // In place: neither a row nor its code ever moves back.
+  std::size_t kept = 0, keptCodes = 0;
+  Group filling;
+  for (std::size_t row = 0; row < rows_; ++row) {
+    const std::uint64_t code = CodeOf(row);
+    if (!keep[row]) continue;
+    if (code != 0) {
+      filling.filled |= std::uint64_t{1} << (kept % kGroupRows);
+      codes_[keptCodes++] = code;
+    }
+    if (++kept % kGroupRows != 0) continue;
+    groups_[kept / kGroupRows - 1] = filling;
+    filling = {0, static_cast<std::uint32_t>(keptCodes)};
   }
-  codes_.resize(kept);
+  if (kept % kGroupRows != 0) groups_[kept / kGroupRows] = filling;
+  groups_.resize((kept + kGroupRows - 1) / kGroupRows);
+  codes_.resize(keptCodes);
+  rows_ = kept;
 }
 
 std::string_view AttributeValues::TextOfCode(std::uint64_t code, std::string& scratch) const

@@ -1,12 +1,12 @@
 #include "arf/build/attribute_writer.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "arf/build/bit_packer.h"
 #include "arf/build/text_table_writer.h"
 
 namespace arf {
@@ -22,37 +22,6 @@ struct ColumnRecord
   std::uint64_t textLength = 0;
   std::uint64_t textOffset = 0;
   std::uint64_t codesOffset = 0;
-};
-
-/** Packs codes of a fixed width, the first into the lowest bits. */
-class BitPacker
-{
- public:
-  BitPacker(SectionWriter& writer, std::uint32_t bits) : writer_(writer), bits_(bits) {}
-
-  void Put(std::uint32_t code)
-  {
-    word_ |= std::uint64_t{code} << used_;
-    used_ += bits_;
-    if (used_ < 32) return;
-    writer_.AppendNumber(static_cast<std::uint32_t>(word_));
-    word_ >>= 32;
-    used_ -= 32;
-  }
-
-  /** Writes what is left and the zeros that let a reader load eight bytes at any code. */
-  void Finish()
-  {
-    const std::array<std::uint8_t, field::kCodesPadding> padding{};
-    writer_.AppendNumber(static_cast<std::uint32_t>(word_));
-    writer_.Append(padding.data(), padding.size());
-  }
-
- private:
-  SectionWriter& writer_;
-  std::uint32_t bits_;
-  std::uint64_t word_ = 0;
-  std::uint32_t used_ = 0;
 };
 
 std::uint32_t BitsFor(std::uint32_t values)
@@ -348,16 +317,17 @@ void AppendRecord(SectionWriter& writer, const ColumnRecord& record)
 
 }  // namespace
 
-void WriteAttributes(SectionWriter& writer, const AddressTable& table, FileStrings& strings, const BuildWatch& watch)
+void WriteAttributes(SectionWriter& writer, AddressTable& table, FileStrings& strings, const BuildWatch& watch)
 {
   std::vector<ColumnRecord> records;
   writer.Begin(layout::SectionId::AttributeData);
-  for (const AttributeTable& column : table.attributes) {
+  for (AttributeTable& column : table.attributes) {
     watch.Reached(BuildPhase::Writing, table.rows.size(), table.rows.size());
     ColumnRecord& record = records.emplace_back();
     record.name = strings.Add(column.name);
     record.textOffset = writer.Length();
     ColumnWriter(writer, column.values, table.rows, record).Write();
+    column.values = AttributeValues();
   }
   writer.End();
   writer.Begin(layout::SectionId::AttributeColumns);

@@ -9,8 +9,11 @@
 
 namespace arf {
 
-/** Writes the sections AttributeData and AttributeColumns. The rows are in file order. */
-void WriteAttributes(SectionWriter& writer, const AddressTable& table, FileStrings& strings, const BuildWatch& watch);
+/**
+ * Writes the sections AttributeData and AttributeColumns. The rows are in file order. The memory of values that were
+ * written is given back.
+ */
+void WriteAttributes(SectionWriter& writer, AddressTable& table, FileStrings& strings, const BuildWatch& watch);
 
 }  // namespace arf
 

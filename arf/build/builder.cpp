@@ -8,8 +8,10 @@
 #include <thread>
 
 #include "arf/barcode/sort_plan.h"
+#include "arf/build/address_aliases.h"
 #include "arf/build/address_order.h"
 #include "arf/build/address_table.h"
+#include "arf/build/area_table.h"
 #include "arf/build/build_error.h"
 #include "arf/build/build_watch.h"
 #include "arf/build/identifier_minter.h"
@@ -40,11 +42,16 @@ class Build
   void Run()
   {
     if (!options_.sortPlanPath.empty()) TakeSortPlan();
+    std::vector<AreaTable> areas;
+    for (const std::string& path : options_.areaPaths) areas.emplace_back(path);
     ReportWriter writer(report_, options_.skipBadRows);
     InputReader reader(options_, watch_, writer);
     if (!reader.Open()) return;
     AddressTable table(reader.AttributeNames());
     reader.Read(table);
+    DropBrokenAliases(table, writer);
+    for (const AreaTable& area : areas) report_.areas.push_back(area.Fill(table));
+    areas.clear();
     report_.minted = MintIdentifiers(table, options_.previousDirectory, writer, watch_);
     if (report_.errorCount > 0 && !options_.skipBadRows) return;
     if (table.rows.empty()) throw BuildError(InputsOf(options_) + ": there are no addresses in it");
@@ -95,6 +102,7 @@ class Build
     report_.addresses = static_cast<std::uint32_t>(table.rows.size());
     report_.streets = static_cast<std::uint32_t>(table.streets.size());
     report_.localities = static_cast<std::uint32_t>(table.localities.size());
+    report_.aliases = static_cast<std::uint32_t>(ordered.aliases.size());
     report_.outcome = BuildOutcome::Built;
   }
 

@@ -27,12 +27,15 @@
  * the column ADDRESS_DETAIL_PID they are of the national address file, and its names of columns hold: NUMBER_FIRST,
  * FLAT_TYPE, LOCALITY_NAME and so on. BUILDING_NAME, or else ADDRESS_SITE_NAME, is the building; ADDRESS_DETAIL_PID,
  * MB_CODE and GEOCODE_TYPE become the attributes source_identifier, mesh_block and geocode_reliability; columns that
- * are not known are passed over.
+ * are not known are passed over. Rows that are another way to say an address (ALIAS_PRINCIPAL "A") become aliases of
+ * the row that PRINCIPAL_PID names.
  *
  * Directories: the tables of the national address file, below it at any depth (arf/build/register_tables.h).
  *
- * Rows of the national address file that are retired or an alias of another row, or that cannot be used, are left out
- * and counted by reason. Its addresses get identifiers by arf/build/identifier_minter.h.
+ * Rows of the national address file that are retired, aliases of what is not there, or that cannot be used, are left
+ * out and counted by reason. Its addresses get identifiers by arf/build/identifier_minter.h.
+ *
+ * With area files (arf/build/area_table.h), addresses with a mesh block get the areas that it belongs to.
  *
  * With a sort plan (arf/barcode/sort_plan.h), the plan's file is checked before anything else and copied as
  * sortplan.csv. Without one, a plan that is in the directory stays there.
@@ -63,9 +66,11 @@ struct BuildOptions
   std::vector<std::pair<std::string, std::string>> info{};  ///< further info entries; a key given here wins
   bool skipBadRows = false;                                 ///< leave faulty rows out instead of failing
   char delimiter = ',';
-  std::string sortPlanPath{};       ///< a sort plan for the directory; empty for none
-  std::string previousDirectory{};  ///< a database whose identifiers are to be kept; empty for none
-  unsigned threads = 0;             ///< that take rows apart; 0 for as many as there are processors
+  std::string sortPlanPath{};            ///< a sort plan for the directory; empty for none
+  std::vector<std::string> areaPaths{};  ///< files that say which areas mesh blocks belong to
+  std::string previousDirectory{};       ///< a database whose identifiers are to be kept; empty for none
+  bool leaveOutAliases = false;          ///< leave out rows of registers that are another way to say an address
+  unsigned threads = 0;                  ///< that take rows apart; 0 for as many as there are processors
 
   unsigned Threads() const;
 };
@@ -110,6 +115,17 @@ struct MintedIdentifiers
   std::uint32_t retired = 0;  ///< in that database, and no longer in use
 };
 
+/** A file that says which areas mesh blocks belong to. */
+struct AreaReport
+{
+  std::string path;
+  std::vector<std::string> columns;  ///< those in use
+  std::uint64_t meshBlocks = 0;      ///< in the file
+  std::uint64_t addresses = 0;       ///< whose mesh block is in it
+  std::uint64_t unknown = 0;         ///< whose mesh block is not
+  std::uint64_t without = 0;         ///< without a mesh block
+};
+
 struct BuildReport
 {
   /** How many of the errors are kept in words. */
@@ -123,7 +139,9 @@ struct BuildReport
   std::uint64_t rowsSkipped = 0;     ///< left out because of `skipBadRows`, or for one of the reasons in `skipped`
   std::vector<SkippedRows> skipped;  ///< of registers; most frequent first
   MintedIdentifiers minted;
-  std::uint32_t addresses = 0;
+  std::vector<AreaReport> areas;
+  std::uint32_t addresses = 0;  ///< with the aliases
+  std::uint32_t aliases = 0;    ///< other ways to say addresses
   std::uint32_t streets = 0;
   std::uint32_t localities = 0;
   std::uint64_t fileSize = 0;           ///< of address.arf

@@ -31,8 +31,9 @@ Buildings BuildingsOf(const AddressTable& table, const OrderedAddresses& ordered
   std::vector<std::uint32_t> keyOfPart(ordered.partOrder.size(), kNoIndex);
   std::uint32_t ordinal = 0;
   for (const AddressRow& row : table.rows) {
-    std::uint32_t& key = keyOfPart[row.building];
-    if (key == kNoIndex) key = buildings.keys.Intern(MatchKey(table.parts.At(ordered.partOrder[row.building])));
+    const std::uint32_t building = table.details[row.details].building;
+    std::uint32_t& key = keyOfPart[building];
+    if (key == kNoIndex) key = buildings.keys.Intern(MatchKey(table.parts.At(ordered.partOrder[building])));
     if (key != 0) buildings.points.emplace_back(key, ordinal);
     ++ordinal;
   }

@@ -36,7 +36,8 @@ constexpr std::pair<std::string_view, std::string_view> kRegisterAttributes[] = 
     {kRegisterIdentifier, kSourceIdentifier}, {"mb_code", "mesh_block"},
     {"geocode_type", "geocode_reliability"},  {"statistical_area", "statistical_area"},
     {"sa1_code", "statistical_area"},         {"local_government_area", "local_government_area"},
-    {"lga_name", "local_government_area"},
+    {"lga_name", "local_government_area"},    {"principal_pid", kPrincipalIdentifier},
+    {"primary_pid", kPrimaryIdentifier},
 };
 
 /** What stands beside a name in a list of pairs. */
@@ -111,23 +112,29 @@ bool ColumnMap::PlaceAttribute(const std::string& name, std::size_t field)
 
 bool ColumnMap::HasAttribute(std::string_view name) const
 {
-  return std::any_of(attributes_.begin(), attributes_.end(), [&](const Attribute& a) { return a.name == name; });
+  return AttributePlace(name) != kMissing;
+}
+
+std::size_t ColumnMap::AttributePlace(std::string_view name) const
+{
+  const auto has =
+      std::find_if(attributes_.begin(), attributes_.end(), [&](const Attribute& a) { return a.name == name; });
+  return has == attributes_.end() ? kMissing : static_cast<std::size_t>(has - attributes_.begin());
 }
 
 std::string_view ColumnMap::AttributeField(std::span<const std::string_view> row, std::string_view name) const
 {
-  const auto has =
-      std::find_if(attributes_.begin(), attributes_.end(), [&](const Attribute& a) { return a.name == name; });
-  return has != attributes_.end() && has->field < row.size() ? row[has->field] : std::string_view();
+  const std::size_t place = AttributePlace(name);
+  const std::size_t field = place == kMissing ? kMissing : attributes_[place].field;
+  return field < row.size() ? row[field] : std::string_view();
 }
 
 void ColumnMap::SetAttributes(const std::vector<std::string>& names)
 {
   std::vector<Attribute> aligned;
   for (const std::string& name : names) {
-    const auto has =
-        std::find_if(attributes_.begin(), attributes_.end(), [&](const Attribute& a) { return a.name == name; });
-    aligned.push_back({name, has == attributes_.end() ? kMissing : has->field});
+    const std::size_t place = AttributePlace(name);
+    aligned.push_back({name, place == kMissing ? kMissing : attributes_[place].field});
   }
   attributes_ = std::move(aligned);
 }

@@ -58,11 +58,16 @@ constexpr std::string_view NameOf(Column column)
 
 /** The attribute column that identifies an address in the register it comes from. */
 inline constexpr std::string_view kSourceIdentifier = "source_identifier";
+/** The one with that identifier of the address that a row is another way to say; empty for addresses themselves. */
+inline constexpr std::string_view kPrincipalIdentifier = "principal_identifier";
+/** The one with that identifier of the building or site that an address is a part of. */
+inline constexpr std::string_view kPrimaryIdentifier = "primary_identifier";
 
 /**
  * Where the columns are in the rows of a file. A file with the column ADDRESS_DETAIL_PID is read as one of the national
  * address file: its names of columns stand for those above, some become attributes (source_identifier, mesh_block,
- * geocode_reliability, statistical_area, local_government_area), and all others are passed over.
+ * geocode_reliability, statistical_area, local_government_area, principal_identifier, primary_identifier), and all
+ * others are passed over.
  */
 class ColumnMap
 {
@@ -93,8 +98,15 @@ class ColumnMap
   /** Gives the attributes another list of names: values that the file does not have are empty. */
   void SetAttributes(const std::vector<std::string>& names);
 
+  /** The place of an attribute in Attributes(), or kMissing. */
+  std::size_t AttributePlace(std::string_view name) const;
+
   /** Whether the file has the columns of the national address file. */
   bool IsRegister() const { return isRegister_; }
+
+  /** Whether rows of the national address file that are another way to say an address are taken. */
+  bool TakesAliases() const { return takesAliases_; }
+  void SetTakesAliases(bool takes) { takesAliases_ = takes; }
 
  private:
   bool Place(const std::string& name, std::size_t field);
@@ -108,6 +120,7 @@ class ColumnMap
   std::vector<Attribute> attributes_;
   std::size_t fieldCount_ = 0;
   bool isRegister_ = false;
+  bool takesAliases_ = true;
 };
 
 }  // namespace arf

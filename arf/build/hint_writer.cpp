@@ -1,6 +1,7 @@
 #include "arf/build/hint_writer.h"
 
 #include <algorithm>
+#include <map>
 #include <numeric>
 #include <string_view>
 #include <vector>
@@ -125,6 +126,30 @@ std::vector<std::uint32_t> LocalityWeights(const AddressTable& table, const std:
   return weights;
 }
 
+/** For each kind of postal deliveries the largest streets of it; kinds by name. */
+void WritePostalLists(SectionWriter& writer, const AddressTable& table, const std::vector<std::uint32_t>& weights)
+{
+  std::map<std::uint32_t, std::vector<std::uint32_t>> kinds;
+  for (std::uint32_t i = 0; i < table.streets.size(); ++i)
+    if (table.streets[i].isPostal) kinds[table.streets[i].type].push_back(i);
+  std::vector<std::uint32_t> starts;
+  std::vector<std::uint32_t> lists;
+  for (auto& [type, streets] : kinds) {
+    starts.push_back(static_cast<std::uint32_t>(lists.size()));
+    std::sort(streets.begin(), streets.end(), [&](std::uint32_t a, std::uint32_t b) {
+      return weights[a] != weights[b] ? weights[a] > weights[b] : a < b;
+    });
+    streets.resize(std::min(streets.size(), hint_layout::kMaxPostalListed));
+    lists.insert(lists.end(), streets.begin(), streets.end());
+  }
+  starts.push_back(static_cast<std::uint32_t>(lists.size()));
+  writer.Begin(layout::SectionId::PostalLists);
+  writer.AppendNumber(static_cast<std::uint32_t>(kinds.size()));
+  writer.AppendNumbers(starts);
+  writer.AppendNumbers(lists);
+  writer.End();
+}
+
 void AppendNodes(SectionWriter& writer, const std::vector<Node>& nodes)
 {
   for (const Node& node : nodes) {
@@ -153,6 +178,7 @@ void WriteHints(SectionWriter& writer, const AddressTable& table, const OrderedA
   writer.Begin(layout::SectionId::HintWeights);
   writer.AppendNumbers(lists);
   writer.End();
+  WritePostalLists(writer, table, streetWeights);
 }
 
 }  // namespace arf

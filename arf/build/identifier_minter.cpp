@@ -37,9 +37,10 @@ std::uint32_t Candidate(std::uint64_t hash, std::uint32_t place)
 /** Something with a source identifier: a row of the input, or an address of the previous database. */
 struct Named
 {
-  std::uint64_t hash = 0;
-  std::uint32_t index = 0;
-  bool operator<(const Named& other) const { return std::pair(hash, index) < std::pair(other.hash, other.index); }
+  Named(std::uint64_t hash, std::uint32_t i) : high(static_cast<std::uint32_t>(hash >> 32)), index(i) {}
+
+  std::uint32_t high;  ///< half of the identifier's hash: few others have it too
+  std::uint32_t index;
 };
 
 /** The database before this one. */
@@ -50,6 +51,9 @@ class Previous
   {
     OpenResult result;
     database_ = Database::Open(directory, OpenMode::Disk, result);
+    if (result.failure == OpenFailure::WrongVersion) {
+      throw BuildError(result.message + "; build it again from its source with this program first");
+    }
     if (!database_) throw BuildError(result.message);
     const std::optional<std::uint32_t> column = database_->FindAttribute(kSourceIdentifier);
     if (database_->Info(kIdentifiersKey) != kMintedIdentifiers || !column) {
@@ -57,8 +61,8 @@ class Previous
     }
     column_ = *column;
     named_.reserve(database_->PointCount());
-    for (std::uint32_t i = 0; i < database_->PointCount(); ++i) named_.push_back({HashOf(Identifier(i)), i});
-    std::sort(named_.begin(), named_.end());
+    for (std::uint32_t i = 0; i < database_->PointCount(); ++i) named_.emplace_back(HashOf(Identifier(i)), i);
+    std::sort(named_.begin(), named_.end(), [](const Named& a, const Named& b) { return a.high < b.high; });
   }
 
   const std::vector<Named>& Addresses() const { return named_; }
@@ -94,14 +98,18 @@ class Minter
  private:
   void Collect()
   {
+    named_.reserve(table_.rows.size());
     for (const AddressRow& row : table_.rows) {
       if (row.dpid == 0) {
-        named_.push_back({HashOf(identifiers_.TextOf(row.input, text_)), row.input});
+        named_.emplace_back(RowHash(row.input), row.input);
       } else {
         inUse_.Add(row.dpid);
       }
     }
-    std::sort(named_.begin(), named_.end());
+    std::sort(named_.begin(), named_.end(), [this](const Named& a, const Named& b) {
+      if (a.high != b.high) return a.high < b.high;
+      return std::pair(RowHash(a.index), a.index) < std::pair(RowHash(b.index), b.index);
+    });
   }
 
   /** Leaves out rows whose source identifier is that of an earlier one. */
@@ -111,7 +119,7 @@ class Minter
     bool isAnyDropped = false;
     for (std::size_t i = 1; i < named_.size(); ++i) {
       const Named& first = named_[i - 1];
-      if (first.hash != named_[i].hash || !IsSame(first.index, named_[i].index)) continue;
+      if (!IsSame(first.index, named_[i].index)) continue;
       const std::uint32_t line = table_.rows[named_[i].index].line, otherLine = table_.rows[first.index].line;
       report_.AddSkipped("input", {line, "source_identifier: is that of line " + std::to_string(otherLine),
                                    "source_identifier: is already that of another line"});
@@ -125,6 +133,8 @@ class Minter
     Collect();
   }
 
+  std::uint64_t RowHash(std::uint32_t row) { return HashOf(identifiers_.TextOf(row, text_)); }
+
   bool IsSame(std::uint32_t a, std::uint32_t b) { return identifiers_.CodeOf(a) == identifiers_.CodeOf(b); }
 
   /** Gives the rows that the previous database has the identifiers they have there. Both lists ascend by hash. */
@@ -135,9 +145,9 @@ class Minter
     for (const Named& address : previous.Addresses()) {
       const std::uint32_t dpid = previous.DpidOf(address.index);
       inUse_.Add(dpid);
-      row = std::find_if(row, named_.end(), [&](const Named& n) { return n.hash >= address.hash; });
+      row = std::find_if(row, named_.end(), [&](const Named& n) { return n.high >= address.high; });
       bool isKept = false;
-      for (auto same = row; same != named_.end() && same->hash == address.hash && !isKept; ++same) {
+      for (auto same = row; same != named_.end() && same->high == address.high && !isKept; ++same) {
         isKept = identifiers_.TextOf(same->index, text_) == previous.Identifier(address.index);
         if (isKept) table_.rows[same->index].dpid = dpid;
       }
@@ -150,8 +160,9 @@ class Minter
     AddressRow& row = table_.rows[named.index];
     if (row.dpid != 0) return;
     ++minted_.added;
+    const std::uint64_t hash = RowHash(named.index);
     std::uint32_t place = 0;
-    while (!inUse_.Add(row.dpid = Candidate(named.hash, place))) ++place;
+    while (!inUse_.Add(row.dpid = Candidate(hash, place))) ++place;
   }
 
   AddressTable& table_;

@@ -1,7 +1,5 @@
 #include "arf/build/index_writer.h"
 
-#include <algorithm>
-#include <bit>
 #include <map>
 #include <span>
 #include <utility>
@@ -9,6 +7,7 @@
 
 #include "arf/build/attribute_writer.h"
 #include "arf/build/building_writer.h"
+#include "arf/build/dpid_writer.h"
 #include "arf/build/file_strings.h"
 #include "arf/build/hint_writer.h"
 #include "arf/build/name_tables_writer.h"
@@ -31,7 +30,7 @@ constexpr std::size_t kRowsPerReport = 1 << 16;
 class IndexWriter
 {
  public:
-  IndexWriter(OutputFile& file, const AddressTable& table, const OrderedAddresses& ordered, const BuildWatch& watch)
+  IndexWriter(OutputFile& file, AddressTable& table, const OrderedAddresses& ordered, const BuildWatch& watch)
       : table_(table), ordered_(ordered), watch_(watch), writer_(file), strings_(table, ordered)
   {
   }
@@ -41,14 +40,14 @@ class IndexWriter
     WriteLocalities();
     WriteStreets();
     WritePointStreets();
-    WriteDpids();
-    WriteDpidIndex();
-    WriteSpatial(writer_, table_);
+    WriteDpids(writer_, table_.rows);
+    WriteAttributes(writer_, table_, strings_, watch_);  // early, as it makes room for the others
+    WriteSpatial(writer_, table_, ordered_);
     WriteBuildingNames(writer_, table_, ordered_);
-    WriteAttributes(writer_, table_, strings_, watch_);
     WriteHints(writer_, table_, ordered_);
     WriteNameTables(writer_, ordered_);
     WriteRelations(writer_, table_, ordered_, strings_);
+    WriteAddressAliases();
     WriteInfo(info);
     strings_.Write(writer_);  // last, when every text has its number
     return writer_.Finish({Size(table_.localities), Size(table_.streets), Size(table_.rows), kBlockPoints});
@@ -119,7 +118,7 @@ class IndexWriter
   /** Returns where each street's points begin. */
   std::vector<std::uint32_t> WritePoints()
   {
-    PointEncoder encoder(strings_.OfParts(), kBlockPoints);
+    PointEncoder encoder(table_.details, strings_.OfParts(), kBlockPoints);
     std::vector<std::uint32_t> offsets;
     offsets.reserve(table_.streets.size());
     std::size_t reported = 0;
@@ -167,35 +166,12 @@ class IndexWriter
     writer_.End();
   }
 
-  void WriteDpids()
+  void WriteAddressAliases()
   {
-    writer_.Begin(SectionId::Dpids);
-    for (const AddressRow& row : table_.rows) writer_.AppendNumber(row.dpid);
-    writer_.End();
-  }
-
-  /** Entries hold as many low bits of the DPID as the ordinal leaves room for; the buckets stand for the others. */
-  void WriteDpidIndex()
-  {
-    namespace field = layout::dpid_index;
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> pairs;
-    pairs.reserve(table_.rows.size());
-    for (const AddressRow& row : table_.rows) pairs.emplace_back(row.dpid, Size(pairs));
-    std::sort(pairs.begin(), pairs.end());
-    const auto ordinalBits = static_cast<std::uint32_t>(std::bit_width(pairs.size() - 1));
-    const std::uint32_t lowBits = std::min(32 - ordinalBits, field::kMaxLowBits);
-    const std::uint32_t buckets = (field::kMaxDpid >> lowBits) + 1;
-    writer_.Begin(SectionId::DpidIndex);
-    writer_.AppendNumber(lowBits);
-    writer_.AppendNumber(buckets);
-    std::uint32_t start = 0;
-    for (std::uint32_t bucket = 0; bucket <= buckets; ++bucket) {
-      while (start < pairs.size() && pairs[start].first >> lowBits < bucket) ++start;
-      writer_.AppendNumber(start);
-    }
-    const std::uint64_t lowMask = (std::uint64_t{1} << lowBits) - 1;
-    for (const auto& [dpid, ordinal] : pairs) {
-      writer_.AppendNumber(static_cast<std::uint32_t>((dpid & lowMask) << (32 - lowBits)) | ordinal);
+    writer_.Begin(SectionId::AddressAliases);
+    for (const AddressAlias& link : ordered_.aliases) {
+      writer_.AppendNumber(link.alias);
+      writer_.AppendNumber(link.principal);
     }
     writer_.End();
   }
@@ -210,7 +186,7 @@ class IndexWriter
     writer_.End();
   }
 
-  const AddressTable& table_;
+  AddressTable& table_;
   const OrderedAddresses& ordered_;
   const BuildWatch& watch_;
   SectionWriter writer_;
@@ -219,7 +195,7 @@ class IndexWriter
 
 }  // namespace
 
-std::uint64_t WriteIndex(OutputFile& file, const AddressTable& table, const OrderedAddresses& ordered,
+std::uint64_t WriteIndex(OutputFile& file, AddressTable& table, const OrderedAddresses& ordered,
                          const InfoEntries& info, const BuildWatch& watch)
 {
   return IndexWriter(file, table, ordered, watch).Run(info);

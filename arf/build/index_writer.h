@@ -15,8 +15,8 @@ namespace arf {
 /** Key and value, ascending by key. */
 using InfoEntries = std::map<std::string, std::string>;
 
-/** Writes all sections and the header. Returns the size of the file. */
-std::uint64_t WriteIndex(OutputFile& file, const AddressTable& table, const OrderedAddresses& ordered,
+/** Writes all sections and the header; the values of attributes are gone afterwards. Returns the size of the file. */
+std::uint64_t WriteIndex(OutputFile& file, AddressTable& table, const OrderedAddresses& ordered,
                          const InfoEntries& info, const BuildWatch& watch);
 
 }  // namespace arf

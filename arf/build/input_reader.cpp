@@ -53,7 +53,10 @@ bool InputReader::Open()
     for (const ColumnMap::Attribute& attribute : input->Columns().Attributes()) names.insert(attribute.name);
   }
   attributeNames_.assign(names.begin(), names.end());
-  for (const std::unique_ptr<Input>& input : inputs_) input->Columns().SetAttributes(attributeNames_);
+  for (const std::unique_ptr<Input>& input : inputs_) {
+    input->Columns().SetAttributes(attributeNames_);
+    input->Columns().SetTakesAliases(!options_.leaveOutAliases);
+  }
   return report_.ErrorCount() == 0;
 }
 

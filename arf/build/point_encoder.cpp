@@ -34,21 +34,24 @@ bool IsLocated(const AddressRow& row)
   return row.latitude != kNoCoordinate;
 }
 
-bool HasSameHead(const AddressRow& a, const AddressRow& b)
+}  // namespace
+
+bool PointEncoder::HasSameHead(const AddressRow& row) const
 {
-  return a.numberFirst == b.numberFirst && a.numberPrefix == b.numberPrefix &&
-         a.numberFirstSuffix == b.numberFirstSuffix && a.numberLast == b.numberLast &&
-         a.numberLastSuffix == b.numberLastSuffix;
+  const AddressDetails& details = details_[row.details];
+  return row.numberFirst == before_.numberFirst && details.numberPrefix == inherited_.numberPrefix &&
+         details.numberFirstSuffix == inherited_.numberFirstSuffix && details.numberLast == inherited_.numberLast &&
+         details.numberLastSuffix == inherited_.numberLastSuffix;
 }
 
-std::uint32_t HighestNumber(std::span<const AddressRow> points)
+std::uint32_t PointEncoder::HighestNumber(std::span<const AddressRow> points) const
 {
   std::uint32_t highest = 0;
-  for (const AddressRow& row : points) highest = std::max({highest, row.numberFirst, row.numberLast});
+  for (const AddressRow& row : points) {
+    highest = std::max({highest, row.numberFirst, details_[row.details].numberLast});
+  }
   return highest;
 }
-
-}  // namespace
 
 const std::vector<std::uint8_t>& PointEncoder::Encode(std::span<const AddressRow> points)
 {
@@ -85,6 +88,7 @@ void PointEncoder::PutStart(std::span<const AddressRow> points)
 void PointEncoder::PutBlock(std::span<const AddressRow> points)
 {
   before_ = {};
+  inherited_ = {};
   latitude_ = startLatitude_;
   longitude_ = startLongitude_;
   for (const AddressRow& row : points) PutPoint(row);
@@ -93,44 +97,44 @@ void PointEncoder::PutBlock(std::span<const AddressRow> points)
 void PointEncoder::PutPoint(const AddressRow& row)
 {
   namespace point = layout::point;
-  const bool hasHead = !HasSameHead(row, before_);
-  if (hasHead) {
-    before_.unitType = before_.unitNumber = before_.levelType = before_.levelNumber = 0;
-    before_.lot = before_.building = 0;
-  }
-  const bool hasUnitType = row.unitType != before_.unitType, hasUnitNumber = row.unitNumber != before_.unitNumber;
-  const bool hasLevel = row.levelType != before_.levelType || row.levelNumber != before_.levelNumber;
-  const bool hasLot = row.lot != before_.lot, hasBuilding = row.building != before_.building;
+  const AddressDetails& details = details_[row.details];
+  const bool hasHead = !HasSameHead(row);
+  if (hasHead) inherited_ = {};
+  const bool hasUnitType = details.unitType != inherited_.unitType;
+  const bool hasUnitNumber = details.unitNumber != inherited_.unitNumber;
+  const bool hasLevel = details.levelType != inherited_.levelType || details.levelNumber != inherited_.levelNumber;
+  const bool hasLot = details.lot != inherited_.lot, hasBuilding = details.building != inherited_.building;
   const bool isMoved =
       IsLocated(row) && (!IsLocated(before_) || row.latitude != before_.latitude || row.longitude != before_.longitude);
   const bool isLost = !IsLocated(row) && IsLocated(before_);
   PutVarint(blocks_, hasHead * point::kHead | isMoved * point::kMoved | hasUnitNumber * point::kUnitNumber |
                          hasUnitType * point::kUnitType | hasBuilding * point::kBuilding | hasLot * point::kLot |
                          hasLevel * point::kLevel | isLost * point::kUnlocated);
-  if (hasHead) PutHead(row);
-  PutPart(hasUnitType, row.unitType);
-  PutPart(hasUnitNumber, row.unitNumber);
-  PutPart(hasLevel, row.levelType);
-  PutPart(hasLevel, row.levelNumber);
-  PutPart(hasLot, row.lot);
-  PutPart(hasBuilding, row.building);
+  if (hasHead) PutHead(row.numberFirst, details);
+  PutPart(hasUnitType, details.unitType);
+  PutPart(hasUnitNumber, details.unitNumber);
+  PutPart(hasLevel, details.levelType);
+  PutPart(hasLevel, details.levelNumber);
+  PutPart(hasLot, details.lot);
+  PutPart(hasBuilding, details.building);
   if (isMoved) PutPlace(row);
   before_ = row;
+  inherited_ = details;
 }
 
-void PointEncoder::PutHead(const AddressRow& row)
+void PointEncoder::PutHead(std::uint32_t number, const AddressDetails& details)
 {
   namespace head = layout::head;
-  const std::uint32_t flags = (row.numberPrefix != 0) * head::kPrefix |
-                              (row.numberFirstSuffix != 0) * head::kFirstSuffix | (row.numberLast != 0) * head::kLast |
-                              (row.numberLastSuffix != 0) * head::kLastSuffix;
-  PutVarint(blocks_, (row.numberFirst - before_.numberFirst) << 1 | (flags != 0));
+  const std::uint32_t flags =
+      (details.numberPrefix != 0) * head::kPrefix | (details.numberFirstSuffix != 0) * head::kFirstSuffix |
+      (details.numberLast != 0) * head::kLast | (details.numberLastSuffix != 0) * head::kLastSuffix;
+  PutVarint(blocks_, (number - before_.numberFirst) << 1 | (flags != 0));
   if (flags == 0) return;
   PutVarint(blocks_, flags);
-  PutPart(flags & head::kPrefix, row.numberPrefix);
-  PutPart(flags & head::kFirstSuffix, row.numberFirstSuffix);
-  if (flags & head::kLast) PutVarint(blocks_, row.numberLast - row.numberFirst);
-  PutPart(flags & head::kLastSuffix, row.numberLastSuffix);
+  PutPart(flags & head::kPrefix, details.numberPrefix);
+  PutPart(flags & head::kFirstSuffix, details.numberFirstSuffix);
+  if (flags & head::kLast) PutVarint(blocks_, details.numberLast - number);
+  PutPart(flags & head::kLastSuffix, details.numberLastSuffix);
 }
 
 void PointEncoder::PutPart(bool isPut, std::uint32_t part)

@@ -160,6 +160,8 @@ class JoinedRows : public RowMaker
     }
     made_[18] = join_.Text(place->meshBlock);
     made_[19] = join_.Text(place->geocodeType);
+    made_[22] = join_.AddressPid(place->principal);
+    made_[23] = join_.AddressPid(place->primary);
   }
 
   static std::string_view DegreesText(std::int32_t degrees, std::array<char, 32>& text)
@@ -188,6 +190,7 @@ RegisterJoin::RegisterJoin(const TablePaths& tables)
   ReadStreets(tables);
   ReadSites(tables);
   ReadGeocodes(tables);
+  ReadRelatedAddresses(tables);
   ReadMeshBlocks(tables, "2016");
   ReadMeshBlocks(tables, "2021");  // the later ones hold
 }
@@ -235,6 +238,18 @@ void RegisterJoin::ReadGeocodes(const TablePaths& tables)
                const auto type = types.find(row.At(3));
                place.geocodeType = type == types.end() ? texts_.Intern(row.At(3)) : type->second;
              });
+}
+
+void RegisterJoin::ReadRelatedAddresses(const TablePaths& tables)
+{
+  ForEachRow(tables, "ADDRESS_ALIAS", {"ALIAS_PID", "PRINCIPAL_PID"}, [&](const RegisterTable& row) {
+    const std::uint32_t principal = addressPids_.Intern(row.At(1));
+    EntryOf(addressPids_, places_, row.At(0)).principal = principal;
+  });
+  ForEachRow(tables, "PRIMARY_SECONDARY", {"SECONDARY_PID", "PRIMARY_PID"}, [&](const RegisterTable& row) {
+    const std::uint32_t primary = addressPids_.Intern(row.At(1));
+    EntryOf(addressPids_, places_, row.At(0)).primary = primary;
+  });
 }
 
 void RegisterJoin::ReadMeshBlocks(const TablePaths& tables, const std::string& year)

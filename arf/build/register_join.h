@@ -21,12 +21,12 @@ namespace arf {
 using TablePaths = std::map<std::string, std::string, std::less<>>;
 
 /** The columns of the rows that a join makes. */
-inline constexpr std::array<std::string_view, 22> kJoinedColumns = {
+inline constexpr std::array<std::string_view, 24> kJoinedColumns = {
     "address_detail_pid", "building_name", "address_site_name", "flat_type",     "flat_number",
     "level_type",         "level_number",  "lot_number",        "number_first",  "number_last",
     "street_name",        "street_type",   "street_suffix",     "locality_name", "state",
     "postcode",           "latitude",      "longitude",         "mb_code",       "geocode_type",
-    "alias_principal",    "date_retired"};
+    "alias_principal",    "date_retired",  "principal_pid",     "primary_pid"};
 
 /** Tables by their identifiers. Read once, then used by any number of threads. */
 class RegisterJoin
@@ -48,6 +48,7 @@ class RegisterJoin
   {
     std::int32_t latitude = kNoCoordinate, longitude = kNoCoordinate;
     std::uint32_t geocodeType = 0, meshBlock = 0;
+    std::uint32_t principal = 0, primary = 0;  ///< other addresses, by the numbers of their identifiers
   };
 
   const Street* FindStreet(std::string_view pid) const { return Find(streetPids_, streets_, pid); }
@@ -55,6 +56,7 @@ class RegisterJoin
   const Place* FindPlace(std::string_view pid) const { return Find(addressPids_, places_, pid); }
   std::string_view SiteName(std::string_view pid) const;
   std::string_view Text(std::uint32_t number) const { return texts_.At(number); }
+  std::string_view AddressPid(std::uint32_t number) const { return addressPids_.At(number); }
 
   /** Adds the other names of streets and localities, and which localities are neighbours, to a table. */
   void AddRelations(const TablePaths& tables, AddressTable& table) const;
@@ -71,6 +73,7 @@ class RegisterJoin
   void ReadLocalities(const TablePaths& tables);
   void ReadSites(const TablePaths& tables);
   void ReadGeocodes(const TablePaths& tables);
+  void ReadRelatedAddresses(const TablePaths& tables);
   void ReadMeshBlocks(const TablePaths& tables, const std::string& year);
 
   StringPool texts_, streetPids_, localityPids_, addressPids_, sitePids_;

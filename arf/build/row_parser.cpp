@@ -67,7 +67,14 @@ std::string_view Trimmed(std::string_view text)
 
 }  // namespace
 
-RowParser::RowParser(const ColumnMap& columns) : columns_(columns), attributeScratch_(columns.Attributes().size()) {}
+RowParser::RowParser(const ColumnMap& columns)
+    : columns_(columns),
+      attributeScratch_(columns.Attributes().size()),
+      identifier_(columns.AttributePlace(kSourceIdentifier)),
+      principal_(columns.AttributePlace(kPrincipalIdentifier)),
+      primary_(columns.AttributePlace(kPrimaryIdentifier))
+{
+}
 
 const ParsedRow* RowParser::Parse(std::span<const std::string_view> fields)
 {
@@ -89,8 +96,16 @@ const ParsedRow* RowParser::Parse(std::span<const std::string_view> fields)
 bool RowParser::IsInUse()
 {
   if (!IsEmpty(Column::DateRetired)) return LeaveOut("retired");
+  if (!IsAlias()) return true;
+  if (!columns_.TakesAliases()) return LeaveOut("an alias of another address");
+  const bool hasPrincipal = !Trimmed(columns_.AttributeField(fields_, kPrincipalIdentifier)).empty();
+  return hasPrincipal || LeaveOut("an alias of an address that is not said");
+}
+
+bool RowParser::IsAlias() const
+{
   const std::string_view alias = Trimmed(Raw(Column::AliasPrincipal));
-  return (alias != "A" && alias != "ALIAS") || LeaveOut("an alias of another address");
+  return alias == "A" || alias == "ALIAS";
 }
 
 bool RowParser::LeaveOut(std::string_view reason)
@@ -294,6 +309,15 @@ void RowParser::ParseAttributes()
     row_.attributes[i] =
         field < fields_.size() ? ToPlainText(fields_[field], attributeScratch_[i]) : std::string_view();
   }
+  if (columns_.IsRegister()) ClearOwnIdentifiers();
+}
+
+/** Registers may give addresses that are their own principal or primary one the identifier of themselves. */
+void RowParser::ClearOwnIdentifiers()
+{
+  std::vector<std::string_view>& attributes = row_.attributes;
+  if (principal_ < attributes.size() && !IsAlias()) attributes[principal_] = {};
+  if (primary_ < attributes.size() && attributes[primary_] == attributes[identifier_]) attributes[primary_] = {};
 }
 
 bool RowParser::IsEmpty(Column column) const

@@ -67,6 +67,7 @@ class RowParser
   using Expand = std::string_view (*)(std::string_view);
 
   bool IsInUse();
+  bool IsAlias() const;
   bool LeaveOut(std::string_view reason);
   bool ParseDpid();
   bool HasSourceIdentifier();
@@ -84,6 +85,7 @@ class RowParser
   bool ParseCoordinates();
   bool ParseDegrees(Column column, double limit, std::int32_t& degrees);
   void ParseAttributes();
+  void ClearOwnIdentifiers();
 
   std::string_view Raw(Column column) const { return columns_.Field(fields_, column); }
   bool IsEmpty(Column column) const;
@@ -100,6 +102,7 @@ class RowParser
   bool isLeftOut_ = false;
   std::array<std::string, kColumns> scratch_;
   std::vector<std::string> attributeScratch_;
+  std::size_t identifier_, principal_, primary_;  ///< places of these attributes, or ColumnMap::kMissing
   std::string postalNumber_;
   UnknownTypes unknown_;
 };

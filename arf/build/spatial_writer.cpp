@@ -24,13 +24,17 @@ struct Place
   std::uint32_t ordinal = 0;
 };
 
-std::vector<Place> LocatedPlaces(const std::vector<AddressRow>& rows)
+/** The places of all addresses that have one; other ways to say an address are left out. */
+std::vector<Place> LocatedPlaces(const std::vector<AddressRow>& rows, const std::vector<AddressAlias>& aliases)
 {
   std::vector<Place> places;
   places.reserve(rows.size());
   std::uint32_t ordinal = 0;
+  auto alias = aliases.begin();
   for (const AddressRow& row : rows) {
-    if (row.latitude != kNoCoordinate) places.push_back({{row.latitude, row.longitude}, ordinal});
+    const bool isAlias = alias != aliases.end() && alias->alias == ordinal;
+    if (isAlias) ++alias;
+    if (row.latitude != kNoCoordinate && !isAlias) places.push_back({{row.latitude, row.longitude}, ordinal});
     ++ordinal;
   }
   return places;
@@ -153,14 +157,19 @@ void AppendLevels(SectionWriter& writer, std::vector<GeoBox> boxes)
 
 }  // namespace
 
-void WriteSpatial(SectionWriter& writer, const AddressTable& table)
+void WriteSpatial(SectionWriter& writer, const AddressTable& table, const OrderedAddresses& ordered)
 {
-  std::vector<Place> places = LocatedPlaces(table.rows);
+  std::vector<Place> places = LocatedPlaces(table.rows, ordered.aliases);
   if (places.empty()) return;
   Arrange(places);
+  constexpr std::size_t kUsualBytes = 5;  // of a place in a leaf; what is reserved and never used takes no memory
+  const std::size_t leaves = places.size() / tree::kLeafPoints + 1;
   std::vector<GeoBox> boxes;
   std::vector<std::uint32_t> offsets = {0};
   std::vector<std::uint8_t> data;
+  boxes.reserve(leaves);
+  offsets.reserve(leaves + 1);
+  data.reserve(places.size() * kUsualBytes);
   ForEachGroup(std::span<const Place>(places), tree::kLeafPoints, [&](std::span<const Place> leaf) {
     boxes.push_back(BoxOf(leaf));
     AppendLeaf(data, leaf, boxes.back());

@@ -37,9 +37,8 @@ std::string_view AttributeColumn::TextAt(std::uint64_t index) const
 
 std::uint32_t AttributeColumn::PackedCode(std::uint32_t ordinal, std::uint32_t bits) const
 {
-  const std::uint64_t firstBit = std::uint64_t{ordinal} * bits;
-  const std::uint64_t word = data_.From(record_.U64At(field::kCodesOffset)).U64At(firstBit / 8);
-  return static_cast<std::uint32_t>((word >> (firstBit % 8)) & ((std::uint64_t{1} << bits) - 1));
+  const ByteReader codes = data_.From(record_.U64At(field::kCodesOffset));
+  return static_cast<std::uint32_t>(codes.BitsAt(std::uint64_t{ordinal} * bits, bits));
 }
 
 /**

@@ -42,6 +42,12 @@ class ByteReader
   std::uint32_t U32At(std::uint64_t offset) const { return At<std::uint32_t>(offset); }
   std::uint64_t U64At(std::uint64_t offset) const { return At<std::uint64_t>(offset); }
 
+  /** The `bits` bits, at most 57, from bit `first` on; zero unless eight bytes follow the byte where they begin. */
+  std::uint64_t BitsAt(std::uint64_t first, std::uint32_t bits) const
+  {
+    return U64At(first / 8) >> (first % 8) & ((std::uint64_t{1} << bits) - 1);
+  }
+
   /** The bytes as 32-bit numbers; a rest of up to three bytes is left out. The data must be aligned to four bytes. */
   std::span<const std::uint32_t> Words() const
   {

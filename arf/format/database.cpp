@@ -135,6 +135,16 @@ std::uint32_t RecordCount(const ByteReader& section, std::size_t size)
   return static_cast<std::uint32_t>(std::min<std::size_t>(section.Size() / size, kNoIndex));
 }
 
+/** The place of the first address alias whose ordinal is not below `ordinal`. */
+std::uint32_t FirstAliasFrom(const FileView& view, std::uint64_t ordinal)
+{
+  namespace field = layout::address_alias;
+  const ByteReader& section = view.Section(SectionId::AddressAliases);
+  return PartitionPoint(0, RecordCount(section, field::kSize), [&](std::uint32_t i) {
+    return section.U32At(std::uint64_t{i} * field::kSize + field::kAlias) < ordinal;
+  });
+}
+
 /** The range of ascending keys that are the match key of a name. */
 template <class KeyAt>
 IndexRange KeyRange(std::string_view name, std::uint32_t count, KeyAt keyAt)
@@ -224,15 +234,22 @@ Locality Database::LocalityAt(std::uint32_t index) const
 
 Street Database::StreetAt(std::uint32_t index) const
 {
+  Street street;
+  ReadStreet(index, street);
+  return street;
+}
+
+/** In place, as copies of what was just written are slow. @param street  without contents */
+void Database::ReadStreet(std::uint32_t index, Street& street) const
+{
   namespace field = layout::street;
   const FileView& view = impl_->view;
   const ByteReader& section = view.Section(SectionId::Streets);
   const ByteReader record = Record(section, index, field::kSize);
-  if (!record.Data()) return {};
+  if (!record.Data()) return;
   const ByteReader kind =
       Record(view.Section(SectionId::StreetClasses), record.U32At(field::kClass), layout::street_class::kSize);
   const std::uint32_t end = EndOf(section, index, field::kSize, field::kFirstPoint, view.pointCount);
-  Street street;
   street.index = index;
   street.locality = record.U32At(field::kLocality);
   street.name = view.String(record.U32At(field::kName));
@@ -242,14 +259,20 @@ Street Database::StreetAt(std::uint32_t index) const
   street.points = RangeOf(record.U32At(field::kFirstPoint), end, view.pointCount);
   street.nameIndex = record.U32At(field::kNameIndex);
   street.dataOffset = record.U32At(field::kDataOffset);
-  return street;
 }
 
 Point Database::PointAt(std::uint32_t ordinal) const
 {
+  Street street;
+  return PointAt(ordinal, street);
+}
+
+Point Database::PointAt(std::uint32_t ordinal, Street& street) const
+{
   Point point;
+  street = {};
   if (ordinal >= PointCount()) return point;
-  const Street street = StreetAt(StreetOfPoint(impl_->view, ordinal));
+  ReadStreet(StreetOfPoint(impl_->view, ordinal), street);
   PointCursor cursor = Points(street);
   if (cursor.Seek(ordinal - street.points.first)) cursor.Fill(point);
   return point;
@@ -257,7 +280,7 @@ Point Database::PointAt(std::uint32_t ordinal) const
 
 std::uint32_t Database::DpidOf(std::uint32_t ordinal) const
 {
-  return impl_->view.Section(SectionId::Dpids).U32At(std::uint64_t{ordinal} * sizeof(std::uint32_t));
+  return ordinal < PointCount() ? impl_->view.Dpid(ordinal) : 0;
 }
 
 std::uint32_t Database::StreetOf(std::uint32_t ordinal) const
@@ -283,20 +306,26 @@ PointCursor Database::PointsNumbered(const Street& street, std::uint32_t number)
 std::optional<std::uint32_t> Database::FindDpid(std::uint32_t dpid) const
 {
   namespace field = layout::dpid_index;
-  const ByteReader& section = impl_->view.Section(SectionId::DpidIndex);
-  const std::uint32_t lowBits = section.U32At(field::kLowBits);
-  const std::uint32_t ordinalBits = 32 - lowBits;
-  const std::uint32_t bucket = dpid >> lowBits;
   if (dpid > field::kMaxDpid) return std::nullopt;
-  const std::span<const std::uint32_t> starts = section.Words().subspan(field::kBuckets / sizeof(std::uint32_t));
-  const std::span<const std::uint32_t> entries = starts.subspan(section.U32At(field::kBucketCount) + std::size_t{1});
-  const IndexRange range = RangeOf(starts[bucket], starts[bucket + 1], static_cast<std::uint32_t>(entries.size()));
-  const std::uint64_t low = dpid & ((std::uint64_t{1} << lowBits) - 1);
-  const std::uint32_t at = PartitionPoint(
-      range.first, range.count, [&](std::uint32_t i) { return std::uint64_t{entries[i]} >> ordinalBits < low; });
-  if (at == range.first + range.count || std::uint64_t{entries[at]} >> ordinalBits != low) return std::nullopt;
-  const auto ordinal = static_cast<std::uint32_t>(entries[at] & ((std::uint64_t{1} << ordinalBits) - 1));
-  return ordinal < PointCount() ? std::optional(ordinal) : std::nullopt;
+  const ByteReader& section = impl_->view.Section(SectionId::DpidIndex);
+  const ByteReader numbers = section.From(field::kNumbers);
+  const std::uint32_t bits = layout::BitsForNumbersTo(PointCount());
+  const auto numberAt = [&](std::uint64_t i) { return static_cast<std::uint32_t>(numbers.BitsAt(i * bits, bits)); };
+  const std::uint64_t firstOrdinal = std::uint64_t{section.U32At(field::kBucketCount)} + 1;
+  const auto ordinalAt = [&](std::uint32_t i) { return numberAt(firstOrdinal + i); };
+  const std::uint32_t bucket = dpid >> section.U32At(field::kLowBits);
+  IndexRange range = RangeOf(numberAt(bucket), numberAt(std::uint64_t{bucket} + 1), PointCount());
+  constexpr std::uint32_t kFew = 16;  // are compared side by side, which is quicker than one after the other
+  if (range.count > kFew) {
+    const auto isBefore = [&](std::uint32_t i) { return DpidOf(ordinalAt(i)) < dpid; };
+    range = {PartitionPoint(range.first, range.count, isBefore), 1};
+  }
+  std::uint32_t found = kNoIndex;
+  for (std::uint32_t i = 0; i < range.count; ++i) {
+    const std::uint32_t ordinal = ordinalAt(range.first + i);
+    if (DpidOf(ordinal) == dpid) found = ordinal;
+  }
+  return found < PointCount() ? std::optional(found) : std::nullopt;
 }
 
 std::uint32_t Database::LocalityNameCount() const
@@ -440,6 +469,29 @@ LocalityAliasEntry Database::LocalityAliasAt(std::uint32_t index) const
 IndexRange Database::LocalityAliasesNamed(std::string_view name) const
 {
   return KeyRange(name, LocalityAliasCount(), [this](std::uint32_t i) { return LocalityAliasAt(i).key; });
+}
+
+std::uint32_t Database::AddressAliasCount() const
+{
+  return RecordCount(impl_->view.Section(SectionId::AddressAliases), layout::address_alias::kSize);
+}
+
+std::uint32_t Database::AddressAliasCount(const IndexRange& points) const
+{
+  const std::uint64_t end = std::uint64_t{points.first} + points.count;
+  const std::uint32_t first = FirstAliasFrom(impl_->view, points.first), behind = FirstAliasFrom(impl_->view, end);
+  return std::min(std::max(first, behind) - first, points.count);
+}
+
+std::uint32_t Database::PrincipalOf(std::uint32_t alias) const
+{
+  namespace field = layout::address_alias;
+  const ByteReader& section = impl_->view.Section(SectionId::AddressAliases);
+  if (section.Size() == 0) return kNoIndex;
+  const ByteReader record = Record(section, FirstAliasFrom(impl_->view, alias), field::kSize);
+  const std::uint32_t principal = record.U32At(field::kPrincipal);
+  const bool isIt = record.Data() && record.U32At(field::kAlias) == alias && principal < PointCount();
+  return isIt && principal != alias ? principal : kNoIndex;
 }
 
 std::uint32_t Database::AttributeCount() const

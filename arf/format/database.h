@@ -157,8 +157,9 @@ class Database
   Street StreetAt(std::uint32_t index) const;
   /** Decodes part of a block, up to PointCursor::kMaxBlockPoints points; a cursor is quicker for neighbours. */
   Point PointAt(std::uint32_t ordinal) const;
-  std::uint32_t DpidOf(std::uint32_t ordinal) const;    ///< without decoding the point; 0 when out of range
-  std::uint32_t StreetOf(std::uint32_t ordinal) const;  ///< index; kNoIndex when out of range
+  Point PointAt(std::uint32_t ordinal, Street& street) const;  ///< tells its street as well
+  std::uint32_t DpidOf(std::uint32_t ordinal) const;           ///< without decoding the point; 0 when out of range
+  std::uint32_t StreetOf(std::uint32_t ordinal) const;         ///< index; kNoIndex when out of range
 
   /** The points of a street as StreetAt gave it, in stored order. */
   PointCursor Points(const Street& street) const;
@@ -205,6 +206,12 @@ class Database
   LocalityAliasEntry LocalityAliasAt(std::uint32_t index) const;
   IndexRange LocalityAliasesNamed(std::string_view name) const;
 
+  /** Points that are another way to say an address: how many there are, and the address that one of them says. */
+  std::uint32_t AddressAliasCount() const;
+  std::uint32_t AddressAliasCount(const IndexRange& points) const;
+  bool IsAddressAlias(std::uint32_t ordinal) const { return PrincipalOf(ordinal) != kNoIndex; }
+  std::uint32_t PrincipalOf(std::uint32_t alias) const;  ///< kNoIndex when the point is an address itself
+
   /** Attribute columns beyond the known ones: their names in lower case, sorted, and a point's value. */
   std::uint32_t AttributeCount() const;
   std::string_view AttributeName(std::uint32_t column) const;
@@ -225,6 +232,7 @@ class Database
 
  private:
   struct Impl;
+  void ReadStreet(std::uint32_t index, Street& street) const;
   explicit Database(std::unique_ptr<Impl> impl);
   std::unique_ptr<Impl> impl_;
 };

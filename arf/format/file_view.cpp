@@ -189,7 +189,7 @@ Defect CheckLengths(const FileView& view)
       {SectionId::StreetPostings, sizeof(std::uint32_t), kAny},
       {SectionId::Points, 1, kAny},
       {SectionId::PointStreets, sizeof(std::uint32_t), samples},
-      {SectionId::Dpids, sizeof(std::uint32_t), view.pointCount},
+      {SectionId::Dpids, layout::PackedSize(view.pointCount, layout::kDpidBits), 1},
       {SectionId::DpidIndex, sizeof(std::uint32_t), kAny},
       {SectionId::AttributeColumns, layout::attribute::kSize, kAny},
       {SectionId::AttributeData, 1, kAny},
@@ -208,7 +208,8 @@ bool DpidIndexFits(const FileView& view)
   const std::uint64_t buckets = index.U32At(layout::dpid_index::kBucketCount);
   if (lowBits > layout::dpid_index::kMaxLowBits) return false;
   if (buckets != (layout::dpid_index::kMaxDpid >> lowBits) + 1) return false;
-  return index.Size() == layout::dpid_index::kBuckets + (buckets + 1 + view.pointCount) * sizeof(std::uint32_t);
+  const std::uint32_t bits = layout::BitsForNumbersTo(view.pointCount);
+  return index.Size() == layout::dpid_index::kNumbers + layout::PackedSize(buckets + 1 + view.pointCount, bits);
 }
 
 }  // namespace

@@ -69,6 +69,12 @@ struct FileView
   TextTable strings;
 
   const ByteReader& Section(layout::SectionId id) const { return sections[static_cast<std::size_t>(id) - 1]; }
+  /** The identifier of a point that there is. */
+  std::uint32_t Dpid(std::uint32_t ordinal) const
+  {
+    const ByteReader& dpids = Section(layout::SectionId::Dpids);
+    return static_cast<std::uint32_t>(dpids.BitsAt(std::uint64_t{ordinal} * layout::kDpidBits, layout::kDpidBits));
+  }
   /** String 0 is the empty one. */
   std::string_view String(std::uint32_t number) const { return number == 0 ? std::string_view() : strings.At(number); }
 };

@@ -5,6 +5,7 @@
 #define QXPAF_ARF_FORMAT_LAYOUT_H
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -13,7 +14,7 @@ namespace arf::layout {
 
 /** Not text, and broken visibly by transfers that change line ends, cut the eighth bit or stop at end-of-file marks. */
 inline constexpr std::array<std::uint8_t, 8> kMagic = {0x89, 'A', 'R', 'F', '\r', '\n', 0x1A, '\n'};
-inline constexpr std::uint16_t kMajorVersion = 2;  ///< a reader refuses any other
+inline constexpr std::uint16_t kMajorVersion = 3;  ///< a reader refuses any other
 inline constexpr std::uint16_t kMinorVersion = 0;  ///< later minor versions only add sections
 inline constexpr std::uint32_t kAlignment = 64;    ///< of sections and of the file's end; the gaps are zero
 
@@ -74,10 +75,12 @@ enum class SectionId : std::uint32_t
   HintWeights = 25,
   LocalitySignatures = 26,
   StreetSignatures = 27,
-  BuildingNames = 28
+  BuildingNames = 28,
+  PostalLists = 29,
+  AddressAliases = 30
 };
 inline constexpr std::size_t kRequiredSections = 17;
-inline constexpr std::size_t kSectionIds = 28;
+inline constexpr std::size_t kSectionIds = 30;
 
 /** Names of the sections, the first being that of id 1. */
 inline constexpr std::array<std::string_view, kSectionIds> kSectionNames = {"info",
@@ -107,7 +110,9 @@ inline constexpr std::array<std::string_view, kSectionIds> kSectionNames = {"inf
                                                                             "hint weights",
                                                                             "locality signatures",
                                                                             "street signatures",
-                                                                            "building names"};
+                                                                            "building names",
+                                                                            "postal lists",
+                                                                            "address aliases"};
 
 /** The name of a free slot of a name hash, whose slots are pairs of hash and name. */
 inline constexpr std::uint32_t kFreeSlot = UINT32_MAX;
@@ -177,12 +182,26 @@ inline constexpr std::uint32_t kLastSuffix = 8;
 /** Every kStreetSampling-th ordinal's street is in PointStreets. */
 inline constexpr std::uint32_t kStreetSampling = 64;
 
+/** Numbers of a fixed width, the first in the lowest bits: four bytes for each 32 bits begun, and zeros behind them. */
+inline constexpr std::size_t kPackedPadding = 8;
+constexpr std::uint64_t PackedSize(std::uint64_t count, std::uint32_t bits)
+{
+  return (count * bits / 32 + 1) * sizeof(std::uint32_t) + kPackedPadding;
+}
+constexpr std::uint32_t BitsForNumbersTo(std::uint32_t highest)
+{
+  return static_cast<std::uint32_t>(std::bit_width(highest));
+}
+
+inline constexpr std::uint32_t kDpidBits = 27;  ///< of the packed numbers in Dpids
+
 namespace dpid_index {
 inline constexpr std::size_t kLowBits = 0;  ///< a bucket holds the DPIDs that agree in all but the low bits
 inline constexpr std::size_t kBucketCount = 4;
-inline constexpr std::size_t kBuckets = 8;  ///< bucketCount + 1 starts, then the entries: low bits above the ordinal
+inline constexpr std::size_t kNumbers = 8;  ///< packed: bucketCount + 1 starts, then the ordinals by their DPIDs
 inline constexpr std::uint32_t kMaxDpid = 99999999;
 inline constexpr std::uint32_t kMaxLowBits = 27;
+static_assert(kMaxDpid >> kDpidBits == 0);
 }  // namespace dpid_index
 
 namespace attribute {
@@ -197,7 +216,6 @@ inline constexpr std::uint32_t kDirect = 255;   ///< the code is the ordinal
 inline constexpr std::uint32_t kDeltas = 254;   ///< codes in blocks of differences
 inline constexpr std::uint32_t kNumbers = 253;  ///< so too; the table has what stands in front of numbers, with ranges
 inline constexpr std::uint32_t kMaxColumns = 1024;
-inline constexpr std::size_t kCodesPadding = 8;
 inline constexpr std::uint32_t kDeltaBlock = 64;  ///< points a block of differences; each has a beginning of four bytes
 inline constexpr std::size_t kMaxFront = 200;     ///< the longest text in front of numbers
 /** A range of kNumbers: the first code of a text, ascending, and the number (one more than shown, 0 for none) there. */
@@ -225,6 +243,13 @@ inline constexpr std::size_t kName = 4;
 inline constexpr std::size_t kLocality = 8;
 inline constexpr std::size_t kSize = 12;
 }  // namespace locality_alias
+
+/** Entries of AddressAliases, ascending by alias; both are ordinals. */
+namespace address_alias {
+inline constexpr std::size_t kAlias = 0;
+inline constexpr std::size_t kPrincipal = 4;
+inline constexpr std::size_t kSize = 8;
+}  // namespace address_alias
 
 inline constexpr std::size_t kMaxNeighbours = 24;  ///< of a locality
 

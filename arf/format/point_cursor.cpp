@@ -27,10 +27,48 @@ std::uint32_t PointCursor::BlockCount() const
   return points_.count / size + (points_.count % size != 0);
 }
 
+void PointCursor::DecodeHead(ByteReader& block, State& state)
+{
+  namespace head = layout::head;
+  const std::uint32_t coded = block.TakeVarint();
+  state.numberFirst += coded >> 1;
+  state.premise = {};
+  if ((coded & 1) == 0) return;
+  Premise& premise = state.premise;
+  const std::uint32_t flags = block.TakeVarint();
+  if (flags & head::kPrefix) premise.numberPrefix = block.TakeVarint();
+  if (flags & head::kFirstSuffix) premise.numberFirstSuffix = block.TakeVarint();
+  if (flags & head::kLast) premise.numberLast = state.numberFirst + block.TakeVarint();
+  if (flags & head::kLastSuffix) premise.numberLastSuffix = block.TakeVarint();
+}
+
+void PointCursor::Decode(ByteReader& block, State& state)
+{
+  namespace point = layout::point;
+  const std::uint32_t flags = block.TakeVarint();
+  if (flags & point::kHead) DecodeHead(block, state);
+  Premise& premise = state.premise;
+  if (flags & point::kUnitType) premise.unitType = block.TakeVarint();
+  if (flags & point::kUnitNumber) premise.unitNumber = block.TakeVarint();
+  if (flags & point::kLevel) {
+    premise.levelType = block.TakeVarint();
+    premise.levelNumber = block.TakeVarint();
+  }
+  if (flags & point::kLot) premise.lot = block.TakeVarint();
+  if (flags & point::kBuilding) premise.building = block.TakeVarint();
+  if (flags & point::kMoved) {
+    state.latitude += block.TakeZigzag();
+    state.longitude += block.TakeZigzag();
+    state.located = true;
+  }
+  if (flags & point::kUnlocated) state.located = false;
+}
+
 bool PointCursor::Next(Point& point)
 {
   while (next_ < blockEnd_ || EnterBlock()) {
-    DecodeNext();
+    Decode(block_, state_);
+    ++next_;
     if (wanted_ == kNoIndex || IsWanted()) {
       Fill(point);
       return true;
@@ -47,7 +85,7 @@ bool PointCursor::Seek(std::uint32_t place)
   if (!file_ || place >= points_.count) return false;
   nextBlock_ = place / file_->blockPoints;
   OpenBlock();
-  while (next_ <= place) DecodeNext();
+  for (; next_ <= place; ++next_) Decode(block_, state_);
   return true;
 }
 
@@ -91,50 +129,9 @@ void PointCursor::OpenBlock()
   ++nextBlock_;
 }
 
-void PointCursor::DecodeNext()
-{
-  namespace point = layout::point;
-  const std::uint32_t flags = block_.TakeVarint();
-  if (flags & point::kHead) DecodeHead();
-  if (flags & point::kUnitType) state_.unitType = block_.TakeVarint();
-  if (flags & point::kUnitNumber) state_.unitNumber = block_.TakeVarint();
-  if (flags & point::kLevel) {
-    state_.levelType = block_.TakeVarint();
-    state_.levelNumber = block_.TakeVarint();
-  }
-  if (flags & point::kLot) state_.lot = block_.TakeVarint();
-  if (flags & point::kBuilding) state_.building = block_.TakeVarint();
-  if (flags & point::kMoved) {
-    state_.latitude += block_.TakeZigzag();
-    state_.longitude += block_.TakeZigzag();
-    state_.located = true;
-  }
-  if (flags & point::kUnlocated) state_.located = false;
-  ++next_;
-}
-
-void PointCursor::DecodeHead()
-{
-  namespace head = layout::head;
-  State fresh;
-  fresh.latitude = state_.latitude;
-  fresh.longitude = state_.longitude;
-  fresh.located = state_.located;
-  const std::uint32_t coded = block_.TakeVarint();
-  fresh.numberFirst = state_.numberFirst + (coded >> 1);
-  if (coded & 1) {
-    const std::uint32_t flags = block_.TakeVarint();
-    if (flags & head::kPrefix) fresh.numberPrefix = block_.TakeVarint();
-    if (flags & head::kFirstSuffix) fresh.numberFirstSuffix = block_.TakeVarint();
-    if (flags & head::kLast) fresh.numberLast = fresh.numberFirst + block_.TakeVarint();
-    if (flags & head::kLastSuffix) fresh.numberLastSuffix = block_.TakeVarint();
-  }
-  state_ = fresh;
-}
-
 bool PointCursor::IsWanted() const
 {
-  return state_.numberFirst == wanted_ || (state_.numberFirst < wanted_ && wanted_ <= state_.numberLast);
+  return state_.numberFirst == wanted_ || (state_.numberFirst < wanted_ && wanted_ <= state_.premise.numberLast);
 }
 
 void PointCursor::Fill(Point& point) const
@@ -142,18 +139,18 @@ void PointCursor::Fill(Point& point) const
   const FileView& file = *file_;
   point.ordinal = points_.first + next_ - 1;
   point.street = street_;
-  point.dpid = file.Section(SectionId::Dpids).U32At(std::uint64_t{point.ordinal} * sizeof(std::uint32_t));
+  point.dpid = file.Dpid(point.ordinal);
   point.numberFirst = state_.numberFirst;
-  point.numberLast = state_.numberLast;
-  point.numberPrefix = file.String(state_.numberPrefix);
-  point.numberFirstSuffix = file.String(state_.numberFirstSuffix);
-  point.numberLastSuffix = file.String(state_.numberLastSuffix);
-  point.unitType = file.String(state_.unitType);
-  point.unitNumber = file.String(state_.unitNumber);
-  point.levelType = file.String(state_.levelType);
-  point.levelNumber = file.String(state_.levelNumber);
-  point.lot = file.String(state_.lot);
-  point.building = file.String(state_.building);
+  point.numberLast = state_.premise.numberLast;
+  point.numberPrefix = file.String(state_.premise.numberPrefix);
+  point.numberFirstSuffix = file.String(state_.premise.numberFirstSuffix);
+  point.numberLastSuffix = file.String(state_.premise.numberLastSuffix);
+  point.unitType = file.String(state_.premise.unitType);
+  point.unitNumber = file.String(state_.premise.unitNumber);
+  point.levelType = file.String(state_.premise.levelType);
+  point.levelNumber = file.String(state_.premise.levelNumber);
+  point.lot = file.String(state_.premise.lot);
+  point.building = file.String(state_.premise.building);
   point.latitude = state_.located ? static_cast<std::int32_t>(state_.latitude) : kNoCoordinate;
   point.longitude = state_.located ? static_cast<std::int32_t>(state_.longitude) : kNoCoordinate;
 }

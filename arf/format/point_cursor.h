@@ -65,12 +65,19 @@ class PointCursor
  private:
   friend class Database;
 
-  /** What a point inherits from the one before it in its block; texts as string numbers. */
-  struct State
+  /** What is none again where another number begins; texts as string numbers. */
+  struct Premise
   {
-    std::uint32_t numberFirst = 0, numberLast = 0;
+    std::uint32_t numberLast = 0;
     std::uint32_t numberPrefix = 0, numberFirstSuffix = 0, numberLastSuffix = 0;
     std::uint32_t unitType = 0, unitNumber = 0, levelType = 0, levelNumber = 0, lot = 0, building = 0;
+  };
+
+  /** What a point inherits from the one before it in its block. */
+  struct State
+  {
+    std::uint32_t numberFirst = 0;
+    Premise premise;
     std::uint32_t latitude = 0, longitude = 0;  ///< unsigned, so that sums of a broken file wrap round
     bool located = false;
   };
@@ -83,8 +90,8 @@ class PointCursor
   bool EnterBlock();
   bool SkipToWantedBlock();
   void OpenBlock();
-  void DecodeNext();
-  void DecodeHead();
+  static void Decode(ByteReader& block, State& state);
+  static void DecodeHead(ByteReader& block, State& state);
   bool IsWanted() const;
   void Fill(Point& point) const;
 

@@ -195,7 +195,7 @@ enum PafAuField
   PAF_AU_FIELD_STREET_SUFFIX = 22,        /**< [StreetSuffix] full form, "WEST" */
   PAF_AU_FIELD_POSTAL_TYPE = 23,          /**< [PostalType] "PO BOX", "LOCKED BAG" */
   PAF_AU_FIELD_POSTAL_NUMBER = 24,        /**< [PostalNumber] "123", "C96" */
-  PAF_AU_FIELD_ALTERNATIVE_LOCALITY = 25, /**< [AlternativeLocality] always empty in this release */
+  PAF_AU_FIELD_ALTERNATIVE_LOCALITY = 25, /**< [AlternativeLocality] another name of the locality */
   PAF_AU_FIELD_MATCHED_TEXT = 26,         /**< [MatchedText] the input as read; only in pafGetParsedInputId */
   PAF_AU_FIELD_SORT_PLAN_NUMBER =
       40,                    /**< [SortPlanNumber] of the postcode in the sort plan; attribute "sort_plan_number" */

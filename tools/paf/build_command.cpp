@@ -68,6 +68,16 @@ void PrintSkipped(const arf::BuildReport& report)
   }
 }
 
+void PrintAreas(const arf::BuildReport& report)
+{
+  for (const arf::AreaReport& areas : report.areas) {
+    std::cout << "areas from";
+    for (const std::string& column : areas.columns) std::cout << ' ' << column;
+    std::cout << " of " << areas.path << ": " << Count(areas.addresses, "address", "addresses") << ", " << areas.unknown
+              << " with a mesh block that is not in it, " << areas.without << " without one\n";
+  }
+}
+
 void PrintMinted(const arf::MintedIdentifiers& minted)
 {
   if (!minted.any) return;
@@ -84,8 +94,11 @@ void PrintSummary(const arf::BuildOptions& options, const arf::BuildReport& repo
             << Count(report.rowsRead, "row", "rows") << " read, " << report.rowsSkipped << " skipped; "
             << report.fileSize << " bytes, " << std::fixed << std::setprecision(1) << each << " an address; "
             << std::setprecision(2) << seconds << " s\n";
+  if (report.aliases > 0)
+    std::cout << Count(report.aliases, "address is", "addresses are") << " another way to write another one\n";
   PrintSkipped(report);
   PrintMinted(report.minted);
+  PrintAreas(report);
   if (!report.sortPlanDate.empty())
     std::cout << "sort plan of " << report.sortPlanDate << ": "
               << Count(report.sortPlanPostcodes, "postcode", "postcodes") << '\n';
@@ -142,9 +155,16 @@ Command AddBuildCommand(CLI::App& program)
   app->add_option("--previous", options->previousDirectory,
                   "Database whose made identifiers are kept for the addresses that are still there")
       ->option_text("DIRECTORY");
+  app->add_option(
+         "--areas", options->areaPaths,
+         "File that says which statistical and local government areas mesh blocks belong to; may be given again")
+      ->option_text("FILE")
+      ->allow_extra_args(false);
   app->add_option("--threads", options->threads, "Threads that take rows apart, otherwise one a processor")
       ->option_text("N")
       ->check(CLI::Range(1, 256));
+  app->add_flag("--no-aliases", options->leaveOutAliases,
+                "Leave out rows of the national address file that are another way to write an address");
   app->add_flag("--skip-bad-rows", options->skipBadRows, "Leave out rows that cannot be used, and count them");
   app->add_option("--name", options->databaseName, "Title that the database carries, otherwise AU")
       ->option_text("TITLE");

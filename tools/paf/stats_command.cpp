@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "advice.h"
+#include "answer.h"
 #include "command.h"
 #include "exit_code.h"
 #include "filters.h"
@@ -77,7 +78,7 @@ int Run(const StatsOptions& options)
   const Reply reply = session.Statistics(options.kind, area, options.range);
   if (reply.status != 0) {
     std::cerr << "paf: " << StatusText(reply) << '\n';
-    return IsAboutTheQuestion(reply.status) ? kExitNotFound : kExitFailed;
+    return ExitStatusOf(reply);
   }
   const Counts counts = CountsOf(Record(reply.text));
   Print(options, counts);

@@ -1,61 +1,25 @@
-// Queries allocate nothing once a searcher has warmed up. operator new is replaced for this whole program.
+// Queries allocate nothing once a searcher has warmed up.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
+#include <cstdint>
 #include <string>
 #include <vector>
 
+#include "support/allocations.h"
 #include "unit/arf/au/searcher_fixture.h"
 #include "unit/arf/match/tsv.h"
 
 namespace {
 
-std::size_t allocations = 0;
-
-void* Allocate(std::size_t size)
+/** A whole concordance. */
+void Concord(IArfSearcher& s, const char* from, const char* code, const char* to)
 {
-  ++allocations;
-  if (void* memory = std::malloc(size > 0 ? size : 1)) return memory;
-  throw std::bad_alloc();
+  const auto argument = [](const char* text) { return reinterpret_cast<std::intptr_t>(text); };
+  char first[256], second[256];
+  EXPECT_EQ(s.BeginGifConcordance(argument(from), argument(code), argument(to), 0, 0, 0), 0);
+  do EXPECT_EQ(s.GetNextGifConcordance(first, sizeof first, second, sizeof second, nullptr), 0);
+  while (first[0] != '\0');
 }
-
-}  // namespace
-
-void* operator new(std::size_t size)
-{
-  return Allocate(size);
-}
-void* operator new[](std::size_t size)
-{
-  return Allocate(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-  try {
-    return operator new(size);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
-void operator delete(void* memory) noexcept
-{
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
-void operator delete[](void* memory) noexcept
-{
-  std::free(memory);
-}
-void operator delete[](void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
-
-namespace {
 
 /** All operations of a query's path, over every written address of the table. */
 void QueryAll(IArfSearcher& s, const std::vector<arf_test::TsvRow>& rows)
@@ -87,7 +51,11 @@ void QueryAll(IArfSearcher& s, const std::vector<arf_test::TsvRow>& rows)
   for (int i = 0; i < 4; ++i) s.GetNextAddressInPolygon(out, sizeof out);
   s.GetSearchStatistics("Radius", "-33.86,151.208", "5000", "", out, sizeof out);
   s.GetSearchStatistics("State", "NSW", "", "", out, sizeof out);
-  for (const char* text : {"george street sydney 12", "parliament house canberra", "pi", "2000"}) {
+  Concord(s, "Postcode", "2000", "Locality");
+  Concord(s, "Locality", "", "Postcode");
+  Concord(s, "MeshBlock", "", "Locality");
+  Concord(s, "zone", "", "MeshBlock");
+  for (const char* text : {"george street sydney 12", "parliament house canberra", "pi", "2000", "goerge parliment"}) {
     s.BeginAddressSearch(text);
     for (int i = 0; i < 100; ++i) s.GetNextAddressSearch(out, sizeof out);
   }
@@ -109,11 +77,22 @@ TEST(Allocation, NoneOnQueryPaths)
   const arf_test::DatabasePointer database = arf_test::OpenSmall();
   arf_test::Searcher searcher(*database);
   const auto rows = arf_test::ReadTsv(arf_test::TestDataFile("lookup_cases.tsv"), 3);
-  EXPECT_GT(allocations, rows.size()) << "nothing is counted";
+  EXPECT_GT(test_support::Allocations(), static_cast<long>(rows.size())) << "nothing is counted";
   QueryAll(*searcher, rows);
-  const std::size_t before = allocations;
-  QueryAll(*searcher, rows);
-  EXPECT_EQ(allocations - before, 0U);
+  EXPECT_EQ(test_support::AllocationsOf([&] { QueryAll(*searcher, rows); }), 0);
+}
+
+/** The first one takes memory for all that localities and postcodes can have with each other. */
+TEST(Allocation, NoneInLargerConcordancesOfLocalities)
+{
+  const arf_test::DatabasePointer database = arf_test::OpenSmall();
+  arf_test::Searcher searcher(*database);
+  Concord(*searcher, "Postcode", "0870", "Locality");
+  EXPECT_EQ(test_support::AllocationsOf([&] {
+              Concord(*searcher, "Locality", "", "Postcode");
+              Concord(*searcher, "Postcode", "", "Locality");
+            }),
+            0);
 }
 
 }  // namespace

@@ -27,7 +27,7 @@ struct FaultRow
 constexpr FaultRow kFaults[] = {
     {[](std::string&) {}, 0, "ARF OK"},
     {[](std::string& bytes) { bytes = "DATABASE"; }, PAF_AU_ERR_NOT_A_DATABASE, "ARF Not A Database"},
-    {[](std::string& bytes) { bytes[8] = 3; }, PAF_AU_ERR_DATABASE_VERSION, "ARF Wrong Format Version"},
+    {[](std::string& bytes) { bytes[8] = 2; }, PAF_AU_ERR_DATABASE_VERSION, "ARF Wrong Format Version"},
     {[](std::string& bytes) { bytes.resize(bytes.size() - 1); }, PAF_AU_ERR_DATABASE_TRUNCATED, "ARF Truncated"},
     {[](std::string& bytes) { bytes[bytes.size() / 2] ^= 1; }, PAF_AU_ERR_DATABASE_DAMAGED, "ARF Damaged"},
 };
@@ -40,7 +40,7 @@ TEST(DatabaseProperties, StateAndVersion)
     const test_support::TempDir dir;
     const std::string directory = ChangedCopy(dir, row.change);
     const Answer state{0, row.words};
-    const Answer version{row.status, row.status == 0 ? "AU test data 1 (format 2, 75 addresses)" : ""};
+    const Answer version{row.status, row.status == 0 ? "AU test data 1 (format 3, 75 addresses)" : ""};
     EXPECT_EQ(Ask("ArfStatus:" + directory), state);
     EXPECT_EQ(Ask("arfversion:" + directory), version) << row.words;
     EXPECT_EQ(searcher.Property("arfstatus:" + directory + "/"), state);
@@ -67,7 +67,7 @@ TEST(DatabaseProperties, VersionOfOneAddressWithoutAVersion)
   options.outputDirectory = dir.Path("db");
   options.databaseName = "Australia";
   ASSERT_EQ(arf::BuildDatabase(options).outcome, arf::BuildOutcome::Built);
-  EXPECT_EQ(Ask("ArfVersion:" + dir.Path("db")), (Answer{0, "Australia (format 2, 1 address)"}));
+  EXPECT_EQ(Ask("ArfVersion:" + dir.Path("db")), (Answer{0, "Australia (format 3, 1 address)"}));
 }
 
 TEST(DatabaseProperties, AskingLeavesNothingAlive)

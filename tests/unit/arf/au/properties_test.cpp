@@ -14,6 +14,10 @@ constexpr const char* kDefaultFields = "AddressLine1;AddressLine2;AddressLine3;L
 constexpr const char* kNotice =
     "Not certified for address matching. Identifiers are those of the data that the database was built from.";
 
+constexpr const char* kMintedNotice =
+    "Not certified for address matching. Identifiers were minted when the database was built: they are no delivery "
+    "point identifiers and must not be printed on mail.";
+
 class Properties : public testing::Test
 {
  protected:
@@ -208,6 +212,22 @@ TEST(OtherProperties, AnswerWithoutADatabase)
   EXPECT_EQ(GetOtherProperties("PafLibVersion", small, sizeof small), PAF_ERR_BUFFER_TOO_SMALL);
   EXPECT_STREQ(small, "");
   EXPECT_EQ(GetOtherProperties(nullptr, nullptr, 0), PAF_ERR_NOT_IMPLEMENTED);
+}
+
+/** Identifiers that the post office gave and those that were made must not be taken for each other. */
+TEST(Notice, TellsWhereIdentifiersComeFrom)
+{
+  constexpr const char* kRows[][2] = {
+      {"dpid,street_name,locality,state,postcode\n30000001,A,B,NSW,2000\n", kNotice},
+      {"source_identifier,street_name,locality,state,postcode\nX1,A,B,NSW,2000\n", kMintedNotice}};
+  for (const auto& [csv, notice] : kRows) {
+    const test_support::TempDir dir;
+    const std::string directory = arf_test::BuildDatabaseFrom(dir, dir.Write("in.csv", csv));
+    const arf_test::DatabasePointer database(GetDb());
+    char error[255] = "";
+    ASSERT_EQ(database->Open(directory.c_str(), 2, error, sizeof error), 0) << error;
+    EXPECT_EQ(Searcher(*database).Property("Notice"), (Answer{0, notice}));
+  }
 }
 
 }  // namespace

@@ -178,7 +178,7 @@ TEST_F(BarcodeLibrary, Properties)
   EXPECT_EQ(Property(id, "SortPlanDate"), (Answer{0, "2026-05-31"}));
   for (const int any : {id, 0}) {
     EXPECT_EQ(Property(any, "ArfStatus:AU.Main"), (Answer{0, "ARF OK"}));
-    EXPECT_EQ(Property(any, "ArfVersion:AU.Main"), (Answer{0, "AU test data 1 (format 2, 1 address)"}));
+    EXPECT_EQ(Property(any, "ArfVersion:AU.Main"), (Answer{0, "AU test data 1 (format 3, 1 address)"}));
     EXPECT_EQ(Property(any, "ArfStatus:AU.None"), (Answer{0, "ARF Not Found"}));
     EXPECT_EQ(Property(any, "ArfStatus:AU.Other"), (Answer{0, "ARF Not Registered"}));
     EXPECT_EQ(Property(any, "Barcode:30000001"), (Answer{0, PlainFourState("11", "30000001", "", true)}));

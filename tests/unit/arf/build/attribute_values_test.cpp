@@ -61,6 +61,45 @@ TEST(AttributeValues, AreAppendedAndKept)
   EXPECT_EQ(first.TextOf(1, scratch), "C3");
 }
 
+TEST(AttributeValues, AreAsAListOfTextsWouldBe)
+{
+  std::mt19937 random(test_support::RandomSeed());
+  for (const std::uint32_t emptyOf : {1U, 2U, 40U}) {  // one in so many is filled
+    AttributeValues values;
+    std::vector<std::string> texts;
+    for (int part = 0; part < 3; ++part) {
+      AttributeValues more;
+      std::vector<bool> taken;
+      for (std::uint32_t i = 0; i < 500; ++i) {
+        const std::string text = random() % emptyOf == 0 ? "P" + std::to_string(random() % 9) : "";
+        more.Add(text);
+        taken.push_back(random() % 5 != 0);
+        if (taken.back()) texts.push_back(text);
+      }
+      values.Append(more, taken);
+    }
+    std::vector<bool> keep;
+    std::vector<std::string> kept;
+    for (const std::string& text : texts) {
+      keep.push_back(random() % 3 != 0);
+      if (keep.back()) kept.push_back(text);
+    }
+    values.Keep(keep);
+    values.Add("last1");
+    kept.emplace_back("last1");
+    ASSERT_EQ(values.Size(), kept.size());
+    std::string scratch;
+    for (std::size_t i = 0; i < kept.size(); ++i) ASSERT_EQ(values.TextOf(i, scratch), kept[i]) << i;
+    EXPECT_EQ(values.FindCode("last1"), values.CodeOf(kept.size() - 1));
+    EXPECT_EQ(values.FindCode("never"), std::nullopt);
+    EXPECT_FALSE(values.IsEmpty());
+  }
+  AttributeValues none;
+  for (int i = 0; i < 100; ++i) none.Add("");
+  EXPECT_TRUE(none.IsEmpty());
+  EXPECT_EQ(none.CodeOf(99), 0U);
+}
+
 /** A column of a database, and the way of keeping it that is the smallest. */
 struct Kind
 {

@@ -3,13 +3,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <signal.h>
-#include <sys/resource.h>
 
 #include <atomic>
 #include <filesystem>
 #include <set>
 
+#include "support/file_size_limit.h"
 #include "support/random_seed.h"
 #include "unit/arf/build/address_model.h"
 #include "unit/arf/build/test_database.h"
@@ -261,31 +260,6 @@ TEST(Build, LeavesAnOlderDatabaseWhenItFails)
   EXPECT_EQ(dir.Read("db/address.arf"), old);
 }
 
-/** A limit on the size of files, as a full disk in the middle of writing. */
-class FileSizeLimit
-{
- public:
-  explicit FileSizeLimit(rlim_t size)
-  {
-    handler_ = signal(SIGXFSZ, SIG_IGN);
-    getrlimit(RLIMIT_FSIZE, &before_);
-    rlimit limit = before_;
-    limit.rlim_cur = size;
-    setrlimit(RLIMIT_FSIZE, &limit);
-  }
-  ~FileSizeLimit()
-  {
-    setrlimit(RLIMIT_FSIZE, &before_);
-    signal(SIGXFSZ, handler_);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit before_{};
-  void (*handler_)(int) = nullptr;
-};
-
 TEST(Build, LeavesNothingWhenTheDiskIsFull)
 {
   Random random(test_support::RandomSeed());
@@ -293,7 +267,7 @@ TEST(Build, LeavesNothingWhenTheDiskIsFull)
   dir.Write("in.csv", ToCsv(RandomModel(random, 20000), random));
   const BuildOptions options{{dir.Path("in.csv")}, dir.Path("db"), "AU", {}, false, ','};
   for (const rlim_t size : {rlim_t{0}, rlim_t{10}, rlim_t{1000}, rlim_t{100000}}) {
-    const FileSizeLimit limit(size);
+    const test_support::FileSizeLimit limit(size);
     const BuildReport report = arf::BuildDatabase(options);
     EXPECT_EQ(report.outcome, BuildOutcome::Failed);
     ASSERT_EQ(report.errors.size(), 1U);

@@ -118,7 +118,7 @@ TEST(RegisterFile, CountsWhatItLeavesOut)
   std::map<std::string, std::uint64_t> reasons;
   for (const arf::SkippedRows& skipped : report.skipped) reasons[skipped.reason] = skipped.rows;
   const std::map<std::string, std::uint64_t> expected = {
-      {"an alias of another address", 1},
+      {"an alias of an address that is not said", 1},
       {"postcode: is empty", 2},
       {"postcode: is not four digits (a leading zero may be lost)", 1},
       {"source_identifier: is empty", 1},
@@ -213,6 +213,18 @@ TEST(Identifiers, AreNotKeptFromADatabaseThatHasItsOwn)
   EXPECT_THAT(Build(dir, {csv}, "db", "own").errors, ElementsAre(HasSubstr("there are none to keep")));
 }
 
+TEST(Identifiers, OfAnOlderFormatCannotBeKept)
+{
+  const test_support::TempDir dir;
+  const std::string psv = dir.Write("in.psv", kHeader + Row("GAQLD_1", "1"));
+  ASSERT_EQ(Build(dir, {psv}, "old").outcome, BuildOutcome::Built);
+  std::vector<std::uint8_t> bytes = arf_test::ReadFile(dir.Path("old/address.arf"));
+  --bytes[arf::layout::header::kMajor];
+  arf_test::WriteFile(dir.Path("old/address.arf"), bytes);
+  EXPECT_THAT(Build(dir, {psv}, "db", "old").errors,
+              ElementsAre(HasSubstr("; build it again from its source with this program first")));
+}
+
 /** Tables of two states, with what the ways of publishing them have in common; a test may change some. */
 class RegisterTables : public testing::Test
 {
@@ -274,7 +286,7 @@ TEST_F(RegisterTables, GiveReasonsForWhatIsLeftOut)
   std::map<std::string, std::uint64_t> reasons;
   for (const arf::SkippedRows& skipped : BuildTables().skipped) reasons[skipped.reason] = skipped.rows;
   EXPECT_EQ(reasons, (std::map<std::string, std::uint64_t>{{"retired", 1},
-                                                           {"an alias of another address", 1},
+                                                           {"an alias of an address that is not said", 1},
                                                            {"postcode: is empty", 1},
                                                            {"number_first: is given without street_name", 1}}));
 }

@@ -139,6 +139,10 @@ TEST_F(RoundTrip, FindsEveryPointByOrdinalAndByIdentifier)
     const Point point = database_->PointAt(ordinal);
     ASSERT_EQ(point.ordinal, ordinal);
     ASSERT_NO_FATAL_FAILURE(ExpectPoint(*database_, expected, point));
+    arf::Street street;
+    ASSERT_EQ(database_->PointAt(ordinal, street).dpid, point.dpid);
+    ASSERT_EQ(street.index, point.street);
+    ASSERT_EQ(street.name, database_->StreetAt(point.street).name);
     ASSERT_EQ(database_->DpidOf(ordinal), expected.dpid);
     ASSERT_EQ(database_->FindDpid(expected.dpid), std::optional(ordinal));
   }
