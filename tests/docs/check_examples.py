@@ -337,9 +337,10 @@ def make_parser(description):
     return parser
 
 
-def main():
+def exit_status(check_page, arguments):
+    """Checks a page, prints what is wrong, and gives the status for the program's end."""
     try:
-        check(make_parser(__doc__).parse_args())
+        check_page(arguments)
     except Fault as fault:
         print(fault)
         return 1
@@ -347,4 +348,4 @@ def main():
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(exit_status(check, make_parser(__doc__).parse_args()))

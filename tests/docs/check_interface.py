@@ -160,12 +160,7 @@ def main():
     parser.add_argument("--databases-of", type=pathlib.Path,
                         help="check the examples only, on the databases that this page makes")
     parser.add_argument("--source", type=pathlib.Path, required=True, help="the folder with src/, arf/ and data/")
-    try:
-        check(parser.parse_args())
-    except Fault as fault:
-        print(fault)
-        return 1
-    return 0
+    return check_examples.exit_status(check, parser.parse_args())
 
 
 if __name__ == "__main__":

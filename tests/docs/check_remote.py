@@ -164,12 +164,7 @@ def main():
     parser.add_argument("--paf", type=pathlib.Path, required=True, help="the program paf")
     parser.add_argument("--pafd", type=pathlib.Path, required=True, help="the program pafd")
     parser.add_argument("--source", type=pathlib.Path, required=True, help="the folder with data/")
-    try:
-        check(parser.parse_args())
-    except Fault as fault:
-        print(fault)
-        return 1
-    return 0
+    return check_examples.exit_status(check, parser.parse_args())
 
 
 if __name__ == "__main__":

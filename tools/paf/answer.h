@@ -8,7 +8,7 @@
 
 #include "json.h"
 #include "record.h"
-#include "session.h"
+#include "reply.h"
 
 namespace tool {
 

@@ -124,6 +124,16 @@ std::vector<std::size_t> ColumnsOf(const std::vector<std::string>& header, Part 
   return numbers;
 }
 
+/** Lines in the order of their numbers, which end their names. */
+std::vector<std::size_t> NumberedLines(const std::vector<std::string>& header)
+{
+  std::vector<std::size_t> numbers = ColumnsOf(header, Part::NumberedLine);
+  std::stable_sort(numbers.begin(), numbers.end(), [&header](std::size_t left, std::size_t right) {
+    return Plain(header[left]).back() < Plain(header[right]).back();
+  });
+  return numbers;
+}
+
 bool EqualIgnoringCase(std::string_view left, std::string_view right)
 {
   return std::equal(left.begin(), left.end(), right.begin(), right.end(),
@@ -175,7 +185,7 @@ void AddressColumns::Find(const std::vector<std::string>& header)
       Add(header, numbers.front(), separator);
     }
   };
-  const auto lines = ColumnsOf(header, Part::NumberedLine);
+  const auto lines = NumberedLines(header);
   addFirst(Part::Line, ", ");
   if (columns_.empty() && lines.empty()) {
     addFirst(Part::Building, ", ");

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -21,12 +22,53 @@ namespace {
   throw Failure(path + ": " + std::strerror(error));
 }
 
-void RefuseUnusableTarget(const std::string& path)
+/** The path, when a file can be put there. */
+std::string Usable(std::string path)
 {
   std::error_code ignored;
   const auto status = std::filesystem::status(path, ignored);
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
     throw Failure(path + ": is no regular file");
+  }
+  return path;
+}
+
+/** Opens and locks a file that may be there already; what is in it stays. */
+int OpenPartial(const std::string& path)
+{
+  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
+  if (file < 0) {
+    FailWith(path, errno);
+  }
+  return file;
+}
+
+/** Fails when another run has the file, or has just given it its final name. */
+void Lock(int file, const std::string& path)
+{
+  struct stat opened = {};
+  struct stat named = {};
+  if (flock(file, LOCK_EX | LOCK_NB) != 0 || fstat(file, &opened) != 0 || stat(path.c_str(), &named) != 0 ||
+      opened.st_ino != named.st_ino) {
+    throw Failure(path + ": another run is writing it");
+  }
+}
+
+void WriteWhole(int file, std::string_view text, const std::string& path)
+{
+  while (!text.empty()) {
+    const ssize_t written = write(file, text.data(), text.size());
+    if (written < 0 && errno != EINTR) {
+      FailWith(path, errno);
+    }
+    text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+  }
+}
+
+void Synchronise(int file, const std::string& path)
+{
+  if (fdatasync(file) != 0) {
+    FailWith(path, errno);
   }
 }
 
@@ -40,56 +82,39 @@ void Rename(const std::string& from, const std::string& to)
 }  // namespace
 
 BatchOutput::BatchOutput(std::string path, Json run, Leftover leftover)
-    : path_(std::move(path)), partialPath_(path_ + ".partial"), journalPath_(path_ + ".journal"), run_(std::move(run))
+    : path_(Usable(std::move(path))),
+      partialPath_(path_ + ".partial"),
+      journalPath_(path_ + ".journal"),
+      run_(std::move(run)),
+      file_(OpenPartial(partialPath_))
 {
-  RefuseUnusableTarget(path_);
-  OpenPartial();
+  Lock(file_.Value(), partialPath_);
+  size_ = static_cast<std::uint64_t>(std::filesystem::file_size(partialPath_));
   const auto journal = ReadJournal();
-  const bool hasRest = journal && size_ > 0;
-  if (hasRest && leftover == Leftover::Refuse) {
-    close(file_);
+  if (size_ > 0 && leftover == Leftover::Refuse) {
     throw Failure(partialPath_ +
-                  " holds what an interrupted run has done; --resume goes on with it, --restart begins anew");
+                  (journal ? " holds what an interrupted run has done; --resume goes on with it, "
+                           : " is there, but nothing that says how to go on with it; ") +
+                  "--restart begins anew");
   }
-  if (hasRest && leftover == Leftover::Resume) {
+  if (size_ > 0 && journal && leftover == Leftover::Resume) {
     TakeUp(*journal);
   } else {
     size_ = 0;
   }
-  if (ftruncate(file_, static_cast<off_t>(size_)) != 0 || lseek(file_, 0, SEEK_END) < 0) {
+  if (ftruncate(file_.Value(), static_cast<off_t>(size_)) != 0 || lseek(file_.Value(), 0, SEEK_END) < 0) {
     FailWith(partialPath_, errno);
   }
 }
 
-BatchOutput::~BatchOutput()
-{
-  if (file_ >= 0) {
-    close(file_);
-  }
-}
-
-void BatchOutput::OpenPartial()
-{
-  file_ = open(partialPath_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666);
-  struct stat status = {};
-  if (file_ < 0 || fstat(file_, &status) != 0) {
-    FailWith(partialPath_, errno);
-  }
-  if (flock(file_, LOCK_EX | LOCK_NB) != 0) {
-    throw Failure(partialPath_ + ": another run is writing it");
-  }
-  size_ = static_cast<std::uint64_t>(status.st_size);
-}
-
-/** Nothing when there is no journal, or none that can be read. */
+/** Nothing when there is no journal, a discarded value when it cannot be read. */
 std::optional<Json> BatchOutput::ReadJournal() const
 {
-  std::ifstream file(journalPath_);
-  const Json journal = Json::parse(file, nullptr, false);
-  if (!journal.is_object() || !journal.contains("run") || !journal.contains("outputSize")) {
+  if (!std::filesystem::exists(journalPath_)) {
     return std::nullopt;
   }
-  return journal;
+  std::ifstream file(journalPath_);
+  return Json::parse(file, nullptr, false);
 }
 
 void BatchOutput::TakeUp(const Json& journal)
@@ -120,40 +145,31 @@ void BatchOutput::CheckSameRun(const Json& before) const
 
 void BatchOutput::Write(std::string_view text)
 {
-  while (!text.empty()) {
-    const ssize_t written = write(file_, text.data(), text.size());
-    if (written < 0 && errno != EINTR) {
-      FailWith(partialPath_, errno);
-    }
-    const auto count = static_cast<std::size_t>(written < 0 ? 0 : written);
-    text.remove_prefix(count);
-    size_ += count;
-  }
+  WriteWhole(file_.Value(), text, partialPath_);
+  size_ += text.size();
 }
 
 void BatchOutput::Keep(const Progress& progress)
 {
-  if (fdatasync(file_) != 0) {
-    FailWith(partialPath_, errno);
-  }
+  Synchronise(file_.Value(), partialPath_);
   const Json journal = {{"run", run_},
                         {"inputOffset", progress.inputOffset},
                         {"inputLine", progress.inputLine},
                         {"outputSize", size_},
                         {"tally", progress.tally.ToJson()}};
   const std::string next = journalPath_ + ".new";
-  std::ofstream file(next, std::ios::trunc);
-  file << ToText(journal) << '\n';
-  file.close();
-  if (!file) {
+  const arf::Descriptor file(open(next.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  if (!file.IsOpen()) {
     FailWith(next, errno);
   }
+  WriteWhole(file.Value(), ToText(journal) + "\n", next);
+  Synchronise(file.Value(), next);
   Rename(next, journalPath_);
 }
 
 void BatchOutput::Finish()
 {
-  if (fsync(file_) != 0) {
+  if (fsync(file_.Value()) != 0) {
     FailWith(partialPath_, errno);
   }
   Rename(partialPath_, path_);

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "arf/format/descriptor.h"
 #include "batch_tally.h"
 #include "json.h"
 
@@ -39,9 +40,6 @@ class BatchOutput
  public:
   /** Takes the files; Failure also when another process has them or when a rest may not be used. */
   BatchOutput(std::string path, Json run, Leftover leftover);
-  ~BatchOutput();
-  BatchOutput(const BatchOutput&) = delete;
-  BatchOutput& operator=(const BatchOutput&) = delete;
 
   /** The progress of the rest that is gone on with; none when the file is new. */
   const std::optional<Progress>& Resumed() const { return resumed_; }
@@ -55,7 +53,6 @@ class BatchOutput
   void Finish();
 
  private:
-  void OpenPartial();
   std::optional<Json> ReadJournal() const;
   void TakeUp(const Json& journal);
   void CheckSameRun(const Json& before) const;
@@ -64,7 +61,7 @@ class BatchOutput
   std::string partialPath_;
   std::string journalPath_;
   Json run_;
-  int file_ = -1;
+  arf::Descriptor file_;
   std::uint64_t size_ = 0;
   std::optional<Progress> resumed_;
 };

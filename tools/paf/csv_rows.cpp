@@ -20,9 +20,12 @@ constexpr std::size_t kMaxLineBytes = 16 * 1024 * 1024;
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
-bool IsBlank(std::string_view line)
+/** A delimiter is not blank, even where it is white space. */
+bool IsBlank(std::string_view line, unsigned char delimiter)
 {
-  return line.find_first_not_of(" \t\r\n") == std::string_view::npos;
+  return std::all_of(line.begin(), line.end(), [delimiter](unsigned char c) {
+    return c != delimiter && (c == ' ' || c == '\t' || c == '\r' || c == '\n');
+  });
 }
 
 std::string_view WithoutLineEnd(std::string_view text)
@@ -71,7 +74,7 @@ CsvRows::CsvRows(std::string path, char delimiter)
     : path_(std::move(path)), file_(open(path_.c_str(), O_RDONLY | O_CLOEXEC))
 {
   struct stat status = {};
-  if (file_ < 0 || fstat(file_, &status) != 0) {
+  if (!file_.IsOpen() || fstat(file_.Value(), &status) != 0) {
     throw Failure(path_ + ": " + std::strerror(errno));
   }
   size_ = static_cast<std::uint64_t>(status.st_size);
@@ -87,9 +90,6 @@ CsvRows::CsvRows(std::string path, char delimiter)
 CsvRows::~CsvRows()
 {
   csv_free(&parser_);
-  if (file_ >= 0) {
-    close(file_);
-  }
 }
 
 CsvRow CsvRows::Header()
@@ -150,7 +150,8 @@ void CsvRows::DropConsumed()
 
 void CsvRows::PassBlankLines()
 {
-  for (std::string_view line = LineAt(position_); !line.empty() && IsBlank(line); line = LineAt(position_)) {
+  for (std::string_view line = LineAt(position_); !line.empty() && IsBlank(line, csv_get_delim(&parser_));
+       line = LineAt(position_)) {
     Consume(line.size());
   }
 }
@@ -228,7 +229,7 @@ bool CsvRows::ReadMore()
   buffer_.resize(size + kReadSize);
   ssize_t got = 0;
   do {
-    got = read(file_, buffer_.data() + size, kReadSize);
+    got = read(file_.Value(), buffer_.data() + size, kReadSize);
   } while (got < 0 && errno == EINTR && !IsInterrupted());
   const int error = errno;
   buffer_.resize(size + static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
@@ -247,7 +248,7 @@ void CsvRows::Consume(std::size_t bytes)
 
 void CsvRows::Seek(std::uint64_t offset, std::uint64_t line)
 {
-  if (lseek(file_, static_cast<off_t>(offset), SEEK_SET) < 0) {
+  if (lseek(file_.Value(), static_cast<off_t>(offset), SEEK_SET) < 0) {
     throw Failure(path_ + ": " + std::strerror(errno));
   }
   buffer_.clear();
@@ -258,10 +259,10 @@ void CsvRows::Seek(std::uint64_t offset, std::uint64_t line)
 
 void AppendCsvField(std::string& text, std::string_view field, char delimiter)
 {
-  const bool plain = field.find_first_of("\"\r\n") == std::string_view::npos &&
-                     field.find(delimiter) == std::string_view::npos && !field.starts_with(' ') &&
-                     !field.ends_with(' ');
-  if (plain) {
+  const auto isEdgeSpace = [](char c) { return c == ' ' || c == '\t'; };
+  const bool plain =
+      field.find_first_of("\"\r\n") == std::string_view::npos && field.find(delimiter) == std::string_view::npos;
+  if (field.empty() || (plain && !isEdgeSpace(field.front()) && !isEdgeSpace(field.back()))) {
     text += field;
     return;
   }

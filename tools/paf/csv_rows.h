@@ -9,6 +9,8 @@
 #include <string_view>
 #include <vector>
 
+#include "arf/format/descriptor.h"
+
 namespace tool {
 
 /** Valid until the next row is read. */
@@ -70,7 +72,7 @@ class CsvRows
   void CheckEncoding();
 
   std::string path_;
-  int file_ = -1;
+  arf::Descriptor file_;
   csv_parser parser_{};
   std::string buffer_;
   std::size_t position_ = 0;  ///< of the next row in the buffer

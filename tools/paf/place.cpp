@@ -20,7 +20,7 @@ constexpr const char* kSeparators = ", \t\r\n";
 double Degrees(const std::string& text, double most, const std::string& place)
 {
   double degrees = 0;
-  const char* begin = text.data() + (text.starts_with('+') ? 1 : 0);
+  const char* begin = text.data() + (text.starts_with('+') && !text.starts_with("+-") ? 1 : 0);
   const auto [end, error] = std::from_chars(begin, text.data() + text.size(), degrees);
   const bool isNumber = error == std::errc() && end == text.data() + text.size() && std::isfinite(degrees);
   if (!isNumber || std::abs(degrees) > most) {

@@ -14,7 +14,6 @@ namespace tool {
 namespace {
 
 constexpr std::size_t kResultSize = 2048;  // the longest answer of any call used here, terminator included
-constexpr int kFirstLibraryStatus = 600;
 
 std::string Description(int status)
 {
@@ -64,17 +63,6 @@ Reply Tell(int status)
 }
 
 }  // namespace
-
-bool IsAboutTheQuestion(int status)
-{
-  return status > 0 && status < kFirstLibraryStatus;
-}
-
-std::string StatusText(const Reply& reply)
-{
-  const std::string number = "status " + std::to_string(reply.status);
-  return reply.description.empty() ? number : reply.description + " (" + number + ")";
-}
 
 std::string LibraryName(const std::string& database)
 {

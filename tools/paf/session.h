@@ -4,22 +4,9 @@
 
 #include <string>
 
+#include "reply.h"
+
 namespace tool {
-
-/** What a call answered: the text when status is 0, otherwise the library's or the plug-in's words for the status. */
-struct Reply
-{
-  int status = 0;
-  std::string text;
-  std::string description;
-};
-
-/** True when the status says something about the question ("no such street"), not about the set-up: plug-ins number
-    their own statuses below 600, the library from 600 on. */
-bool IsAboutTheQuestion(int status);
-
-/** "description (status 12)", or "status 12" where there is no description. */
-std::string StatusText(const Reply& reply);
 
 /** The database name as the library takes it: a directory written relative to the current one is made absolute. */
 std::string LibraryName(const std::string& database);

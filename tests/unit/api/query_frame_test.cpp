@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <cstdlib>
 #include <functional>
 #include <new>
 #include <set>
@@ -17,39 +16,12 @@
 #include "qxpaf/arf_plugin.h"
 #include "qxpaf/paf.h"
 #include "qxpaf/remote.h"
+#include "support/allocations.h"
 #include "unit/api/stand_in.h"
 
 namespace {
 
-thread_local long allocations = 0;  // of this thread: a scripted server allocates in its own
-
-}  // namespace
-
-void* operator new(std::size_t size)
-{
-  ++allocations;
-  if (void* const memory = std::malloc(size)) return memory;
-  throw std::bad_alloc();
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-  try {
-    return operator new(size);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
-void operator delete(void* memory) noexcept
-{
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
-
-namespace {
-
+using test_support::Allocations;
 using namespace qxpaf;
 
 /** An idle instance in the table, with a searcher of the test's own or on a server. */
@@ -179,9 +151,9 @@ TEST(QueryFrame, AllocatesNothingForARequestOfFixedLength)
   for (const auto& [name, call] : Calls()) {
     if (kOthers.count(name) != 0) continue;
     call(remote.Id());  // the first one connects
-    const long before = allocations;
+    const long before = Allocations();
     call(remote.Id());
-    EXPECT_EQ(before, allocations) << name;
+    EXPECT_EQ(before, Allocations()) << name;
   }
 }
 
@@ -233,9 +205,9 @@ TEST(QueryFrame, AllocatesNothing)
   for (const int status : {0, 5}) {
     searcher.status = status;
     for (const auto& [name, call] : calls) call(instance.Id());  // the first failure makes the thread's record
-    const long before = allocations;
+    const long before = Allocations();
     for (const auto& [name, call] : calls) call(instance.Id());
-    EXPECT_EQ(before, allocations) << "status " << status;
+    EXPECT_EQ(before, Allocations()) << "status " << status;
   }
 }
 

@@ -1,40 +1,17 @@
-// How often the conversions allocate, and whether the results are as large as they need to be. This program replaces
-// the allocation functions.
+// How often the conversions allocate, and whether the results are as large as they need to be.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <new>
 #include <string>
 #include <utility>
 
 #include "qxpaf/text/encoding.h"
+#include "support/allocations.h"
 
 namespace {
 
-thread_local int allocations = 0;
-
-}  // namespace
-
-// Not inlined, so that the compiler does not take malloc and operator delete for a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-  ++allocations;
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-  throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-  std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
-
-namespace {
+using test_support::Allocations;
+using test_support::AllocationsOf;
 
 // Up to here strings may round their capacity up to twice the capacity of a string without memory of its own.
 constexpr std::size_t kRounded = 30;
@@ -43,10 +20,9 @@ constexpr std::size_t kRounded = 30;
 template <class Convert>
 auto Counted(int atMost, Convert convert)
 {
-  allocations = 0;
+  const long before = Allocations();
   auto result = convert();
-  const int counted = allocations;
-  EXPECT_LE(counted, atMost) << result.size();
+  EXPECT_LE(Allocations() - before, atMost) << result.size();
   return result;
 }
 
@@ -99,9 +75,7 @@ TEST_P(Lengths, ReadersOfUtf8AllocateTheResultOnly)
 TEST_P(Lengths, ReadersReuseWhatTheStringHas)
 {
   std::wstring out = Utf8ToWide(mixed_);
-  allocations = 0;
-  EXPECT_TRUE(ReadUtf8String(out, mixed_.c_str()));
-  EXPECT_EQ(allocations, 0);
+  EXPECT_EQ(AllocationsOf([&] { EXPECT_TRUE(ReadUtf8String(out, mixed_.c_str())); }), 0);
 }
 
 TEST_P(Lengths, MalformedTextCostsOneMoreAllocation)

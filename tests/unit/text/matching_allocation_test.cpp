@@ -1,79 +1,29 @@
 // That phonetic keys and fuzzy comparisons allocate nothing but for long inputs, and what happens when those find no
-// memory. This program replaces the allocation functions.
+// memory.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <new>
 #include <string>
 
 #include "qxpaf/text/fuzzy.h"
 #include "qxpaf/text/phonetic.h"
+#include "support/allocations.h"
 
 namespace {
 
-thread_local int allocations = 0;
-thread_local bool memoryIsOut = false;
-
-}  // namespace
-
-// The forms for arrays are replaced too: a sanitizer's do not lead to the single ones.
-// Not inlined, so that the compiler does not take malloc and operator delete for a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-  ++allocations;
-  if (!memoryIsOut)
-    if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-  throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void* operator new[](std::size_t size)
-{
-  return operator new(size);
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-  std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete[](void* memory) noexcept
-{
-  std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete[](void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
-
-namespace {
-
-template <class Work>
-int AllocationsOf(Work work)
-{
-  allocations = 0;
-  work();
-  return allocations;
-}
+using test_support::AllocationsOf;
 
 // With no memory left for anything but the exception.
 template <class Work>
 bool ThrowsBadAlloc(Work work)
 {
-  memoryIsOut = true;
-  bool thrown = false;
+  const test_support::MemoryIsOut none;
   try {
     work();
   } catch (const std::bad_alloc&) {
-    thrown = true;
+    return true;
   }
-  memoryIsOut = false;
-  return thrown;
+  return false;
 }
 
 TEST(MatchingAllocation, PhoneticKeysNeedNone)

@@ -1,46 +1,15 @@
-// How often case folding, case and accent removal allocate. This program replaces the allocation functions.
+// How often case folding, case and accent removal allocate.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <new>
 #include <string>
 #include <utility>
 
 #include "qxpaf/text/unicode.h"
+#include "support/allocations.h"
 
 namespace {
 
-thread_local int allocations = 0;
-
-}  // namespace
-
-// Not inlined, so that the compiler does not take malloc and operator delete for a mismatched pair.
-[[gnu::noinline]] void* operator new(std::size_t size)
-{
-  ++allocations;
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-  throw std::bad_alloc();
-}
-
-[[gnu::noinline]] void operator delete(void* memory) noexcept
-{
-  std::free(memory);
-}
-
-[[gnu::noinline]] void operator delete(void* memory, std::size_t) noexcept
-{
-  std::free(memory);
-}
-
-namespace {
-
-template <class Call>
-int Allocations(Call call)
-{
-  allocations = 0;
-  call();
-  return allocations;
-}
+using test_support::AllocationsOf;
 
 const std::wstring kWide = L"Stra\x00E9ny 12, \x0410\x0411\x0412, \x1EA0\x1EA1, a line that is longer than a short one";
 const std::wstring kGrowing = kWide + L" \x00DF\x0390\x00DF\x0149";
@@ -51,12 +20,12 @@ TEST(UnicodeAllocations, NoneForMovedTextThatDoesNotGrow)
   std::wstring (*const wide[])(std::wstring) = {UnicodeToLower, UnicodeToUpper, UnicodeCaseFold, UnicodeRemoveAccents};
   for (const auto map : wide) {
     std::wstring text = kWide;
-    EXPECT_EQ(Allocations([&] { text = map(std::move(text)); }), 0);
+    EXPECT_EQ(AllocationsOf([&] { text = map(std::move(text)); }), 0);
   }
   std::string (*const narrow[])(std::string) = {RemoveAccents1252, UnicodeRemoveAccents, ToUpper1252, ToLower1252};
   for (const auto map : narrow) {
     std::string text = kNarrow;
-    EXPECT_EQ(Allocations([&] { text = map(std::move(text)); }), 0);
+    EXPECT_EQ(AllocationsOf([&] { text = map(std::move(text)); }), 0);
   }
 }
 
@@ -64,28 +33,28 @@ TEST(UnicodeAllocations, OneForMovedTextThatGrows)
 {
   for (const auto map : {UnicodeCaseFold, static_cast<std::wstring (*)(std::wstring)>(UnicodeToUpper)}) {
     std::wstring text = kGrowing;
-    EXPECT_EQ(Allocations([&] { text = map(std::move(text)); }), 1);
+    EXPECT_EQ(AllocationsOf([&] { text = map(std::move(text)); }), 1);
   }
 }
 
 TEST(UnicodeAllocations, NoneInPlace)
 {
   std::wstring wide = kGrowing;
-  EXPECT_EQ(Allocations([&] { UnicodeUpperCaseMe(wide.data()); }), 0);
-  EXPECT_EQ(Allocations([&] { UnicodeRemoveAccentsMe(wide.data()); }), 0);
+  EXPECT_EQ(AllocationsOf([&] { UnicodeUpperCaseMe(wide.data()); }), 0);
+  EXPECT_EQ(AllocationsOf([&] { UnicodeRemoveAccentsMe(wide.data()); }), 0);
   std::string narrow = kNarrow;
-  EXPECT_EQ(Allocations([&] { Utf8RemoveAccentsMe(narrow.data()); }), 0);
+  EXPECT_EQ(AllocationsOf([&] { Utf8RemoveAccentsMe(narrow.data()); }), 0);
   narrow = kNarrow;
-  EXPECT_EQ(Allocations([&] { Utf8RemoveAccentsMe(narrow); }), 0);
+  EXPECT_EQ(AllocationsOf([&] { Utf8RemoveAccentsMe(narrow); }), 0);
 }
 
 TEST(UnicodeAllocations, OnlyTheCopyOfTextByReference)
 {
   const std::string ascii(100, 'a');
-  EXPECT_EQ(Allocations([&] { Utf8ToUpper(ascii); }), 1);
+  EXPECT_EQ(AllocationsOf([&] { Utf8ToUpper(ascii); }), 1);
   const std::string invalid = ascii + "\xC3";
-  EXPECT_LE(Allocations([&] { Utf8ToUpper(invalid); }), 2) << "wide text, and the copy of what is not valid";
-  EXPECT_EQ(Allocations([&] { UnicodeFold(kWide); }), 1);
+  EXPECT_LE(AllocationsOf([&] { Utf8ToUpper(invalid); }), 2) << "wide text, and the copy of what is not valid";
+  EXPECT_EQ(AllocationsOf([&] { UnicodeFold(kWide); }), 1);
 }
 
 }  // namespace

@@ -77,6 +77,22 @@ TEST(LocalityQuery, IsARecordWhoseFourthFieldIsTheLine)
   EXPECT_EQ(LocalityQuery(""), "\t\t\t");
 }
 
+TEST(NearestQuery, IsARecordWithBothNumbersInTheirFields)
+{
+  const std::string query = NearestQuery("-33.5", "151");
+  EXPECT_EQ(Record(query).Size(), 44U);
+  EXPECT_EQ(Record(query).Field(43), "-33.5");
+  EXPECT_EQ(Record(query).Field(44), "151");
+}
+
+TEST(AllFields, AreNumberedFromOne)
+{
+  const std::string numbers = AllFields();
+  EXPECT_TRUE(numbers.starts_with("1;2;3;")) << numbers;
+  EXPECT_TRUE(numbers.ends_with(";47;48")) << numbers;
+  EXPECT_EQ(std::count(numbers.begin(), numbers.end(), ';'), 47);
+}
+
 TEST(FieldName, NamesEveryFieldButTheReservedOnes)
 {
   for (std::size_t number = 1; number <= 48; ++number) {
