@@ -303,6 +303,13 @@ PointCursor Database::PointsNumbered(const Street& street, std::uint32_t number)
   return cursor;
 }
 
+PointCursor Database::PointsNamed(const Street& street) const
+{
+  PointCursor cursor = Points(street);
+  cursor.onlyNamed_ = true;
+  return cursor;
+}
+
 std::optional<std::uint32_t> Database::FindDpid(std::uint32_t dpid) const
 {
   namespace field = layout::dpid_index;

@@ -168,6 +168,8 @@ class Database
    * number 0: the points without a number. Only the blocks that can hold one are decoded.
    */
   PointCursor PointsNumbered(const Street& street, std::uint32_t number) const;
+  /** The points of a street that have a lot or a building, in stored order. */
+  PointCursor PointsNamed(const Street& street) const;
 
   std::optional<std::uint32_t> FindDpid(std::uint32_t dpid) const;  ///< the point's ordinal
 

@@ -69,7 +69,7 @@ bool PointCursor::Next(Point& point)
   while (next_ < blockEnd_ || EnterBlock()) {
     Decode(block_, state_);
     ++next_;
-    if (wanted_ == kNoIndex || IsWanted()) {
+    if (IsWanted()) {
       Fill(point);
       return true;
     }
@@ -131,6 +131,8 @@ void PointCursor::OpenBlock()
 
 bool PointCursor::IsWanted() const
 {
+  if (onlyNamed_ && state_.premise.lot == 0 && state_.premise.building == 0) return false;
+  if (wanted_ == kNoIndex) return true;
   return state_.numberFirst == wanted_ || (state_.numberFirst < wanted_ && wanted_ <= state_.premise.numberLast);
 }
 

@@ -107,6 +107,7 @@ class PointCursor
   std::uint32_t next_ = 0;           ///< place in the street of the next point to decode
   std::uint32_t blockEnd_ = 0;       ///< place in the street of the first point behind the block
   std::uint32_t wanted_ = kNoIndex;  ///< the number to narrow to; kNoIndex: all points
+  bool onlyNamed_ = false;           ///< narrow to points with a lot or a building
 };
 
 }  // namespace arf

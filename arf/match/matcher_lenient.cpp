@@ -151,8 +151,7 @@ void Matcher::TryLikeNames(const WrittenPlace& written, Place& place)
   if (sawLocality_) return;  // the name written is one already
   compared_ += static_cast<std::uint32_t>(signatures.size());
   if (compared_ > kMaxCompared) return;
-  for (std::uint32_t stored = 0; stored < signatures.size(); ++stored)
-    if (name.MayBe(signatures[stored])) TryLikeName(written, place, name, stored);
+  name.ForEachThatMayBe(signatures, [&](std::uint32_t stored) { TryLikeName(written, place, name, stored); });
 }
 
 void Matcher::TryLikeName(const WrittenPlace& written, Place& place, const WrittenName& name, std::uint32_t stored)
@@ -349,8 +348,8 @@ void Matcher::SearchWithoutCity()
   sawLocality_ = sawStreet_ = sawNumber_ = false;
   for (std::size_t start = first; start < end; ++start) ReadLocality(tail, start, &Matcher::SearchStreets);
   stage_ = Stage::Alike;
-  for (std::size_t start = first; start < end && !decision_.HasCandidates(); ++start)
-    ReadLocalityLeniently(tail, start);
+  if (sawLocality_ && !decision_.HasCandidates())
+    for (std::size_t start = first; start < end; ++start) ReadLocalityLeniently(tail, start);
   stage_ = Stage::AsWritten;
   sawLocality_ = sawLocality;
 }

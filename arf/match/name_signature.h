@@ -7,7 +7,6 @@
 #define QXPAF_ARF_MATCH_NAME_SIGNATURE_H
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -35,14 +34,19 @@ class NameSignature
     const std::uint32_t otherLength = other.bits_ >> kLetters;
     const std::uint32_t difference = length > otherLength ? length - otherLength : otherLength - length;
     // An error takes one letter away and adds another at most.
-    return difference <= errors &&
-           static_cast<unsigned>(std::popcount((bits_ ^ other.bits_) & kLetterMask)) <= 2 * errors;
+    return (difference <= errors) & HasAtMost(2 * errors, (bits_ ^ other.bits_) & kLetterMask);
   }
 
  private:
   static constexpr unsigned kLetters = 26;
   static constexpr std::uint32_t kLetterMask = (1U << kLetters) - 1;
   static constexpr std::size_t kLongest = 63;  ///< longer names count as that long
+  /** Whether so many bits are set at most; without a count of bits, which would be a call on basic processors. */
+  static constexpr bool HasAtMost(unsigned count, std::uint32_t bits)
+  {
+    for (; count > 0; --count) bits &= bits - 1;
+    return bits == 0;
+  }
   explicit NameSignature(std::uint32_t bits) : bits_(bits) {}
   std::uint32_t bits_ = 0;
 };

@@ -210,11 +210,12 @@ void Collect(PointCursor cursor, const PremiseComparison& comparison, Collection
 }
 
 /** Without a number, a lot or a building's name can still say which address is meant. */
-void CollectByLotOrBuilding(PointCursor cursor, const PremiseComparison& comparison, const Premise& premise,
+void CollectByLotOrBuilding(const Street& street, const PremiseComparison& comparison, const Premise& premise,
                             Collection& collection)
 {
+  collection.search.visited += street.points.count;
+  PointCursor cursor = collection.database.PointsNamed(street);
   for (Point point; cursor.Next(point);) {
-    ++collection.search.visited;
     const bool sameLot = !premise.lot.Empty() && SameIdentifier(premise.lot.View(), point.lot);
     if (!sameLot && !(premise.lot.Empty() && comparison.HasBuilding(point))) continue;
     collection.Take(point, comparison.Compare(point, Departures()));
@@ -258,7 +259,7 @@ PointSearch SearchPoints(const Database& database, const InputText& input, const
   }
   const bool hasOtherEvidence = !premise.lot.Empty() || !premise.building.Empty();
   if (!premise.HasNumber() && search.found.Empty() && search.units.Empty() && hasOtherEvidence)
-    CollectByLotOrBuilding(database.Points(street), comparison, premise, collection);
+    CollectByLotOrBuilding(street, comparison, premise, collection);
   // Two guesses at once, that a number inside a range means it and that its only unit is meant, are one too many.
   const bool isOnlyUnit = search.units.count == 1 && !search.units.departures.Has(Departure::InsideRange);
   if (search.found.Empty() && isOnlyUnit && rules == Rules::Lenient)

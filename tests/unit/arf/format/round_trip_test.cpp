@@ -292,6 +292,27 @@ TEST_F(RoundTrip, NarrowsToANumber)
   }
 }
 
+TEST_F(RoundTrip, NarrowsToLotsAndBuildings)
+{
+  std::uint32_t found = 0;
+  for (std::uint32_t i = 0; i < database_->StreetCount(); ++i) {
+    const Street street = database_->StreetAt(i);
+    arf::PointCursor cursor = database_->PointsNamed(street);
+    Point point;
+    for (std::uint32_t p = 0; p < street.points.count; ++p) {
+      const ModelAddress& address = Addresses()[street.points.first + p];
+      if (address.lot.empty() && address.building.empty()) continue;
+      ++found;
+      ASSERT_TRUE(cursor.Next(point)) << "street " << i;
+      ASSERT_EQ(point.ordinal, street.points.first + p);
+      ASSERT_NO_FATAL_FAILURE(ExpectPoint(*database_, address, point));
+    }
+    ASSERT_FALSE(cursor.Next(point)) << "street " << i;
+  }
+  EXPECT_GT(found, 0U);
+  EXPECT_LT(found, Addresses().size());
+}
+
 TEST_F(RoundTrip, AnswersAlikeInAllModes)
 {
   arf::AttributeText text;
