@@ -30,7 +30,10 @@ void AppendHint(BoundedText& out, const Database& data, const Hint& hint, char d
   AppendHintText(out, data, hint);
   out.CleanPart(delimiter);
   out << delimiter << LetterOf(hint.kind) << delimiter << hint.count << delimiter;
-  if (hint.own != kNoIndex) AppendDpid(out, data.DpidOf(hint.own));
+  if (hint.own != kNoIndex) {
+    const std::uint32_t principal = data.PrincipalOf(hint.own);
+    AppendDpid(out, data.DpidOf(principal == kNoIndex ? hint.own : principal));
+  }
   out << delimiter << static_cast<std::uint32_t>(hint.spelling);
 }
 

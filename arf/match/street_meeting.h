@@ -32,11 +32,12 @@ class StreetMeetings
   Meeting Find(const Database& data, const Street& first, const Street& second, std::uint32_t& visited);
 
  private:
+  /** Not initialised: few searches need these, and memory that nobody writes costs nothing. */
   struct Place
   {
-    std::int32_t along = 0;  ///< the coordinate in which the street reaches farther
-    std::int32_t across = 0;
-    std::uint32_t ordinal = 0;
+    std::int32_t along;  ///< the coordinate in which the street reaches farther
+    std::int32_t across;
+    std::uint32_t ordinal;
   };
 
   /** Different places that one street may have; it is the one with fewer addresses, and longer ones are cut. */

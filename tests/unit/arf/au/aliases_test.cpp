@@ -94,6 +94,15 @@ TEST_F(AddressAliases, AndTheirAddressAreOneAnswer)
   EXPECT_EQ(searcher.Lookup("2/7 Agat St, Opalton QLD 4735", 0), searcher.Lookup("2/7 Ruby St, Opalton QLD 4735", 0));
 }
 
+TEST_F(AddressAliases, AreHintsWithTheIdentifierOfTheirAddress)
+{
+  Searcher searcher(*database_);
+  const std::string corner = Dpid(searcher, "1 Quartz St, Opalton QLD 4735");
+  char hint[255];
+  ASSERT_EQ(searcher->GetPopupHint("40 ruby st opalt", "", 1, hint, sizeof hint), 0);
+  EXPECT_EQ(hint, "40 RUBY STREET, OPALTON QLD 4735\tA\t1\t" + corner + "\t0");
+}
+
 TEST_F(AddressAliases, AreNotAmongTheAddressesOfAPlace)
 {
   Searcher searcher(*database_);
