@@ -300,24 +300,12 @@ void AppendParsedField(BoundedText& text, const InputText& input, const Reading&
   }
 }
 
-}  // namespace
-
-void AppendDpid(BoundedText& text, std::uint32_t dpid)
-{
-  AppendDigits<kDpidDigits>(text, dpid);
-}
-
-void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const FieldList& fields,
-                         char delimiter)
-{
-  AppendAddressRecord(text, source, point, source.engine->Data().StreetAt(point.street), fields, delimiter);
-}
-
-void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const Street& street,
-                         const FieldList& fields, char delimiter)
+void AppendRecord(BoundedText& text, const OpenData& source, const Point& point, const Street& street,
+                  const FieldList& fields, char delimiter)
 {
   const Database& database = source.engine->Data();
-  const Address address{source, database, point, street, database.LocalityAt(street.locality)};
+  const Locality locality = fields.NeedPoint() ? database.LocalityAt(street.locality) : Locality();
+  const Address address{source, database, point, street, locality};
   RecordWriter record(text, delimiter);
   for (const FieldChoice& field : fields.Fields()) {
     record.Begin();
@@ -328,6 +316,34 @@ void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point&
       AppendField(text, address, field.Number());
   }
   record.Finish();
+}
+
+}  // namespace
+
+void AppendDpid(BoundedText& text, std::uint32_t dpid)
+{
+  AppendDigits<kDpidDigits>(text, dpid);
+}
+
+void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const FieldList& fields,
+                         char delimiter)
+{
+  AppendRecord(text, source, point, source.engine->Data().StreetAt(point.street), fields, delimiter);
+}
+
+void AppendAddressRecord(BoundedText& text, const OpenData& source, std::uint32_t ordinal, const FieldList& fields,
+                         char delimiter)
+{
+  const Database& database = source.engine->Data();
+  Street street;
+  Point point;
+  if (fields.NeedPoint()) {
+    point = database.PointAt(ordinal, street);
+  } else {
+    point.ordinal = ordinal;
+    point.dpid = database.DpidOf(ordinal);
+  }
+  AppendRecord(text, source, point, street, fields, delimiter);
 }
 
 void AppendEmptyRecord(BoundedText& text, const FieldList& fields, char delimiter)

@@ -16,9 +16,9 @@ namespace arf {
 /** Appends an address; the delimiter and control characters inside values become spaces. */
 void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const FieldList& fields,
                          char delimiter);
-/** The same for a point whose street is known. */
-void AppendAddressRecord(BoundedText& text, const OpenData& source, const Point& point, const Street& street,
-                         const FieldList& fields, char delimiter);
+/** The same by ordinal; the point is not decoded for fields that do not need it. */
+void AppendAddressRecord(BoundedText& text, const OpenData& source, std::uint32_t ordinal, const FieldList& fields,
+                         char delimiter);
 
 /** Appends the record that ends an enumeration: the delimiters alone. */
 void AppendEmptyRecord(BoundedText& text, const FieldList& fields, char delimiter);

@@ -127,9 +127,7 @@ int AuSearcher::GetNextAddressInPolygon(char* out, int outSize)
       AppendEmptyRecord(text, settings_.outputFields, settings_.delimiter);
       return 0;
     }
-    Street street;
-    const Point point = searches_->Data().PointAt(found->ordinal, street);
-    AppendAddressRecord(text, *searches_->data, point, street, settings_.outputFields, settings_.delimiter);
+    AppendAddressRecord(text, *searches_->data, found->ordinal, settings_.outputFields, settings_.delimiter);
     if (text.IsWhole()) polygon.Advance();
     return 0;
   });

@@ -88,6 +88,26 @@ std::string_view TakeEntry(std::string_view& list)
   return entry;
 }
 
+/** Whether a field tells more of an address than its identifiers and attributes. */
+bool NeedsPoint(const FieldChoice& field)
+{
+  if (field.IsAttribute()) return false;
+  switch (field.Number()) {
+    case PAF_AU_FIELD_COUNTRY:
+    case PAF_AU_FIELD_DPID:
+    case PAF_AU_FIELD_MATCH_QUALITY:
+    case PAF_AU_FIELD_BARCODE:
+    case PAF_AU_FIELD_SOURCE_IDENTIFIER:
+    case PAF_AU_FIELD_GEOCODE_RELIABILITY:
+    case PAF_AU_FIELD_MESH_BLOCK:
+    case PAF_AU_FIELD_STATISTICAL_AREA:
+    case PAF_AU_FIELD_LOCAL_GOVERNMENT_AREA:
+      return false;
+    default:
+      return true;
+  }
+}
+
 }  // namespace
 
 std::string_view FieldName(unsigned number)
@@ -138,6 +158,8 @@ std::string_view FieldList::Read(const Database& database, std::string_view text
     list.fields_[list.count_++] = *field;
   }
   if (list.count_ == 0) return "no field";
+  const auto fields = list.Fields();
+  list.needPoint_ = std::any_of(fields.begin(), fields.end(), NeedsPoint);
   *this = list;
   return {};
 }

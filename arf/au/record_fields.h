@@ -70,6 +70,8 @@ class FieldList
   std::string_view Read(const Database& database, std::string_view text);
 
   std::span<const FieldChoice> Fields() const { return {fields_.data(), count_}; }
+  /** Whether a field tells more than an address's identifiers and attributes, which are known without decoding it. */
+  bool NeedPoint() const { return needPoint_; }
   /**
    * The names (numbers for reserved fields), separated by ";".
    *
@@ -80,6 +82,7 @@ class FieldList
  private:
   std::array<FieldChoice, kMax> fields_;
   std::size_t count_ = 0;
+  bool needPoint_ = true;
 };
 
 }  // namespace arf

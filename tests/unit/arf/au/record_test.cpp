@@ -3,6 +3,7 @@
 
 #include <set>
 #include <string>
+#include <vector>
 
 #include "arf/au/record_fields.h"
 #include "unit/arf/au/searcher_fixture.h"
@@ -240,6 +241,37 @@ TEST_F(Records, AnAddressThatDidNotFitIsGivenAgain)
   EXPECT_EQ(searcher_->GetNextAddress(small, sizeof small), PAF_ERR_BUFFER_TOO_SMALL);
   EXPECT_EQ(searcher_.Next().text, "30000130");
   EXPECT_EQ(searcher_.Next().text, "30000132");
+}
+
+/** Fields that tell little of an address are written without decoding it; they must tell the same. */
+TEST_F(Records, OfAnAreaTellTheSameInOneFieldAsInAll)
+{
+  const auto column = [this](const std::string& fields) {
+    EXPECT_EQ(searcher_.SetProperty("OutputFields", fields).status, 0);
+    EXPECT_EQ(searcher_->BeginPolygonSearch("-33,150;-33,152;-35,152;-35,150", ""), 0);
+    std::vector<std::string> records;
+    char record[4096];
+    while (searcher_->GetNextAddressInPolygon(record, sizeof record) == 0 && records.size() < 1000 &&
+           std::string(record).find_first_not_of('|') != std::string::npos)
+      records.emplace_back(record);
+    return records;
+  };
+  std::string all = "DPID";
+  for (int field = 1; field <= PAF_AU_FIELD_COUNT; ++field) all += ";" + std::to_string(field);
+  const std::vector<std::string> whole = column(all + ";mesh_block;zone");
+  ASSERT_GT(whole.size(), 1U);
+  for (int field = 1; field <= PAF_AU_FIELD_COUNT + 2; ++field) {
+    const int attribute = field - PAF_AU_FIELD_COUNT;
+    const std::string name = attribute == 1 ? "mesh_block" : attribute == 2 ? "zone" : std::to_string(field);
+    const std::vector<std::string> one = column("DPID;" + name);
+    ASSERT_EQ(one.size(), whole.size()) << name;
+    for (std::size_t i = 0; i < one.size(); ++i) {
+      std::size_t start = 0;
+      for (int skipped = 0; skipped < field; ++skipped) start = whole[i].find('|', start) + 1;
+      const std::string expected = whole[i].substr(start, whole[i].find('|', start) - start);
+      EXPECT_EQ(one[i], whole[i].substr(0, 8) + "|" + expected) << name;
+    }
+  }
 }
 
 }  // namespace
