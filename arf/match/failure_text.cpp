@@ -201,11 +201,15 @@ void AppendPlaceFailure(BoundedText& text, const Database& database, const Failu
   text.Word(failure.writtenPlace.View()) << '.';
 }
 
-void AppendUnknownLocality(BoundedText& text, const Failure& failure)
+void AppendUnknownLocality(BoundedText& text, const Database& database, const Failure& failure)
 {
   text << "No locality was recognised";
   if (!failure.written.Empty()) text << " in \"" << failure.written.View() << '"';
   if (!failure.writtenPlace.Empty()) text << " for " << failure.writtenPlace.View();
+  if (failure.locality != kNoIndex) {
+    text << "; there is";
+    AppendLocality(text, database.LocalityAt(failure.locality));
+  }
   text << '.';
 }
 
@@ -246,7 +250,7 @@ void AppendFailure(BoundedText& text, const Database& database, const Failure& f
            << std::uint32_t{kMaxInputWords} << " words.";
       return;
     case Fault::LocalityUnknown:
-      return AppendUnknownLocality(text, failure);
+      return AppendUnknownLocality(text, database, failure);
     case Fault::PlaceContradicts:
       return AppendPlaceFailure(text, database, failure);
     case Fault::StreetMissing:

@@ -185,6 +185,7 @@ void Matcher::FailWithoutPlace(const Tail& tail)
   failure.fault = something ? Fault::LocalityUnknown : Fault::NothingRecognised;
   failure.written.Append(input_.Text(LastPart(input_, tail.localityEnd)));
   failure.writtenPlace = tail.place.Text();
+  failure.locality = LocalityAround(tail);
   Reading reading;
   reading.place = tail.place;
   if (const WordRange last = LastPart(input_, tail.localityEnd); something && last.first > 0) {

@@ -121,6 +121,8 @@ class Matcher
   void TryLikeNames(const WrittenPlace& written, Place& place);
   void TryLikeName(const WrittenPlace& written, Place& place, const WrittenName& name, std::uint32_t stored);
   void TryNamesThatContain(const WrittenPlace& written, Place& place);
+  IndexRange LocalityNamesFrom(std::string_view text) const;
+  std::uint32_t LocalityAround(const Tail& tail) const;
   void TryLocalities(const WrittenPlace& written, Place& place, std::span<const std::uint32_t> localities,
                      const Departures& departures);
   void TrySurroundings(const WrittenPlace& written, const Place& place);

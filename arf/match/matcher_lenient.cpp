@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "arf/format/partition_point.h"
 #include "arf/match/matcher.h"
 
 namespace arf {
@@ -176,18 +177,37 @@ void Matcher::TryNamesThatContain(const WrittenPlace& written, Place& place)
     }
     return;
   }
-  std::uint32_t first = 0;
-  for (std::uint32_t count = data_.LocalityNameCount(); count > 0;) {
-    const std::uint32_t half = count / 2;
-    const bool isBefore = data_.LocalityName(first + half) < text;
-    if (isBefore) first += half + 1;
-    count = isBefore ? count - half - 1 : half;
-  }
-  for (std::uint32_t name = first; name < first + kMostContaining; ++name) {
-    if (data_.LocalityName(name).substr(0, text.size()) != text) return;
+  const IndexRange names = LocalityNamesFrom(text);
+  for (std::uint32_t name = names.first; name < names.first + names.count; ++name)
     if (ContainsWords(data_.LocalityName(name), text))
       TryLocalities(written, place, data_.LocalitiesNamed(name), departures);
+}
+
+/** The first names of localities that begin with a text. */
+IndexRange Matcher::LocalityNamesFrom(std::string_view text) const
+{
+  const std::uint32_t all = data_.LocalityNameCount();
+  IndexRange names{PartitionPoint(0, all, [&](std::uint32_t i) { return data_.LocalityName(i) < text; }), 0};
+  while (names.count < kMostContaining && names.first + names.count < all &&
+         data_.LocalityName(names.first + names.count).starts_with(text))
+    ++names.count;
+  return names;
+}
+
+/** A locality that the last words may be a part of, to be named in a message; kNoIndex for none. */
+std::uint32_t Matcher::LocalityAround(const Tail& tail) const
+{
+  constexpr std::size_t kMostWords = 3;
+  const std::size_t end = tail.localityEnd;
+  for (std::size_t start = end > kMostWords ? end - kMostWords : 0; start < end; ++start) {
+    const std::string_view text = input_.Text(start, end);
+    const IndexRange names = LocalityNamesFrom(text);
+    for (std::uint32_t name = names.first; name < names.first + names.count; ++name)
+      for (const std::uint32_t locality : data_.LocalitiesNamed(name))
+        if (ContainsWords(data_.LocalityName(name), text) && tail.place.StateFits(data_.LocalityAt(locality)))
+          return locality;
   }
+  return kNoIndex;
 }
 
 /** The localities around those written: people take the name next to theirs. */

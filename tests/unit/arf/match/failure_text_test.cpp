@@ -37,6 +37,10 @@ TEST(FailureText, OfLookups)
   const FailureRow rows[] = {
       {"xyzzy", "Neither a locality nor a street was recognised."},
       {"3 Station St Nowhere NT", "No locality was recognised in \"3 STATION ST NOWHERE\" for NT."},
+      {"999 West St, Mount", "No locality was recognised in \"MOUNT\"; there is MOUNT ISA QLD 4825."},
+      {"999 West St, Mount QLD", "No locality was recognised in \"MOUNT\" for QLD; there is MOUNT ISA QLD 4825."},
+      {"999 West St, Mount NSW", "No locality was recognised in \"MOUNT\" for NSW."},
+      {"999 West St, Mou", "No locality was recognised in \"MOU\"."},
       {"3 Station St, Nowhere", "No locality was recognised in \"NOWHERE\"."},
       {"1 George St Sydney VIC 3000", "SYDNEY is NSW 2000, NSW 2001, not VIC 3000."},
       {"Richmond TAS", "RICHMOND is NSW 2753, VIC 3121, not TAS."},
