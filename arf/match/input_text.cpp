@@ -105,10 +105,12 @@ Joint Combine(Joint pending, Joint next)
 }  // namespace
 
 /** One pass over a text. */
-class InputReader
+class InputTextReader
 {
  public:
-  InputReader(InputText& target, std::string_view text) : target_(target), rest_(text), isUtf8_(IsValidUtf8(text)) {}
+  InputTextReader(InputText& target, std::string_view text) : target_(target), rest_(text), isUtf8_(IsValidUtf8(text))
+  {
+  }
 
   InputFault Run()
   {
@@ -261,7 +263,7 @@ InputFault InputText::Read(std::string_view text)
 {
   count_ = 0;
   if (text.size() > kMaxInputBytes) return InputFault::TooLong;
-  return InputReader(*this, text).Run();
+  return InputTextReader(*this, text).Run();
 }
 
 std::string_view InputText::Text(std::size_t first, std::size_t last) const

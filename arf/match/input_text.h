@@ -75,7 +75,7 @@ class InputText
   std::size_t WordsWithoutDigits(std::size_t first, std::size_t end, std::size_t most) const;
 
  private:
-  friend class InputReader;
+  friend class InputTextReader;
 
   // A byte of Windows-1252 takes up to three bytes as UTF-8.
   std::array<char, 3 * kMaxInputBytes + kMaxInputWords> buffer_;
