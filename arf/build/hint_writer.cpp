@@ -126,7 +126,7 @@ std::vector<std::uint32_t> LocalityWeights(const AddressTable& table, const std:
   return weights;
 }
 
-/** For each kind of postal deliveries the largest streets of it; kinds by name. */
+/** For each kind of postal deliveries the largest streets of it; kinds as the input first has them. */
 void WritePostalLists(SectionWriter& writer, const AddressTable& table, const std::vector<std::uint32_t>& weights)
 {
   std::map<std::uint32_t, std::vector<std::uint32_t>> kinds;

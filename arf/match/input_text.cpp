@@ -274,6 +274,13 @@ std::string_view InputText::Text(std::size_t first, std::size_t last) const
   return {start, static_cast<std::size_t>(end.data() + end.size() - start)};
 }
 
+WordRange InputText::LastPart(std::size_t end) const
+{
+  std::size_t first = end;
+  while (first > 0 && words_[first - 1].before != Joint::Break) --first;
+  return {first > 0 ? first - 1 : 0, end};
+}
+
 bool InputText::HasInnerBreak(WordRange range) const
 {
   for (std::size_t i = range.first + 1; i < range.last; ++i)

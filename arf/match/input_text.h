@@ -68,6 +68,9 @@ class InputText
   std::string_view Text(std::size_t first, std::size_t last) const;
   std::string_view Text(WordRange range) const { return Text(range.first, range.last); }
 
+  /** The words before `end` that no break separates. */
+  WordRange LastPart(std::size_t end) const;
+
   /** Whether a break stands between two of these words. */
   bool HasInnerBreak(WordRange range) const;
   bool HasDigit(WordRange range) const;

@@ -10,14 +10,6 @@ namespace {
 
 constexpr std::size_t kLongestLocalityName = 6;  // words
 
-/** The words behind the last break before `end`. */
-WordRange LastPart(const InputText& input, std::size_t end)
-{
-  std::size_t first = end;
-  while (first > 0 && input[first - 1].before != Joint::Break) --first;
-  return {first > 0 ? first - 1 : 0, end};
-}
-
 bool IsSameAddress(const Point& a, const Point& b)
 {
   const auto parts = [](const Point& p) {
@@ -183,12 +175,12 @@ void Matcher::FailWithoutPlace(const Tail& tail)
   Failure failure;
   const bool something = !tail.place.Empty() || LooksLikeStreet(input_);
   failure.fault = something ? Fault::LocalityUnknown : Fault::NothingRecognised;
-  failure.written.Append(input_.Text(LastPart(input_, tail.localityEnd)));
+  failure.written.Append(input_.Text(input_.LastPart(tail.localityEnd)));
   failure.writtenPlace = tail.place.Text();
   failure.locality = LocalityAround(tail);
   Reading reading;
   reading.place = tail.place;
-  if (const WordRange last = LastPart(input_, tail.localityEnd); something && last.first > 0) {
+  if (const WordRange last = input_.LastPart(tail.localityEnd); something && last.first > 0) {
     reading.locality = last;
     DescribeBody({0, last.first}, reading);
   }

@@ -356,11 +356,9 @@ void Matcher::SearchRepaired(std::string_view text)
 void Matcher::SearchWithoutCity()
 {
   Tail tail = *Tails(input_).begin();
-  const std::size_t cityEnd = tail.localityEnd;
-  while (tail.localityEnd > 0 && input_[tail.localityEnd - 1].before != Joint::Break) --tail.localityEnd;
-  if (tail.localityEnd > 0) --tail.localityEnd;
-  const std::size_t end = tail.localityEnd;
-  if (tail.place.Empty() || end == 0 || end == cityEnd || input_.HasDigit({end, cityEnd})) return;
+  const WordRange city = input_.LastPart(tail.localityEnd);
+  const std::size_t end = tail.localityEnd = city.first;
+  if (tail.place.Empty() || end == 0 || city.Empty() || input_.HasDigit(city)) return;
   const bool sawLocality = sawLocality_;
   const std::size_t first = end > kLongestLikeName ? end - kLongestLikeName : 0;
   quiet_ = true;

@@ -72,7 +72,7 @@ class PremiseParser
     ReadSingleNumber(end);
     ReadPrefixedNumber(end);
     ReadLotOnly(end);
-    if (!foundNumber_) ReadElements(Premise{}, end);
+    if (!foundNumber_ || sawHouseSign_) ReadElements(Premise{}, end);
   }
 
  private:
@@ -202,7 +202,12 @@ class PremiseParser
   {
     if (Joined(start, Joint::Slash)) return ReadSlashed(premise, start);
     std::size_t position = start;
-    if (Has(position) && (IsNumberSign(Before(position).text) || IsHouseSign(position))) --position;
+    if (Has(position) && IsHouseSign(position)) {
+      sawHouseSign_ = true;  // some registers have the houses of a settlement as units without a number
+      --position;
+    } else if (Has(position) && IsNumberSign(Before(position).text)) {
+      --position;
+    }
     ReadElements(premise, position);
     ReadBarePair(premise, position);
   }
@@ -338,6 +343,7 @@ class PremiseParser
   Preference preference_;
   bool sawAmbiguous_ = false;
   bool foundNumber_ = false;
+  bool sawHouseSign_ = false;
   Premises& result_;
 };
 

@@ -52,7 +52,7 @@ Meeting StreetMeetings::Find(const Database& data, const Street& first, const St
   double least = kNear * kNear;
   LocatedPoints points(data, isFirstKept ? second : first, visited);
   for (Point point; count_ > 0 && points.Next(point);) {
-    meeting.isLocated = true;
+    meeting.isLocated = isWhole_;
     const double eastScale = kMetresPerMillionth * std::cos(RadiansOf(point.latitude));
     const double alongScale = isAlongLongitude_ ? eastScale : kMetresPerMillionth;
     const double acrossScale = isAlongLongitude_ ? kMetresPerMillionth : eastScale;
@@ -81,7 +81,10 @@ void StreetMeetings::Collect(const Database& data, const Street& street, std::ui
   count_ = 0;
   std::int32_t south = INT32_MAX, west = INT32_MAX, north = INT32_MIN, east = INT32_MIN;
   LocatedPoints points(data, street, visited);
-  for (Point point; count_ < kMaxPlaces && points.Next(point);) {
+  isWhole_ = true;
+  for (Point point; points.Next(point);) {
+    isWhole_ = count_ < kMaxPlaces;
+    if (!isWhole_) break;
     places_[count_++] = {point.latitude, point.longitude, point.ordinal};
     south = std::min(south, point.latitude);
     north = std::max(north, point.latitude);

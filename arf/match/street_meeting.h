@@ -14,7 +14,7 @@ struct Meeting
   std::uint32_t first = kNoIndex;  ///< ordinal of the address of one street that is nearest to the other one
   std::uint32_t second = kNoIndex;
   double metres = 0;
-  bool isLocated = false;  ///< both streets have numbered addresses with places
+  bool isLocated = false;  ///< both streets have numbered addresses with places, and all of them were compared
   bool Found() const { return first != kNoIndex; }
 };
 
@@ -47,6 +47,7 @@ class StreetMeetings
 
   std::array<Place, kMaxPlaces> places_;
   std::size_t count_ = 0;
+  bool isWhole_ = true;  ///< the street has no more places than were collected
   bool isAlongLongitude_ = false;
 };
 

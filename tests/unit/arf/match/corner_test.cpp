@@ -182,6 +182,28 @@ TEST(StreetMeetings, WithoutNumbersOrPlaces)
   EXPECT_FALSE(meeting.Found());
 }
 
+/** Streets too long to be compared whole: nothing found does not say that they are apart. */
+TEST(StreetMeetings, OfVeryLongStreets)
+{
+  const auto meetings = std::make_unique<arf::StreetMeetings>();
+  for (const int count : {1024, 1025}) {
+    std::vector<std::string> numbers;
+    for (int i = 1; i <= count; ++i) numbers.push_back(std::to_string(i));
+    std::vector<Written> addresses;
+    for (int i = 0; i < 2 * count; ++i)
+      addresses.push_back({numbers[static_cast<std::size_t>(i % count)].c_str(),
+                           i < count ? "HIGH,STREET" : "MILL,LANE", i < count ? -33.5 : -34.5,
+                           151 + 0.00001 * (i % count)});
+    const test_support::TempDir dir;
+    const auto engine = arf_test::OpenEngine(arf_test::BuildDatabaseFrom(dir, dir.Write("a.csv", CsvOf(addresses))));
+    const arf::Database& data = engine->Data();
+    std::uint32_t visited = 0;
+    const arf::Meeting meeting = meetings->Find(data, StreetNamed(data, "HIGH"), StreetNamed(data, "MILL"), visited);
+    EXPECT_FALSE(meeting.Found());
+    EXPECT_EQ(meeting.isLocated, count == 1024) << count;
+  }
+}
+
 /* Searches. A thousandth of a degree is 111 metres northwards and 93 eastwards. */
 
 const arf::Engine& Town()

@@ -97,7 +97,7 @@ TEST(Premise, AllReadings)
       {"8 & 13/308", {"unit(:13) 308[8]!"}},
       {"3 12", {"12[3]!", "unit(:3) 12?"}},
       {"Foo House", {"[FOO HOUSE]"}},
-      {"House 12", {"12"}},
+      {"House 12", {"12", "unit(HOUSE:12)"}},
       {"House 3/12", {"unit(HOUSE:3) 12"}},
       {"House 3, 12", {"unit(HOUSE:3) 12"}},
       {"Foo House 12", {"12[FOO HOUSE]"}},
