@@ -9,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace tool {
@@ -64,12 +65,13 @@ class OrderedWorkers
     slots_.pop_front();
     --pending_;
     if (slot->error) {
-      std::rethrow_exception(slot->error);
+      std::rethrow_exception(std::exchange(slot->error, nullptr));
     }
     return std::move(slot->job);
   }
 
  private:
+  /** Once done, what it holds is the taker's alone: the worker may let go of the slot later than the taker does. */
   struct Slot
   {
     std::unique_ptr<Job> job;
@@ -101,7 +103,7 @@ class OrderedWorkers
       }
       {
         const std::lock_guard lock(mutex_);
-        slot->error = error;
+        slot->error = std::move(error);
         slot->done = true;
       }
       changed_.notify_all();
