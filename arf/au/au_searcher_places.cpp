@@ -198,7 +198,7 @@ int AuSearcher::CountInLocalities(std::string_view line)
   PointFilter* filter = places.countFilter.Configure(settings_.search);
   const Database& data = searches_->Data();
   for (const std::uint32_t index : places.localities) {
-    const IndexRange streets = data.LocalityAt(index).streets;
+    const IndexRange streets = data.LocalityStreets(index);
     for (std::uint32_t i = 0; i < streets.count; ++i) {
       if (!filter) {
         places.statistics.AddStreet(streets.first + i);

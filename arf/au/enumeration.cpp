@@ -69,7 +69,7 @@ bool Enumeration::FindNext()
   while (!cursor_.Next(point_)) {
     while (streets_.count == 0) {
       if (nextLocality_ == localities_.size()) return false;
-      streets_ = database_.LocalityAt(localities_[nextLocality_++]).streets;
+      streets_ = database_.LocalityStreets(localities_[nextLocality_++]);
     }
     cursor_ = database_.Points(database_.StreetAt(streets_.first++));
     --streets_.count;

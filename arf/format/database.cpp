@@ -103,6 +103,16 @@ Dictionary Postcodes(const FileView& view)
   return {view, SectionId::Postcodes, SectionId::PostcodePostings};
 }
 
+IndexRange StreetsOfLocality(const FileView& view, std::uint32_t locality)
+{
+  namespace field = layout::locality;
+  const ByteReader& section = view.Section(SectionId::Localities);
+  const ByteReader record = Record(section, locality, field::kSize);
+  if (!record.Data()) return {};
+  const std::uint32_t end = EndOf(section, locality, field::kSize, field::kFirstStreet, view.streetCount);
+  return RangeOf(record.U32At(field::kFirstStreet), end, view.streetCount);
+}
+
 std::uint32_t FirstPointOf(const FileView& view, std::uint32_t street)
 {
   const std::uint64_t at = std::uint64_t{street} * layout::street::kSize;
@@ -226,10 +236,27 @@ Locality Database::LocalityAt(std::uint32_t index) const
   const ByteReader& section = view.Section(SectionId::Localities);
   const ByteReader record = Record(section, index, field::kSize);
   if (!record.Data()) return {};
-  const std::uint32_t end = EndOf(section, index, field::kSize, field::kFirstStreet, view.streetCount);
   return {view.String(record.U32At(field::kName)), view.String(record.U32At(field::kState)),
-          view.String(record.U32At(field::kPostcode)),
-          RangeOf(record.U32At(field::kFirstStreet), end, view.streetCount), record.U32At(field::kNameIndex)};
+          view.String(record.U32At(field::kPostcode)), StreetsOfLocality(view, index), record.U32At(field::kNameIndex)};
+}
+
+std::string_view Database::LocalityState(std::uint32_t locality) const
+{
+  namespace field = layout::locality;
+  const ByteReader record = Record(impl_->view.Section(SectionId::Localities), locality, field::kSize);
+  return record.Data() ? impl_->view.String(record.U32At(field::kState)) : std::string_view();
+}
+
+IndexRange Database::LocalityStreets(std::uint32_t locality) const
+{
+  return StreetsOfLocality(impl_->view, locality);
+}
+
+std::uint32_t Database::LocalityNameIndex(std::uint32_t locality) const
+{
+  namespace field = layout::locality;
+  const ByteReader record = Record(impl_->view.Section(SectionId::Localities), locality, field::kSize);
+  return record.Data() ? record.U32At(field::kNameIndex) : kNoIndex;
 }
 
 Street Database::StreetAt(std::uint32_t index) const
@@ -397,25 +424,22 @@ std::uint32_t Database::StreetNameIndex(std::uint32_t street) const
   return street < impl_->view.streetCount ? NameIndexOf(impl_->view, street) : kNoIndex;
 }
 
-IndexRange Database::StreetsOf(const Locality& locality, std::string_view name) const
+IndexRange Database::StreetsOf(const IndexRange& localityStreets, std::string_view name) const
 {
   const std::optional<std::uint32_t> n = FindStreetName(name);
-  return n ? StreetsOf(locality, *n) : IndexRange{};
+  return n ? StreetsOf(localityStreets, *n) : IndexRange{};
 }
 
-IndexRange Database::StreetsOf(const Locality& locality, std::uint32_t nameIndex) const
+/** Looks among the streets of the name: few of them lie side by side, a locality's records far apart. */
+IndexRange Database::StreetsOf(const IndexRange& localityStreets, std::uint32_t nameIndex) const
 {
-  const FileView& view = impl_->view;
-  if (nameIndex == kNoIndex) return {};
-  // One added, kNoIndex comes before every name, which is how a locality's streets are sorted.
-  const auto rank = [&](std::uint32_t street) { return NameIndexOf(view, street) + 1; };
-  const IndexRange all =
-      RangeOf(locality.streets.first, locality.streets.first + locality.streets.count, view.streetCount);
-  const std::uint32_t first =
-      PartitionPoint(all.first, all.count, [&](std::uint32_t street) { return rank(street) < nameIndex + 1; });
-  const std::uint32_t end = PartitionPoint(first, all.first + all.count - first,
-                                           [&](std::uint32_t street) { return rank(street) <= nameIndex + 1; });
-  return RangeOf(first, end, view.streetCount);
+  const std::span<const std::uint32_t> named = StreetsNamed(nameIndex);
+  const std::uint32_t first = localityStreets.first;
+  const std::uint32_t end = first + localityStreets.count;
+  const auto begin = std::lower_bound(named.begin(), named.end(), first);
+  if (begin == named.end() || *begin >= end) return {};
+  const auto count = std::lower_bound(begin, named.end(), end) - begin;
+  return RangeOf(*begin, std::min(end, *begin + static_cast<std::uint32_t>(count)), impl_->view.streetCount);
 }
 
 IndexRange Database::PostalStreetsOf(const Locality& locality) const

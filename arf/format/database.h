@@ -189,12 +189,15 @@ class Database
   std::span<const std::uint32_t> StreetsNamed(std::uint32_t n) const;
   std::optional<std::uint32_t> FindStreetName(std::string_view name) const;
 
-  /** Of StreetAt(street), without the rest of it. */
+  /** Fields of LocalityAt and StreetAt, without the rest, which lies far apart in the file. */
+  std::string_view LocalityState(std::uint32_t locality) const;
+  IndexRange LocalityStreets(std::uint32_t locality) const;
+  std::uint32_t LocalityNameIndex(std::uint32_t locality) const;
   std::uint32_t StreetNameIndex(std::uint32_t street) const;
 
-  /** Streets of a locality that bear a name (by key), contiguous because a locality's streets are sorted by it. */
-  IndexRange StreetsOf(const Locality& locality, std::string_view name) const;
-  IndexRange StreetsOf(const Locality& locality, std::uint32_t nameIndex) const;
+  /** Those of a locality's streets that bear a name (by key), contiguous because they are sorted by it. */
+  IndexRange StreetsOf(const IndexRange& localityStreets, std::string_view name) const;
+  IndexRange StreetsOf(const IndexRange& localityStreets, std::uint32_t nameIndex) const;
   /** The postal delivery kinds of a locality (isPostal): the first of its streets. */
   IndexRange PostalStreetsOf(const Locality& locality) const;
 

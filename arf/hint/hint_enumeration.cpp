@@ -71,7 +71,7 @@ void HintEnumeration::Open(const Hint& hint)
   if (hint.kind == HintKind::Street) parts_ = Parts::Numbers;
   if (hint.kind != HintKind::Locality) return;
   parts_ = Parts::Streets;
-  rest_ = data_.LocalityAt(hint.locality).streets;
+  rest_ = data_.LocalityStreets(hint.locality);
 }
 
 bool HintEnumeration::NextPart()

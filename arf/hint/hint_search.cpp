@@ -253,8 +253,8 @@ void HintSearch::VisitPlace(const Query& query, const Place& place)
         VisitLocality(query, data_.LocalityAt(range.first + i));
       continue;
     }
-    const std::uint32_t first = data_.LocalityAt(range.first).streets.first;
-    const IndexRange last = data_.LocalityAt(range.first + range.count - 1).streets;
+    const std::uint32_t first = data_.LocalityStreets(range.first).first;
+    const IndexRange last = data_.LocalityStreets(range.first + range.count - 1);
     const std::uint32_t end = last.first + last.count;
     if (end > first) VisitNamesIn(query, {first, end - first});
   }

@@ -6,6 +6,7 @@
 
 #include "arf/format/database.h"
 #include "arf/match/name_index.h"
+#include "arf/match/names_by_length.h"
 
 namespace arf {
 
@@ -15,18 +16,21 @@ class Engine
   explicit Engine(std::unique_ptr<const Database> database)
       : database_(std::move(database)),
         localityNames_(*database_, kLocalityDictionary),
-        streetNames_(*database_, kStreetDictionary)
+        streetNames_(*database_, kStreetDictionary),
+        localitiesByLength_(localityNames_.Signatures())
   {
   }
 
   const Database& Data() const { return *database_; }
   const NameIndex& LocalityNames() const { return localityNames_; }
   const NameIndex& StreetNames() const { return streetNames_; }
+  const NamesByLength& LocalitiesByLength() const { return localitiesByLength_; }
 
  private:
   std::unique_ptr<const Database> database_;
   NameIndex localityNames_;
   NameIndex streetNames_;
+  NamesByLength localitiesByLength_;
 };
 
 }  // namespace arf

@@ -134,7 +134,7 @@ void AppendStreetFailure(BoundedText& text, const Database& database, const Fail
   if (failure.fault == Fault::StreetTypeDiffers) {
     text << "; there is";
     ListText list(text, ",");
-    const IndexRange streets = database.StreetsOf(locality, database.StreetAt(failure.street).nameIndex);
+    const IndexRange streets = database.StreetsOf(locality.streets, database.StreetAt(failure.street).nameIndex);
     for (std::uint32_t i = streets.first; i < streets.first + streets.count; ++i)
       if (list.Next()) AppendStreet(text, database.StreetAt(i));
     list.Finish();

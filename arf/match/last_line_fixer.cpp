@@ -119,7 +119,7 @@ void LastLineFixer::CollectTypos(const Line& line)
   if (written.View().size() < kShortestMistyped || input_.HasDigit(line.name)) return;
   if (!line.place.postcode.Empty()) {
     for (const std::uint32_t locality : data_.LocalitiesOfPostcode(line.place.postcode.View()))
-      CollectTypo(line, written.View(), data_.LocalityAt(locality).nameIndex);
+      CollectTypo(line, written.View(), data_.LocalityNameIndex(locality));
     return;
   }
   for (std::uint32_t name = 0; name < data_.LocalityNameCount(); ++name) CollectTypo(line, written.View(), name);

@@ -39,7 +39,7 @@ LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
   trailing_ = {};
   visited_ = 0;
   compared_ = 0;
-  sawLocality_ = sawStreet_ = sawNumber_ = false;
+  seen_ = {};
   decision_.Reset();
   if (input_.Read(text) != InputFault::None) {
     Failure failure;
@@ -48,10 +48,11 @@ LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
     return Answer();
   }
   Search();
+  if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text, Stage::AsWritten);
   if (!Strict()) SearchLeniently();
   SearchBuildings();
   SearchCorners();
-  if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text);
+  if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text, Stage::Alike);
   if (!Strict() && !decision_.HasCandidates()) SearchWithoutCity();
   return Answer();
 }
@@ -86,13 +87,13 @@ void Matcher::Search()
   if (input_.Count() == 0) return;
   ForEachPlace(&Matcher::SearchStreets);
   if (decision_.HasCandidates()) return;
-  if (!sawLocality_) FailWithoutPlace(*Tails(input_).begin());
+  if (!seen_.locality) FailWithoutPlace(*Tails(input_).begin());
 }
 
 /** Looks at every address of the localities, therefore last. */
 void Matcher::SearchBuildings()
 {
-  if (decision_.HasCandidates() || !sawLocality_ || decision_.Deepest().fault > Fault::StreetUnknown) return;
+  if (decision_.HasCandidates() || !seen_.locality || decision_.Deepest().fault > Fault::StreetUnknown) return;
   ForEachPlace(&Matcher::SearchBuilding);
 }
 
@@ -127,7 +128,7 @@ void Matcher::ReadLocality(const Tail& tail, std::size_t start, PlaceStep step)
 void Matcher::ReadKnownLocality(const Tail& tail, WordRange words, std::span<const std::uint32_t> named,
                                 const Departures& departures, PlaceStep step)
 {
-  sawLocality_ = true;
+  seen_.locality = true;
   Place place;
   place.reading.locality = words;
   place.body = {0, words.first};

@@ -85,6 +85,20 @@ class Matcher
     void Add(std::uint32_t street, unsigned withSum);
   };
 
+  enum class Stage : std::uint8_t
+  {
+    AsWritten,  ///< names and types as they stand; faults are noted
+    Alike       ///< a number must confirm everything else
+  };
+
+  /** What of the text was found in the data as it is written. */
+  struct Seen
+  {
+    bool locality = false;
+    bool street = false;  ///< name and type, in a locality as written
+    bool number = false;  ///< there
+  };
+
   /** What is done with every place that the readings of the last line give. */
   using PlaceStep = void (Matcher::*)(const Place&);
 
@@ -113,7 +127,7 @@ class Matcher
 
   // A lenient search beyond what was written; matcher_lenient.cpp.
   void SearchLeniently();
-  void SearchRepaired(std::string_view text);
+  void SearchRepaired(std::string_view text, Stage last);
   void SearchWithoutCity();
   void ReadLocalityLeniently(const Tail& tail, std::size_t start);
   void TryNames(const WrittenPlace& written, Place& place);
@@ -132,6 +146,7 @@ class Matcher
                          std::uint32_t locality, std::optional<Premises>& premises);
   std::optional<Departures> CompareType(const StreetEnding& ending, const Street& street, IndexRange sameName) const;
   bool HasSuffixed(const Street& street, IndexRange sameName) const;
+  bool StateFits(const WrittenPlace& written, std::uint32_t locality) const;
   bool IsConvincing(const Departures& departures) const;
 
   // Corners of two streets; matcher_corner.cpp.
@@ -155,12 +170,6 @@ class Matcher
   bool Strict() const { return rules_ == Rules::Strict; }
   bool Exhausted() const { return visited_ > kMaxVisited; }
 
-  enum class Stage : std::uint8_t
-  {
-    AsWritten,  ///< names and types as they stand; faults are noted
-    Alike       ///< a number must confirm everything else
-  };
-
   const Engine& engine_;
   const Database& data_;
   InputText input_;
@@ -172,9 +181,7 @@ class Matcher
   bool quiet_ = false;  ///< faults are those of the text as it was written
   std::uint32_t visited_ = 0;
   std::uint32_t compared_ = 0;
-  bool sawLocality_ = false;
-  bool sawStreet_ = false;                  ///< name and type as written, in a locality as written
-  bool sawNumber_ = false;                  ///< there
+  Seen seen_;
   bool isAtCorner_ = false;                 ///< places are searched for two streets
   CornerStreets* cornerStreets_ = nullptr;  ///< takes the streets that are found instead of a search for numbers
   StreetMeetings meetings_;

@@ -32,14 +32,13 @@ void Matcher::CornerStreets::Add(std::uint32_t street, unsigned withSum)
 void Matcher::SearchCorners()
 {
   if (decision_.HasCandidates() || quiet_ || Exhausted() || !MayBeCorner(input_)) return;
-  const bool sawStreet = sawStreet_, sawNumber = sawNumber_;
-  sawStreet_ = sawNumber_ = false;
+  const Seen seen = seen_;
+  seen_.street = seen_.number = false;
   isAtCorner_ = true;
   ForEachPlace(&Matcher::SearchStreets);
   if (!Strict() && decision_.GoesFurther(Fault::CornerWritten)) SearchLeniently();
   isAtCorner_ = false;
-  sawStreet_ = sawStreet;
-  sawNumber_ = sawNumber;
+  seen_ = seen;
 }
 
 void Matcher::SearchCorner(const Place& place)
@@ -64,11 +63,11 @@ void Matcher::SearchCornerNumber(const Place& place, const CornerWords& words)
   isAtCorner_ = false;
   for (const Stage next : {Stage::AsWritten, Stage::Alike}) {
     stage_ = next;
-    if (!decision_.HasCandidates() && !sawNumber_) SearchStreets(numbered);
+    if (!decision_.HasCandidates() && !seen_.number) SearchStreets(numbered);
   }
   isAtCorner_ = true;
   stage_ = stage;
-  sawStreet_ = sawNumber_ = false;
+  seen_.street = seen_.number = false;
 }
 
 /** The streets of a place that some words mean, those nearest to what was written. */
@@ -87,7 +86,7 @@ Matcher::CornerStreets Matcher::FindCornerStreets(const Place& place, WordRange 
     SearchStreetsOf(one);
     if (found.count == 0 && !shared.type.empty()) SearchEnding(one, shared);
     if (found.count == 0 && !plural.type.empty() && plural.nameEnd > words.first) SearchEnding(one, plural);
-    sawStreet_ = false;
+    seen_.street = false;
   };
   stage_ = Stage::AsWritten;
   search();

@@ -63,14 +63,14 @@ std::optional<Departure> DepartureOf(Likeness likeness, const LikenessCosts& cos
 void Matcher::SearchLeniently()
 {
   // A number that is there, or nothing but ways of writing, needs no guess.
-  if (decision_.IsAsWritten() || sawNumber_ || Exhausted() || input_.Count() == 0) return;
+  if (decision_.IsAsWritten() || seen_.number || Exhausted() || input_.Count() == 0) return;
   stage_ = Stage::Alike;
   const Tails tails(input_);
   const Tail& tail = *tails.begin();
   const std::size_t end = tail.localityEnd;
   for (std::size_t start = end > kLongestLikeName ? end - kLongestLikeName : 0; start < end; ++start)
     ReadLocalityLeniently(tail, start);
-  if (!sawLocality_) TryWithoutLocality(tail);
+  if (!seen_.locality) TryWithoutLocality(tail);
   stage_ = Stage::AsWritten;
 }
 
@@ -102,7 +102,7 @@ void Matcher::TryNames(const WrittenPlace& written, Place& place)
   place.reading.place = written;
   for (const NameHit& hit : engine_.LocalityNames().Find(input_, place.reading.locality))
     TryKnownName(written, place, hit);
-  if (sawStreet_) return;  // nothing is wrong with the names
+  if (seen_.street) return;  // nothing is wrong with the names
   TryLikeNames(written, place);
   TryNamesThatContain(written, place);
 }
@@ -111,14 +111,19 @@ void Matcher::TryKnownName(const WrittenPlace& written, Place& place, const Name
 {
   const Departures before = place.departures;
   const std::span<const std::uint32_t> named = data_.LocalitiesNamed(hit.name);
-  if (!sawStreet_) TryLocalities(written, place, named, before + LocalityDepartures(hit.fit));
+  if (!seen_.street) TryLocalities(written, place, named, before + LocalityDepartures(hit.fit));
   place.count = 0;
   for (const std::uint32_t locality : named)
-    if (written.StateFits(data_.LocalityAt(locality)) && place.count < kMaxPlaces)
-      place.localities[place.count++] = locality;
+    if (StateFits(written, locality) && place.count < kMaxPlaces) place.localities[place.count++] = locality;
   place.departures = before + LocalityDepartures(hit.fit);
   if (place.count > 0 && !isAtCorner_) TrySurroundings(written, place);
   place.departures = before;
+}
+
+bool Matcher::StateFits(const WrittenPlace& written, std::uint32_t locality) const
+{
+  return written.state.empty() || written.state == data_.LocalityState(locality) ||
+         written.StateFits(data_.LocalityAt(locality));
 }
 
 /** Searches those of some localities whose state is not another than written; a postcode may be, at its price. */
@@ -126,12 +131,12 @@ void Matcher::TryLocalities(const WrittenPlace& written, Place& place, std::span
                             const Departures& departures)
 {
   for (const std::uint32_t index : localities) {
-    const Locality locality = data_.LocalityAt(index);
-    if (!written.StateFits(locality)) continue;
+    if (!StateFits(written, index)) continue;
     Place one = place;
     one.count = 1;
     one.localities[0] = index;
-    one.departures = departures + PostcodeDepartures(written, locality);
+    one.departures = departures;
+    if (!written.postcode.Empty()) one.departures = departures + PostcodeDepartures(written, data_.LocalityAt(index));
     SearchStreets(one);
   }
 }
@@ -144,21 +149,22 @@ void Matcher::TryLikeNames(const WrittenPlace& written, Place& place)
   const std::span<const std::uint32_t> signatures = engine_.LocalityNames().Signatures();
   if (!written.postcode.Empty()) {
     for (const std::uint32_t locality : data_.LocalitiesOfPostcode(written.postcode.View())) {
-      const std::uint32_t stored = data_.LocalityAt(locality).nameIndex;
+      const std::uint32_t stored = data_.LocalityNameIndex(locality);
       if (stored >= signatures.size() || name.MayBe(signatures[stored])) TryLikeName(written, place, name, stored);
     }
     if (decision_.HasCandidates()) return;
   }
-  if (sawLocality_) return;  // the name written is one already
-  compared_ += static_cast<std::uint32_t>(signatures.size());
+  if (seen_.locality) return;  // the name written is one already
+  const NamesByLength& names = engine_.LocalitiesByLength();
+  compared_ += names.Count();
   if (compared_ > kMaxCompared) return;
-  name.ForEachThatMayBe(signatures, [&](std::uint32_t stored) { TryLikeName(written, place, name, stored); });
+  names.ForEachLike(name.Signature(), [&](std::uint32_t stored) { TryLikeName(written, place, name, stored); });
 }
 
 void Matcher::TryLikeName(const WrittenPlace& written, Place& place, const WrittenName& name, std::uint32_t stored)
 {
   const Likeness likeness = name.Compare(data_.LocalityName(stored));
-  if (sawLocality_ && likeness != Likeness::OneTypo && likeness != Likeness::OneTypoShort) return;
+  if (seen_.locality && likeness != Likeness::OneTypo && likeness != Likeness::OneTypoShort) return;
   if (const std::optional<Departure> departure = DepartureOf(likeness, kLocalityLikeness))
     TryLocalities(written, place, data_.LocalitiesNamed(stored), place.departures + *departure);
 }
@@ -166,13 +172,13 @@ void Matcher::TryLikeName(const WrittenPlace& written, Place& place, const Writt
 /** "Darwin" for "DARWIN CITY", in the postcode written or where names begin so. */
 void Matcher::TryNamesThatContain(const WrittenPlace& written, Place& place)
 {
-  if (sawLocality_) return;
+  if (seen_.locality) return;
   const std::string_view text = input_.Text(place.reading.locality);
   const Departures departures = place.departures + Departure::LocalityPart;
   // A postcode that no locality has, as those of post office boxes, does not tell them apart.
   if (const auto localities = data_.LocalitiesOfPostcode(written.postcode.View()); !localities.empty()) {
     for (const std::uint32_t locality : localities) {
-      const std::string_view stored = data_.LocalityName(data_.LocalityAt(locality).nameIndex);
+      const std::string_view stored = data_.LocalityName(data_.LocalityNameIndex(locality));
       if (ContainsWords(stored, text)) TryLocalities(written, place, {&locality, 1}, departures);
     }
     return;
@@ -204,8 +210,7 @@ std::uint32_t Matcher::LocalityAround(const Tail& tail) const
     const IndexRange names = LocalityNamesFrom(text);
     for (std::uint32_t name = names.first; name < names.first + names.count; ++name)
       for (const std::uint32_t locality : data_.LocalitiesNamed(name))
-        if (ContainsWords(data_.LocalityName(name), text) && tail.place.StateFits(data_.LocalityAt(locality)))
-          return locality;
+        if (ContainsWords(data_.LocalityName(name), text) && StateFits(tail.place, locality)) return locality;
   }
   return kNoIndex;
 }
@@ -221,7 +226,7 @@ void Matcher::TrySurroundings(const WrittenPlace& written, const Place& place)
     const auto added = around.Localities();
     const bool isNew = std::find(known.begin(), known.end(), locality) == known.end() &&
                        std::find(added.begin(), added.end(), locality) == added.end();
-    if (isNew && around.count < kMaxSurroundings && written.StateFits(data_.LocalityAt(locality)))
+    if (isNew && around.count < kMaxSurroundings && StateFits(written, locality))
       around.localities[around.count++] = locality;
   };
   for (const std::uint32_t locality : place.Localities()) {
@@ -244,8 +249,7 @@ void Matcher::TryWithoutLocality(const Tail& tail)
   place.departures = Departure::LocalityMissing;
   place.reading.place = tail.place;
   for (const std::uint32_t locality : data_.LocalitiesOfPostcode(tail.place.postcode.View()))
-    if (place.count < kMaxSurroundings && tail.place.StateFits(data_.LocalityAt(locality)))
-      place.localities[place.count++] = locality;
+    if (place.count < kMaxSurroundings && StateFits(tail.place, locality)) place.localities[place.count++] = locality;
   if (place.count > 0) SearchStreets(place);
 }
 
@@ -254,7 +258,7 @@ void Matcher::SearchLikeNames(const Place& place, const StreetEnding& ending, st
 {
   const WordRange words{start, ending.nameEnd};
   const bool isGuessed = place.departures.Has(Departure::Neighbour) || place.departures.Has(Departure::LocalityMissing);
-  if (isGuessed || sawStreet_ || words.last - words.first > kLongestLikeName || input_.HasInnerBreak(words)) return;
+  if (isGuessed || seen_.street || words.last - words.first > kLongestLikeName || input_.HasInnerBreak(words)) return;
   const WrittenName written(input_.Text(words));
   if (!written.IsComparable()) return;
   Reading reading = place.reading;
@@ -270,7 +274,7 @@ void Matcher::SearchLikeNamesIn(const Place& place, const StreetEnding& ending, 
                                 const WrittenName& written, std::uint32_t locality, std::optional<Premises>& premises)
 {
   const std::span<const std::uint32_t> signatures = engine_.StreetNames().Signatures();
-  const IndexRange streets = data_.LocalityAt(locality).streets;
+  const IndexRange streets = data_.LocalityStreets(locality);
   compared_ += streets.count;
   if (compared_ > kMaxCompared) return;
   std::uint32_t compared = kNoIndex;
@@ -282,8 +286,7 @@ void Matcher::SearchLikeNamesIn(const Place& place, const StreetEnding& ending, 
     compared = name;
     if (!departure) continue;
     const Street street = data_.StreetAt(i);
-    const std::optional<Departures> type =
-        CompareType(ending, street, data_.StreetsOf(data_.LocalityAt(locality), name));
+    const std::optional<Departures> type = CompareType(ending, street, data_.StreetsOf(streets, name));
     const bool isTypo = departure == Departure::StreetTypo || departure == Departure::StreetTypoShort;
     if (!type || type->Has(Departure::StreetTypeDiffers) || (!isTypo && type->HasChange())) continue;
     if (!premises) premises.emplace(input_, WordRange{place.body.first, reading.streetName.first});
@@ -331,25 +334,31 @@ bool Matcher::IsConvincing(const Departures& departures) const
   return departures.Sum() < kConvincing || !departures.Has(Departure::LocalityMissing);
 }
 
-/** Once more without what is no part of an address, and with words taken apart that were run together. */
-void Matcher::SearchRepaired(std::string_view text)
+/**
+ * Once more without what is no part of an address, and with words taken apart that were run together.
+ *
+ * @param last  Stage::AsWritten leaves typing errors as they are
+ */
+void Matcher::SearchRepaired(std::string_view text, Stage last)
 {
-  const bool sawLocality = sawLocality_;
+  const Seen seen = seen_;
+  quiet_ = true;
   for (const StuckLetter letter : {StuckLetter::OfName, StuckLetter::OfNumber}) {
     repaired_ = {};
     const std::string_view repaired = Repair(text, letter, input_, repairBuffer_, repaired_);
-    if (repaired.empty()) return;
-    sawLocality_ = sawStreet_ = sawNumber_ = false;
+    if (repaired.empty()) break;
+    seen_ = {};
     if (input_.Read(repaired) == InputFault::None) {
-      quiet_ = true;
       ForEachPlace(&Matcher::SearchStreets);
-      SearchLeniently();
+      if (last == Stage::Alike) SearchLeniently();
     }
     if (decision_.HasCandidates()) return;
     input_.Read(text);  // what was noted of it are views
     if (!repaired_.Has(Departure::RunTogether)) break;
   }
-  sawLocality_ = sawLocality;
+  seen_ = seen;
+  quiet_ = false;
+  repaired_ = {};
 }
 
 /** "12 Smith St, Richmond, Melbourne VIC": a city behind the locality. State or postcode must confirm the locality. */
@@ -359,17 +368,17 @@ void Matcher::SearchWithoutCity()
   const WordRange city = input_.LastPart(tail.localityEnd);
   const std::size_t end = tail.localityEnd = city.first;
   if (tail.place.Empty() || end == 0 || city.Empty() || input_.HasDigit(city)) return;
-  const bool sawLocality = sawLocality_;
+  const Seen seen = seen_;
   const std::size_t first = end > kLongestLikeName ? end - kLongestLikeName : 0;
   quiet_ = true;
   repaired_ = Departure::SurplusPlace;
-  sawLocality_ = sawStreet_ = sawNumber_ = false;
+  seen_ = {};
   for (std::size_t start = first; start < end; ++start) ReadLocality(tail, start, &Matcher::SearchStreets);
   stage_ = Stage::Alike;
-  if (sawLocality_ && !decision_.HasCandidates())
+  if (seen_.locality && !decision_.HasCandidates())
     for (std::size_t start = first; start < end; ++start) ReadLocalityLeniently(tail, start);
   stage_ = Stage::AsWritten;
-  sawLocality_ = sawLocality;
+  seen_ = seen;
 }
 
 }  // namespace arf

@@ -126,7 +126,7 @@ void Matcher::SearchName(const Place& place, const StreetEnding& ending, std::si
   Departures departures = place.departures + StreetDepartures(hit.fit);
   if (input_.HasInnerBreak({start, place.body.last})) departures.Add(Departure::BrokenStreet);
   for (const std::uint32_t locality : place.Localities()) {
-    const IndexRange streets = data_.StreetsOf(data_.LocalityAt(locality), hit.name);
+    const IndexRange streets = data_.StreetsOf(data_.LocalityStreets(locality), hit.name);
     if (streets.count == 0) continue;
     if (!premises) premises.emplace(input_, WordRange{place.body.first, start});
     for (std::uint32_t i = streets.first; i < streets.first + streets.count; ++i) {
@@ -135,7 +135,7 @@ void Matcher::SearchName(const Place& place, const StreetEnding& ending, std::si
         if (const auto type = CompareType(ending, street, streets))
           SearchStreet(reading, *premises, i, departures + *type);
       } else if (street.type == ending.type && street.suffix == ending.suffix) {
-        sawStreet_ = true;
+        seen_.street = true;
         SearchStreet(reading, *premises, i, departures);
       } else if (!ending.isGuess) {
         FailStreet(Fault::StreetTypeDiffers, reading, i, input_.Text(start, place.body.last));
@@ -202,7 +202,7 @@ void Matcher::SearchPremise(const Reading& reading, const Street& street, const 
   if (IsEmpty(premise) && street.points.count != 1) return FailStreet(Fault::NumberMissing, reading, street.index, {});
   const PointSearch search = SearchPoints(data_, input_, street, premise, rules_);
   visited_ += search.visited;
-  if (stage_ == Stage::AsWritten && search.numberExists) sawNumber_ = true;
+  if (stage_ == Stage::AsWritten && search.numberExists) seen_.number = true;
   const Departures all = departures + repaired_;
   if (!search.found.Empty()) {
     if (IsConvincing(search.found.departures + all)) decision_.Match(search.found, all, reading, street.index);
@@ -231,7 +231,7 @@ void Matcher::SearchBuilding(const Place& place)
     if (premise.HasNumber() || !premise.lot.Empty() || premise.building.Empty()) continue;
     reading.premise = premise;
     for (const std::uint32_t locality : place.Localities()) {
-      const IndexRange streets = data_.LocalityAt(locality).streets;
+      const IndexRange streets = data_.LocalityStreets(locality);
       for (std::uint32_t i = streets.first; i < streets.first + streets.count && !Exhausted(); ++i) {
         const PointSearch search = SearchPoints(data_, input_, data_.StreetAt(i), premise, rules_);
         visited_ += search.visited;

@@ -2,11 +2,9 @@
 #ifndef QXPAF_ARF_MATCH_NAME_LIKENESS_H
 #define QXPAF_ARF_MATCH_NAME_LIKENESS_H
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 #include "arf/match/canonical_words.h"
@@ -37,19 +35,7 @@ class WrittenName
   {
     return signature_.MayBeWithin(kMostErrors, NameSignature::FromBits(signature));
   }
-  /** Calls `take` with the place of each signature that lets its name pass. */
-  template <class Take>
-  void ForEachThatMayBe(std::span<const std::uint32_t> signatures, Take take) const
-  {
-    constexpr std::size_t kAtOnce = 16;  // hardly any name of a block passes
-    for (std::size_t first = 0; first < signatures.size(); first += kAtOnce) {
-      const auto block = signatures.subspan(first, std::min(kAtOnce, signatures.size() - first));
-      unsigned passes = 0;
-      for (const std::uint32_t signature : block) passes |= MayBe(signature);
-      for (std::size_t i = 0; passes != 0 && i < block.size(); ++i)
-        if (MayBe(block[i])) take(static_cast<std::uint32_t>(first + i));
-    }
-  }
+  const NameSignature& Signature() const { return signature_; }
   Likeness Compare(std::string_view storedKey) const;
 
  private:

@@ -21,26 +21,34 @@ class NameSignature
   {
     for (const char c : canonical)
       if (c >= 'A' && c <= 'Z') bits_ |= 1U << (c - 'A');
-    bits_ |= static_cast<std::uint32_t>(std::min(canonical.size(), kLongest)) << kLetters;
+    bits_ |= static_cast<std::uint32_t>(std::min<std::size_t>(canonical.size(), kLengths - 1)) << kLetters;
   }
   static NameSignature FromBits(std::uint32_t bits) { return NameSignature(bits); }
 
+  static constexpr std::uint32_t kLengths = 64;  ///< longer names count as the longest of these
+
   std::uint32_t Bits() const { return bits_; }
+  std::uint32_t Length() const { return bits_ >> kLetters; }
+  std::uint32_t Letters() const { return bits_ & kLetterMask; }
 
   /** False when more than that many typing errors lie between the two names. */
   bool MayBeWithin(unsigned errors, const NameSignature& other) const
   {
-    const std::uint32_t length = bits_ >> kLetters;
-    const std::uint32_t otherLength = other.bits_ >> kLetters;
+    const std::uint32_t length = Length();
+    const std::uint32_t otherLength = other.Length();
     const std::uint32_t difference = length > otherLength ? length - otherLength : otherLength - length;
+    return (difference <= errors) & MayHaveLetters(errors, other.Letters());
+  }
+  /** The same of names whose lengths are known to lie near each other. */
+  bool MayHaveLetters(unsigned errors, std::uint32_t otherLetters) const
+  {
     // An error takes one letter away and adds another at most.
-    return (difference <= errors) & HasAtMost(2 * errors, (bits_ ^ other.bits_) & kLetterMask);
+    return HasAtMost(2 * errors, Letters() ^ otherLetters);
   }
 
  private:
   static constexpr unsigned kLetters = 26;
   static constexpr std::uint32_t kLetterMask = (1U << kLetters) - 1;
-  static constexpr std::size_t kLongest = 63;  ///< longer names count as that long
   /** Whether so many bits are set at most; without a count of bits, which would be a call on basic processors. */
   static constexpr bool HasAtMost(unsigned count, std::uint32_t bits)
   {

@@ -248,7 +248,7 @@ void FreeTextSearch::CollectLocalities()
 
 void FreeTextSearch::AddLocality(std::uint32_t index, WordMask words, int missing)
 {
-  if (IsOtherState(database_.LocalityAt(index).state)) return;
+  if (IsOtherState(database_.LocalityState(index))) return;
   const auto known = std::find_if(localityHits_.begin(), localityHits_.end(),
                                   [index](const LocalityHit& hit) { return hit.locality == index; });
   if (known != localityHits_.end())
@@ -277,7 +277,7 @@ void FreeTextSearch::FindGroups()
 void FreeTextSearch::AddStreetsOfLocalities(const NameHit& name)
 {
   for (const LocalityHit& hit : localityHits_) {
-    const IndexRange streets = database_.StreetsOf(database_.LocalityAt(hit.locality), name.id);
+    const IndexRange streets = database_.StreetsOf(database_.LocalityStreets(hit.locality), name.id);
     for (std::uint32_t i = 0; i < streets.count; ++i) AddStreet(streets.first + i, name, &hit);
   }
 }
@@ -297,7 +297,7 @@ void FreeTextSearch::AddStreet(std::uint32_t index, const NameHit& name, const L
   if (groups_.size() >= kMaxGroups / 4) return;
   const Street street = database_.StreetAt(index);
   if (street.points.count == 0) return;
-  if (!locality && IsOtherState(database_.LocalityAt(street.locality).state)) return;
+  if (!locality && IsOtherState(database_.LocalityState(street.locality))) return;
   const WordMask words = name.words | (locality ? locality->words : 0);
   Group group;
   group.score = Weight(words) - kMissingWord * (name.missing + (locality ? locality->missing : 0));
@@ -400,7 +400,7 @@ void FreeTextSearch::AddBuildingPoints(const NameHit& name, IndexRange points)
 {
   if (groups_.size() >= kMaxGroups / 2) return;
   const Street street = database_.StreetAt(database_.StreetOf(index_.PointsOf(name.id)[points.first]));
-  if (IsOtherState(database_.LocalityAt(street.locality).state)) return;
+  if (IsOtherState(database_.LocalityState(street.locality))) return;
   WordMask words = name.words;
   for (const NameHit& other : streets_)
     if (other.id == street.nameIndex) words |= other.words;
@@ -423,7 +423,7 @@ void FreeTextSearch::AddLocalities()
     group.kind = Kind::Locality;
     group.score = Weight(hit.words) - kMissingWord * hit.missing;
     group.index = hit.locality;
-    const IndexRange streets = database_.LocalityAt(hit.locality).streets;
+    const IndexRange streets = database_.LocalityStreets(hit.locality);
     if (streets.count == 0) continue;
     const IndexRange first = database_.StreetAt(streets.first).points;
     const IndexRange last = database_.StreetAt(streets.first + streets.count - 1).points;
@@ -464,7 +464,7 @@ void FreeTextSearch::EnterGroup()
   nextBuildingPoint_ = 0;
   if (nextGroup_ == groups_.size()) return;
   const Group& group = groups_[nextGroup_];
-  if (group.kind == Kind::Locality) localityStreets_ = database_.LocalityAt(group.index).streets;
+  if (group.kind == Kind::Locality) localityStreets_ = database_.LocalityStreets(group.index);
   if (group.kind != Kind::Street) return;
   const Street street = database_.StreetAt(group.index);
   cursor_ = group.fit == kAnyNumber ? database_.Points(street)

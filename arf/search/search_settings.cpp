@@ -44,7 +44,7 @@ std::string_view StateOf(std::string_view written, const Database& database)
   const std::string_view upper(key, length);
   if (const std::string_view code = StateCode(upper); !code.empty()) return code;
   for (std::uint32_t i = 0; i < database.LocalityCount(); ++i)
-    if (database.LocalityAt(i).state == upper) return database.LocalityAt(i).state;
+    if (database.LocalityState(i) == upper) return database.LocalityState(i);
   return {};
 }
 

@@ -3,6 +3,17 @@
 #include <algorithm>
 
 namespace arf {
+namespace {
+
+/** Fowler, Noll and Vo's, variant 1a. */
+std::uint32_t Hash(std::string_view text)
+{
+  std::uint32_t hash = 2166136261U;
+  for (const char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 16777619U;
+  return hash ^ hash >> 15U;  // the low bits of short texts alone are too much alike
+}
+
+}  // namespace
 
 WordTable::WordTable(std::span<const WordRow> rows) : rows_(rows)
 {
@@ -16,21 +27,29 @@ WordTable::WordTable(std::span<const WordRow> rows) : rows_(rows)
       rest.remove_prefix(std::min(end + 1, rest.size()));
     }
   }
-  const auto byText = [](const Form& a, const Form& b) { return a.written < b.written; };
-  std::sort(forms_.begin(), forms_.begin() + static_cast<std::ptrdiff_t>(formCount_), byText);
 }
 
 void WordTable::AddForm(std::string_view written, std::size_t row)
 {
-  if (formCount_ < kMaxForms) forms_[formCount_++] = {written, static_cast<std::uint16_t>(row)};
+  Form& form = slots_[SlotOf(written)];
+  if (written.empty() || !form.written.empty() || formCount_ == kMaxForms) return;
+  form = {written, static_cast<std::uint16_t>(row)};
+  ++formCount_;
+  longest_ = std::max(longest_, written.size());
+}
+
+std::size_t WordTable::SlotOf(std::string_view written) const
+{
+  std::size_t slot = Hash(written) % kSlots;
+  while (!slots_[slot].written.empty() && slots_[slot].written != written) slot = (slot + 1) % kSlots;
+  return slot;
 }
 
 const WordRow* WordTable::Find(std::string_view written) const
 {
-  const auto end = forms_.begin() + static_cast<std::ptrdiff_t>(formCount_);
-  const auto at = std::lower_bound(forms_.begin(), end, written,
-                                   [](const Form& form, std::string_view text) { return form.written < text; });
-  return at != end && at->written == written ? &rows_[at->row] : nullptr;
+  if (written.empty() || written.size() > longest_) return nullptr;
+  const Form& form = slots_[SlotOf(written)];
+  return form.written.empty() ? nullptr : &rows_[form.row];
 }
 
 std::string_view WordTable::Expand(std::string_view written) const

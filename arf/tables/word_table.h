@@ -44,11 +44,16 @@ class WordTable
     std::string_view written;
     std::uint16_t row = 0;
   };
+  static constexpr std::size_t kSlots = 2 * kMaxForms;  ///< a power of two
+
   void AddForm(std::string_view written, std::size_t row);
+  /** The place of a written form, or the free one where it would be put. */
+  std::size_t SlotOf(std::string_view written) const;
 
   std::span<const WordRow> rows_;
-  std::array<Form, kMaxForms> forms_{};
+  std::array<Form, kSlots> slots_{};  ///< open addressing, linear probing; half of them at least are free
   std::size_t formCount_ = 0;
+  std::size_t longest_ = 0;
 };
 
 }  // namespace arf

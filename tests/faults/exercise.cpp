@@ -45,7 +45,7 @@ std::uint64_t ReadLocality(const Database& database, std::uint32_t index)
   const arf::Locality locality = database.LocalityAt(index);
   std::uint64_t sum = Read(locality.name) + Read(locality.state) + Read(locality.postcode);
   sum += database.LocalitiesOfPostcode(locality.postcode).size();
-  sum += database.PostalStreetsOf(locality).count + database.StreetsOf(locality, 0U).count;
+  sum += database.PostalStreetsOf(locality).count + database.StreetsOf(locality.streets, 0U).count;
   return sum + database.FindLocalityName(locality.name).value_or(1);
 }
 
@@ -61,7 +61,8 @@ std::uint64_t ReadNames(const Database& database)
     sum += Read(name) + database.FindStreetName(name).value_or(1);
     for (const std::uint32_t street : database.StreetsNamed(n)) {
       const arf::Locality locality = database.LocalityAt(database.StreetAt(street).locality);
-      sum += Read(locality.name) + database.StreetsOf(locality, name).count + database.StreetsOf(locality, n).count;
+      sum += Read(locality.name) + database.StreetsOf(locality.streets, name).count +
+             database.StreetsOf(locality.streets, n).count;
     }
   }
   for (std::uint32_t n = 0; n <= database.PostcodeCount(); ++n) sum += Read(database.Postcode(n));

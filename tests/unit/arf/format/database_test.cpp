@@ -100,7 +100,7 @@ TEST_F(SmallDatabase, AnswersNothingOutOfRange)
   EXPECT_FALSE(arf::PointCursor().Next(point));
   arf::Locality place;
   place.streets = {UINT32_MAX, UINT32_MAX};
-  EXPECT_EQ(database_->StreetsOf(place, "OCONNOR").count, 0U);
+  EXPECT_EQ(database_->StreetsOf(place.streets, "OCONNOR").count, 0U);
   EXPECT_EQ(database_->PostalStreetsOf(place).count, 0U);
 }
 

@@ -21,7 +21,7 @@ std::uint64_t ReadAll(const Database& database)
   for (std::uint32_t i = 0; i < database.StreetCount(); ++i) {
     const arf::Street street = database.StreetAt(i);
     const arf::Locality locality = database.LocalityAt(street.locality);
-    sum += arf::ExpandStreetType(street.type).size() + database.StreetsOf(locality, street.name).count;
+    sum += arf::ExpandStreetType(street.type).size() + database.StreetsOf(locality.streets, street.name).count;
     sum += database.FindLocalityName(locality.name).value_or(0) + database.PostalStreetsOf(locality).count;
     arf::Point point;
     for (arf::PointCursor cursor = database.Points(street); cursor.Next(point);) {

@@ -257,15 +257,15 @@ TEST_F(RoundTrip, FindsStreetsOfALocalityByName)
     ASSERT_TRUE(postal == 0 || boxes.first == locality.streets.first);
     counts.erase(arf::kNoIndex);
     for (const auto& [name, count] : counts) {
-      const IndexRange streets = database_->StreetsOf(locality, name);
+      const IndexRange streets = database_->StreetsOf(locality.streets, name);
       ASSERT_EQ(streets.count, count);
-      const IndexRange byText = database_->StreetsOf(locality, database_->StreetAt(streets.first).name);
+      const IndexRange byText = database_->StreetsOf(locality.streets, database_->StreetAt(streets.first).name);
       ASSERT_EQ(byText.first, streets.first);
       ASSERT_EQ(byText.count, count);
       for (std::uint32_t s = 0; s < count; ++s) ASSERT_EQ(database_->StreetAt(streets.first + s).nameIndex, name);
     }
-    ASSERT_EQ(database_->StreetsOf(locality, "NO SUCH STREET").count, 0U);
-    ASSERT_EQ(database_->StreetsOf(locality, arf::kNoIndex).count, 0U);
+    ASSERT_EQ(database_->StreetsOf(locality.streets, "NO SUCH STREET").count, 0U);
+    ASSERT_EQ(database_->StreetsOf(locality.streets, arf::kNoIndex).count, 0U);
   }
 }
 

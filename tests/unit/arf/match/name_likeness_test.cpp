@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "arf/match/engine.h"
 #include "qxpaf/text/fuzzy.h"
@@ -88,6 +90,41 @@ TEST(NameSignature, KeepsNoNearNameBack)
   }
   EXPECT_GT(near, 20U);
   EXPECT_GT(keptBack, 10'000U);
+}
+
+TEST(NamesByLength, AreThoseThatTheirSignaturesLetPass)
+{
+  std::mt19937 random(test_support::RandomSeed());
+  const auto name = [&](std::size_t longest) {
+    std::string text;
+    for (std::size_t i = random() % (longest + 1); i > 0; --i) text += static_cast<char>('A' + random() % 7);
+    return arf::NameSignature(text);
+  };
+  std::vector<std::uint32_t> signatures;
+  for (int i = 0; i < 3'000; ++i) signatures.push_back(name(i % 10 == 0 ? 70 : 12).Bits());
+  const arf::NamesByLength names(signatures);
+  EXPECT_EQ(names.Count(), 3'000U);
+  std::size_t passed = 0;
+  for (int i = 0; i < 300; ++i) {
+    const arf::NameSignature written = name(i % 10 == 0 ? 70 : 12);
+    std::vector<std::uint32_t> expected;
+    for (std::uint32_t n = 0; n < signatures.size(); ++n)
+      if (written.MayBeWithin(2, arf::NameSignature::FromBits(signatures[n]))) expected.push_back(n);
+    std::vector<std::uint32_t> taken;
+    names.ForEachLike(written, [&](std::uint32_t n) { taken.push_back(n); });
+    std::sort(taken.begin(), taken.end());
+    ASSERT_EQ(taken, expected);
+    passed += taken.size();
+  }
+  EXPECT_GT(passed, 1'000U);
+  EXPECT_LT(passed, 300U * 1'500U);
+}
+
+TEST(NamesByLength, OfNoNamesAreNone)
+{
+  const arf::NamesByLength none({});
+  EXPECT_EQ(none.Count(), 0U);
+  none.ForEachLike(arf::NameSignature("GEORGE"), [](std::uint32_t) { FAIL(); });
 }
 
 /** Input texts that are names of the data lead to them through the tables of the file. */
