@@ -6,9 +6,11 @@
 #include <vector>
 
 #include "arf/build/build_error.h"
+#include "arf/build/name_tables_writer.h"
 #include "arf/build/string_pool.h"
 #include "arf/build/text_table_writer.h"
 #include "arf/format/fold.h"
+#include "arf/match/canonical_words.h"
 
 namespace arf {
 namespace {
@@ -130,6 +132,9 @@ void WriteBuildingNames(SectionWriter& writer, const AddressTable& table, const 
   AppendLists(writer, size(buildings.order), buildings.points);
   for (const std::vector<Link>& links : kinds) AppendLists(writer, size(order), links);
   writer.End();
+  std::vector<std::uint32_t> hashes;
+  for (std::uint32_t i = 0; i < size(buildings.order); ++i) hashes.push_back(CanonicalName(buildingAt(i)).Hash());
+  WriteNameHash(writer, layout::SectionId::BuildingNameHash, hashes);
 }
 
 }  // namespace arf

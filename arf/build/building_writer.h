@@ -1,4 +1,4 @@
-/** Writes the buildings' names and the words of all names (arf/search/word_index.h). */
+/** Writes the buildings' names and the words of all names (arf/format/word_index.h). */
 #ifndef QXPAF_ARF_BUILD_BUILDING_WRITER_H
 #define QXPAF_ARF_BUILD_BUILDING_WRITER_H
 

@@ -14,8 +14,28 @@ namespace {
 
 using layout::SectionId;
 
+void WriteTables(SectionWriter& writer, const OrderedAddresses& ordered, const SortedDictionary& dictionary,
+                 SectionId hash, SectionId signatures)
+{
+  std::vector<std::uint32_t> hashes;
+  std::vector<std::uint32_t> letters;
+  hashes.reserve(dictionary.texts.size());
+  letters.reserve(dictionary.texts.size());
+  for (const std::uint32_t key : dictionary.texts) {
+    const CanonicalName name(ordered.keys.At(key));
+    hashes.push_back(name.Hash());
+    letters.push_back(NameSignature(name.View()).Bits());
+  }
+  WriteNameHash(writer, hash, hashes);
+  writer.Begin(signatures);
+  writer.AppendNumbers(letters);
+  writer.End();
+}
+
+}  // namespace
+
 /** Writes pairs of hash and name, at most half of them in use, so that every search meets a free one soon. */
-void WriteHash(SectionWriter& writer, SectionId id, const std::vector<std::uint32_t>& hashes)
+void WriteNameHash(SectionWriter& writer, SectionId id, const std::vector<std::uint32_t>& hashes)
 {
   const std::size_t slots = std::bit_ceil(hashes.size() * 2 + 1);
   std::vector<std::uint32_t> table(2 * slots, layout::kFreeSlot);
@@ -29,26 +49,6 @@ void WriteHash(SectionWriter& writer, SectionId id, const std::vector<std::uint3
   writer.AppendNumbers(table);
   writer.End();
 }
-
-void WriteTables(SectionWriter& writer, const OrderedAddresses& ordered, const SortedDictionary& dictionary,
-                 SectionId hash, SectionId signatures)
-{
-  std::vector<std::uint32_t> hashes;
-  std::vector<std::uint32_t> letters;
-  hashes.reserve(dictionary.texts.size());
-  letters.reserve(dictionary.texts.size());
-  for (const std::uint32_t key : dictionary.texts) {
-    const CanonicalName name(ordered.keys.At(key));
-    hashes.push_back(name.Hash());
-    letters.push_back(NameSignature(name.View()).Bits());
-  }
-  WriteHash(writer, hash, hashes);
-  writer.Begin(signatures);
-  writer.AppendNumbers(letters);
-  writer.End();
-}
-
-}  // namespace
 
 void WriteNameTables(SectionWriter& writer, const OrderedAddresses& ordered)
 {

@@ -9,6 +9,7 @@
 #include "arf/format/file_view.h"
 #include "arf/format/fold.h"
 #include "arf/format/partition_point.h"
+#include "arf/format/word_index.h"
 
 namespace arf {
 
@@ -18,6 +19,7 @@ struct Database::Impl
 {
   FileBytes bytes;
   FileView view;
+  WordIndex words{{}};
 };
 
 namespace {
@@ -206,7 +208,10 @@ std::unique_ptr<Database> Database::OpenBytes(std::span<const std::uint8_t> byte
   try {
     auto impl = std::make_unique<Impl>();
     const Defect defect = Check({bytes.data(), bytes.size()}, impl->view, verification);
-    if (!defect) return std::unique_ptr<Database>(new Database(std::move(impl)));
+    if (!defect) {
+      impl->words = WordIndex(impl->view.Section(SectionId::BuildingNames));
+      return std::unique_ptr<Database>(new Database(std::move(impl)));
+    }
     Refuse(result, defect.failure, name, defect.what);
   } catch (const std::bad_alloc&) {
     Refuse(result, OpenFailure::OutOfMemory, name, "not enough memory");
@@ -238,6 +243,30 @@ Locality Database::LocalityAt(std::uint32_t index) const
   if (!record.Data()) return {};
   return {view.String(record.U32At(field::kName)), view.String(record.U32At(field::kState)),
           view.String(record.U32At(field::kPostcode)), StreetsOfLocality(view, index), record.U32At(field::kNameIndex)};
+}
+
+std::uint32_t Database::BuildingNameCount() const
+{
+  return impl_->words.BuildingCount();
+}
+
+std::string_view Database::BuildingName(std::uint32_t n) const
+{
+  return impl_->words.Building(n);
+}
+
+std::optional<std::uint32_t> Database::FindBuildingName(std::string_view name) const
+{
+  std::array<char, kMaxNameLength> room;
+  const std::string_view key(room.data(), MatchKey(name, room));
+  const std::uint32_t count = BuildingNameCount();
+  const std::uint32_t n = PartitionPoint(0, count, [&](std::uint32_t i) { return BuildingName(i) < key; });
+  return n < count && BuildingName(n) == key ? std::optional(n) : std::nullopt;
+}
+
+const WordIndex& Database::Words() const
+{
+  return impl_->words;
 }
 
 std::string_view Database::LocalityState(std::uint32_t locality) const

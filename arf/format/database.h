@@ -133,6 +133,8 @@ struct InfoEntry
   std::string_view value;
 };
 
+class WordIndex;
+
 class Database
 {
  public:
@@ -188,6 +190,13 @@ class Database
   std::string_view StreetName(std::uint32_t n) const;
   std::span<const std::uint32_t> StreetsNamed(std::uint32_t n) const;
   std::optional<std::uint32_t> FindStreetName(std::string_view name) const;
+
+  /** Keys of the distinct names of buildings in ascending byte order. */
+  std::uint32_t BuildingNameCount() const;
+  std::string_view BuildingName(std::uint32_t n) const;
+  std::optional<std::uint32_t> FindBuildingName(std::string_view name) const;
+  /** The words of all names, and the points of buildings. */
+  const WordIndex& Words() const;
 
   /** Fields of LocalityAt and StreetAt, without the rest, which lies far apart in the file. */
   std::string_view LocalityState(std::uint32_t locality) const;

@@ -77,10 +77,11 @@ enum class SectionId : std::uint32_t
   StreetSignatures = 27,
   BuildingNames = 28,
   PostalLists = 29,
-  AddressAliases = 30
+  AddressAliases = 30,
+  BuildingNameHash = 31
 };
 inline constexpr std::size_t kRequiredSections = 17;
-inline constexpr std::size_t kSectionIds = 30;
+inline constexpr std::size_t kSectionIds = 31;
 
 /** Names of the sections, the first being that of id 1. */
 inline constexpr std::array<std::string_view, kSectionIds> kSectionNames = {"info",
@@ -112,7 +113,8 @@ inline constexpr std::array<std::string_view, kSectionIds> kSectionNames = {"inf
                                                                             "street signatures",
                                                                             "building names",
                                                                             "postal lists",
-                                                                            "address aliases"};
+                                                                            "address aliases",
+                                                                            "building name hash"};
 
 /** The name of a free slot of a name hash, whose slots are pairs of hash and name. */
 inline constexpr std::uint32_t kFreeSlot = UINT32_MAX;

@@ -23,7 +23,7 @@
 #include "arf/hint/tail_reading.h"
 #include "arf/hint/typed_text.h"
 #include "arf/match/postal_words.h"
-#include "arf/search/word_index.h"
+#include "arf/format/word_index.h"
 
 namespace arf {
 

@@ -17,6 +17,7 @@ class Engine
       : database_(std::move(database)),
         localityNames_(*database_, kLocalityDictionary),
         streetNames_(*database_, kStreetDictionary),
+        buildingNames_(*database_, kBuildingDictionary),
         localitiesByLength_(localityNames_.Signatures())
   {
   }
@@ -24,12 +25,14 @@ class Engine
   const Database& Data() const { return *database_; }
   const NameIndex& LocalityNames() const { return localityNames_; }
   const NameIndex& StreetNames() const { return streetNames_; }
+  const NameIndex& BuildingNames() const { return buildingNames_; }
   const NamesByLength& LocalitiesByLength() const { return localitiesByLength_; }
 
  private:
   std::unique_ptr<const Database> database_;
   NameIndex localityNames_;
   NameIndex streetNames_;
+  NameIndex buildingNames_;
   NamesByLength localitiesByLength_;
 };
 

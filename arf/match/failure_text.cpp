@@ -104,12 +104,16 @@ void AppendUnitFailure(BoundedText& text, const Database& database, const Failur
   bool sawBuilding = false;  // may have several addresses, told apart by suffixes, lots or nothing
   PointCursor cursor = database.PointsNumbered(street, failure.number);
   for (Point point; cursor.Next(point);) {
-    const bool isBuilding =
-        point.unitNumber.empty() && point.unitType.empty() && point.levelNumber.empty() && point.levelType.empty();
+    const bool isOccupancy =
+        !(point.unitNumber.empty() && point.unitType.empty() && point.levelNumber.empty() && point.levelType.empty());
+    const bool isLot = !isOccupancy && !point.lot.empty();
+    const bool isBuilding = !isOccupancy && !isLot;
     if ((isBuilding && sawBuilding) || !list.Next()) continue;
     sawBuilding = sawBuilding || isBuilding;
     if (isBuilding)
       text << " the building";
+    else if (isLot)
+      text << " LOT " << point.lot;
     else
       AppendOccupancy(text, point);
   }
@@ -218,12 +222,10 @@ void AppendSeveral(BoundedText& text, const Database& database, const Failure& f
 {
   const bool areAddresses = failure.fault == Fault::SeveralAddresses;
   const PointSet& points = failure.points;
-  text << points.count;
-  if (areAddresses)
-    text << (points.count == 1 ? " address fits" : " addresses fit");
+  if (areAddresses && points.count == 1)
+    text << "Only this is there:";
   else
-    text << " localities fit";
-  text << ':';
+    text << points.count << (areAddresses ? " addresses fit:" : " localities fit:");
   ListText list(text, ";");
   for (std::size_t i = 0; i < std::min<std::size_t>(points.count, PointSet::kKept) && list.Next(); ++i) {
     if (areAddresses)

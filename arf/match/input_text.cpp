@@ -47,6 +47,7 @@ enum class Sign
   Dot,
   Space,
   And,
+  Hash,
   Break,
   Slash,
   Dash
@@ -69,6 +70,8 @@ Sign ClassifyAscii(char32_t c)
     case '&':
     case '+':
       return Sign::And;
+    case '#':
+      return Sign::Hash;
     case ',':
     case ';':
     case '(':
@@ -92,6 +95,11 @@ Sign Classify(char32_t c)
   const bool isSpace = c == 0xA0 || (c >= 0x2000 && c <= 0x200F) || c == 0x202F || c == 0x3000 || c == 0xFEFF;
   const bool isQuote = c == 0x201C || c == 0x201D || c == 0x201E || c == 0xAB || c == 0xBB;
   return isSpace || isQuote ? Sign::Space : Sign::Letter;
+}
+
+bool IsFraction(char32_t c)
+{
+  return (c >= 0xBC && c <= 0xBE) || (c >= 0x2150 && c <= 0x215E);
 }
 
 /** The joint of two signs that meet: a break wins, a slash or dash survives spaces, and two of them cancel out. */
@@ -172,6 +180,10 @@ class InputTextReader
         Separate(Joint::Space);
         and_ = true;
         return true;
+      case Sign::Hash:
+        Separate(Joint::Space);
+        hash_ = true;
+        return true;
       case Sign::Break:
         Separate(Joint::Break);
         return true;
@@ -198,6 +210,10 @@ class InputTextReader
     if (sequence.size() == 1) {
       const char c = sequence.front();
       target_.buffer_[size_++] = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    } else if (IsFraction(codePoint_)) {  // "10½" is another number than 10
+      size_ = static_cast<std::size_t>(
+          std::copy(sequence.begin(), sequence.end(), target_.buffer_.begin() + static_cast<std::ptrdiff_t>(size_)) -
+          target_.buffer_.begin());
     } else {
       size_ += MatchKey(sequence, std::span<char>(target_.buffer_).subspan(size_));
     }
@@ -240,9 +256,10 @@ class InputTextReader
             target_.count_ == 1 ? Joint::Break : pending_,
             digits > 0,
             static_cast<std::size_t>(digits) == text.size(),
-            and_};
+            and_,
+            hash_};
     pending_ = Joint::Space;
-    and_ = false;
+    and_ = hash_ = false;
   }
 
   InputText& target_;
@@ -257,6 +274,7 @@ class InputTextReader
   bool onlyInitials_ = false;
   Joint pending_ = Joint::Space;
   bool and_ = false;
+  bool hash_ = false;
 };
 
 InputFault InputText::Read(std::string_view text)

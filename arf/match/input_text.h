@@ -32,8 +32,9 @@ struct Word
   std::string_view canonical;  ///< the form in which names are compared (canonical_words.h)
   Joint before = Joint::Break;
   bool hasDigit = false;
-  bool isNumber = false;  ///< nothing but digits
-  bool afterAnd = false;  ///< "&" or "+" stands before it
+  bool isNumber = false;   ///< nothing but digits
+  bool afterAnd = false;   ///< "&" or "+" stands before it
+  bool afterHash = false;  ///< "#" stands before it
 };
 
 enum class InputFault

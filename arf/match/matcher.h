@@ -8,6 +8,7 @@
 #ifndef QXPAF_ARF_MATCH_MATCHER_H
 #define QXPAF_ARF_MATCH_MATCHER_H
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -19,6 +20,7 @@
 #include "arf/match/engine.h"
 #include "arf/match/input_text.h"
 #include "arf/match/name_likeness.h"
+#include "arf/match/occupancy_words.h"
 #include "arf/match/reading.h"
 #include "arf/match/repair.h"
 #include "arf/match/street_meeting.h"
@@ -99,6 +101,26 @@ class Matcher
     bool number = false;  ///< there
   };
 
+  /** Some streets, each once. */
+  class StreetSet
+  {
+   public:
+    /** False when there is no room for it; addresses in so many streets are several in any case. */
+    bool Add(std::uint32_t street)
+    {
+      if (std::find(begin(), end(), street) != end()) return true;
+      if (count_ == streets_.size()) return false;
+      streets_[count_++] = street;
+      return true;
+    }
+    const std::uint32_t* begin() const { return streets_.data(); }
+    const std::uint32_t* end() const { return streets_.data() + count_; }
+
+   private:
+    std::array<std::uint32_t, 64> streets_;
+    std::size_t count_ = 0;
+  };
+
   /** What is done with every place that the readings of the last line give. */
   using PlaceStep = void (Matcher::*)(const Place&);
 
@@ -115,13 +137,20 @@ class Matcher
 
   void SearchStreets(const Place& place);
   void SearchStreetsOf(const Place& place);
+  void SearchUnitBehind(const Place& place, const OccupancyWords& unit);
+  void SearchBehindBuilding(const Place& place);
   void SearchEnding(const Place& place, const StreetEnding& ending);
   void SearchName(const Place& place, const StreetEnding& ending, std::size_t start, const NameHit& hit);
   void SearchAliases(const Place& place, const StreetEnding& ending, std::size_t start);
   void SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street, const Departures& departures);
   void SearchPremise(const Reading& reading, const Street& street, const Departures& departures);
   void SearchBuilding(const Place& place);
+  void SearchBuildingIn(const Place& place, const Reading& reading, const NameHits& names, std::uint32_t locality);
+  void AddStreetsOfBuilding(std::uint32_t name, std::uint32_t locality, StreetSet& streets) const;
+  bool IsBuilding(WordRange words) const;
+  bool MayBeMeant(const Premise& premise) const;
   bool SearchPostal(const Place& place);
+  void SearchPostalBeforeStreet(const Place& place);
   void SearchPostalStreet(const Reading& reading, std::uint32_t street, const Departures& departures);
   static bool AddTrailing(const Trailing& trailing, Premise& premise);
 
@@ -182,6 +211,7 @@ class Matcher
   std::uint32_t visited_ = 0;
   std::uint32_t compared_ = 0;
   Seen seen_;
+  bool isBehindBuilding_ = false;           ///< streets may begin at any word but the first
   bool isAtCorner_ = false;                 ///< places are searched for two streets
   CornerStreets* cornerStreets_ = nullptr;  ///< takes the streets that are found instead of a search for numbers
   StreetMeetings meetings_;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "arf/format/word_index.h"
 #include "arf/match/matcher.h"
 #include "arf/match/occupancy_words.h"
 #include "arf/match/postal_words.h"
@@ -84,17 +85,42 @@ void Matcher::SearchStreets(const Place& place)
   SearchStreetsOf(place);
   if (!decision_.HasCandidates()) {
     const OccupancyWords behind = ReadOccupancyBefore(input_, place.body.first, place.body.last, Preference::Units);
-    Place shorter = place;
-    shorter.body.last -= behind.count;
-    if (behind.count > 0 && trailing_.part.number.Append(behind.number) && !shorter.body.Empty()) {
-      trailing_.part.type = behind.type;
-      trailing_.isLevel = behind.isLevel;
-      shorter.departures.Add(Departure::UnitBehindStreet);
-      SearchStreetsOf(shorter);
-    }
-    trailing_ = {};
+    const Word& last = input_[place.body.last - 1];
+    const bool mayBeName = behind.count == 1 || (behind.count == 0 && last.afterHash);  // "M06", "#3"
+    if (mayBeName && last.hasDigit) SearchUnitBehind(place, {{}, last.text, false, false, 1});
+    if (behind.count > 0) SearchUnitBehind(place, behind);
   }
+  if (!decision_.HasCandidates() && stage_ == Stage::AsWritten) SearchBehindBuilding(place);
+  if (!decision_.HasCandidates() && stage_ == Stage::AsWritten && !Strict()) SearchPostalBeforeStreet(place);
   FailPlace(Fault::StreetUnknown, place, BehindDigits(input_, place.body));
+}
+
+/** "12 Smith St Unit 3" */
+void Matcher::SearchUnitBehind(const Place& place, const OccupancyWords& unit)
+{
+  Place shorter = place;
+  shorter.body.last -= unit.count;
+  if (!shorter.body.Empty() && trailing_.part.number.Append(unit.number)) {
+    trailing_.part.type = unit.type;
+    trailing_.isLevel = unit.isLevel;
+    shorter.departures.Add(Departure::UnitBehindStreet);
+    SearchStreetsOf(shorter);
+  }
+  trailing_ = {};
+}
+
+/** "Central Station Smith St": a street without a number, and nothing between it and the building's name. */
+void Matcher::SearchBehindBuilding(const Place& place)
+{
+  constexpr std::size_t kLeastWords = 3;
+  if (place.body.last - place.body.first < kLeastWords || input_.HasDigit(place.body)) return;
+  const Seen seen = seen_;
+  const bool quiet = quiet_;
+  quiet_ = isBehindBuilding_ = true;
+  SearchStreetsOf(place);
+  quiet_ = quiet;
+  isBehindBuilding_ = false;
+  if (!decision_.HasCandidates()) seen_ = seen;
 }
 
 void Matcher::SearchStreetsOf(const Place& place)
@@ -108,7 +134,7 @@ void Matcher::SearchEnding(const Place& place, const StreetEnding& ending)
   const std::size_t first = place.body.first;
   std::size_t start = ending.nameEnd - std::min(kLongestStreetName, ending.nameEnd - first);
   for (; start < ending.nameEnd; ++start) {
-    if (!MayStartName(input_, first, start)) continue;
+    if (isBehindBuilding_ ? !IsBuilding({first, start}) : !MayStartName(input_, first, start)) continue;
     for (const NameHit& hit : engine_.StreetNames().Find(input_, {start, ending.nameEnd}))
       if (hit.fit != NameFit::Article || stage_ == Stage::Alike) SearchName(place, ending, start, hit);
     if (stage_ == Stage::Alike) SearchLikeNames(place, ending, start);
@@ -177,11 +203,27 @@ void Matcher::SearchStreet(Reading& reading, const Premises& premises, std::uint
     return;
   }
   const Street data = data_.StreetAt(street);
-  for (const Premise& premise : premises) {
-    if (premise.lenientOnly && Strict()) continue;
-    reading.premise = premise;
-    if (AddTrailing(trailing_, reading.premise)) SearchPremise(reading, data, departures + premise.departures);
+  for (const bool isLastResort : {false, true}) {
+    for (const Premise& premise : premises) {
+      if (premise.isLastResort != isLastResort || !MayBeMeant(premise)) continue;
+      reading.premise = premise;
+      if (AddTrailing(trailing_, reading.premise)) SearchPremise(reading, data, departures + premise.departures);
+    }
   }
+}
+
+bool Matcher::MayBeMeant(const Premise& premise) const
+{
+  if (premise.lenientOnly && Strict()) return false;
+  if (!premise.isLastResort) return true;
+  if (!premise.buildingIsBinding) return !decision_.HasCandidates();
+  const bool isOpen = !decision_.HasCandidates() || decision_.Best().departures.Has(Departure::UnknownUnit);
+  return isOpen && IsBuilding(premise.building);
+}
+
+bool Matcher::IsBuilding(WordRange words) const
+{
+  return !words.Empty() && !engine_.BuildingNames().Find(input_, words).Empty();
 }
 
 /** Gives a premise the unit or level that was written behind the street; false when it has one already. */
@@ -230,16 +272,38 @@ void Matcher::SearchBuilding(const Place& place)
   for (const Premise& premise : premises) {
     if (premise.HasNumber() || !premise.lot.Empty() || premise.building.Empty()) continue;
     reading.premise = premise;
-    for (const std::uint32_t locality : place.Localities()) {
-      const IndexRange streets = data_.LocalityStreets(locality);
-      for (std::uint32_t i = streets.first; i < streets.first + streets.count && !Exhausted(); ++i) {
-        const PointSearch search = SearchPoints(data_, input_, data_.StreetAt(i), premise, rules_);
-        visited_ += search.visited;
-        if (!search.found.Empty()) decision_.Match(search.found, place.departures + repaired_, reading, i);
-        if (search.found.Empty() && !search.units.Empty())
-          decision_.Units(search.units, place.departures + repaired_, reading, i);
-      }
-    }
+    const NameHits names = engine_.BuildingNames().Find(input_, premise.building);
+    for (const std::uint32_t locality : place.Localities()) SearchBuildingIn(place, reading, names, locality);
+  }
+}
+
+void Matcher::SearchBuildingIn(const Place& place, const Reading& reading, const NameHits& names,
+                               std::uint32_t locality)
+{
+  StreetSet streets;
+  for (const NameHit& name : names) AddStreetsOfBuilding(name.name, locality, streets);
+  for (const std::uint32_t street : streets) {
+    if (Exhausted()) return;
+    const PointSearch search = SearchPoints(data_, input_, data_.StreetAt(street), reading.premise, rules_);
+    visited_ += search.visited;
+    if (!search.found.Empty()) decision_.Match(search.found, place.departures + repaired_, reading, street);
+    if (search.found.Empty() && !search.units.Empty())
+      decision_.Units(search.units, place.departures + repaired_, reading, street);
+  }
+}
+
+/** The streets of a locality in which a building of that name stands. */
+void Matcher::AddStreetsOfBuilding(std::uint32_t name, std::uint32_t locality, StreetSet& streets) const
+{
+  const IndexRange all = data_.LocalityStreets(locality);
+  if (all.count == 0) return;
+  const std::uint32_t firstPoint = data_.StreetAt(all.first).points.first;
+  const std::span<const std::uint32_t> points = data_.Words().PointsOf(name);
+  for (auto point = std::lower_bound(points.begin(), points.end(), firstPoint); point != points.end();) {
+    const std::uint32_t street = data_.StreetOf(*point);
+    if (street < all.first || street >= all.first + all.count || !streets.Add(street)) return;
+    const IndexRange inStreet = data_.StreetAt(street).points;
+    point = std::lower_bound(point + 1, points.end(), inStreet.first + inStreet.count);
   }
 }
 
@@ -258,6 +322,19 @@ bool Matcher::SearchPostal(const Place& place)
   }
   FailPlace(Fault::StreetUnknown, place, {words.start, place.body.last});
   return true;
+}
+
+/** "PO Box 12, Smith St": the box is the address. */
+void Matcher::SearchPostalBeforeStreet(const Place& place)
+{
+  for (std::size_t number = place.body.first + 1; number + 1 < place.body.last; ++number) {
+    if (!input_[number].hasDigit || PostalTypeBefore(input_, place.body.first, number) == number) continue;
+    Place box = place;
+    box.body.last = number + 1;
+    box.departures.Add(Departure::Noise);
+    SearchPostal(box);
+    return;
+  }
 }
 
 void Matcher::SearchPostalStreet(const Reading& reading, std::uint32_t street, const Departures& departures)

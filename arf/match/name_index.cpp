@@ -12,13 +12,17 @@ const NameDictionary kLocalityDictionary = {&Database::LocalityNameCount, &Datab
                                             layout::SectionId::LocalitySignatures};
 const NameDictionary kStreetDictionary = {&Database::StreetNameCount, &Database::StreetName, &Database::FindStreetName,
                                           layout::SectionId::StreetNameHash, layout::SectionId::StreetSignatures};
+const NameDictionary kBuildingDictionary = {&Database::BuildingNameCount, &Database::BuildingName,
+                                            &Database::FindBuildingName, layout::SectionId::BuildingNameHash,
+                                            std::nullopt};
 
 NameIndex::NameIndex(const Database& database, const NameDictionary& dictionary)
     : database_(database), dictionary_(dictionary)
 {
   const std::span<const std::uint32_t> slots = database.Section(dictionary.hash).Words();
   if (std::has_single_bit(slots.size())) slots_ = slots;
-  const std::span<const std::uint32_t> signatures = database.Section(dictionary.signatures).Words();
+  if (!dictionary.signatures) return;
+  const std::span<const std::uint32_t> signatures = database.Section(*dictionary.signatures).Words();
   if (signatures.size() == (database.*dictionary.count)()) signatures_ = signatures;
 }
 

@@ -1,8 +1,8 @@
 /**
- * Finds the names of one dictionary of a database (localities or streets) by what somebody wrote: exactly, by words
- * that are written in several ways, by missing or additional spaces, and with or without an article; and by names with
- * typing errors. A view of tables that the builder put into the file, so making one costs nothing; without those tables
- * names are found word for word only.
+ * Finds the names of one dictionary of a database (localities, streets, buildings) by what somebody wrote: exactly, by
+ * words that are written in several ways, by missing or additional spaces, and with or without an article; and by names
+ * with typing errors. A view of tables that the builder put into the file, so making one costs nothing; without those
+ * tables names are found word for word only.
  */
 #ifndef QXPAF_ARF_MATCH_NAME_INDEX_H
 #define QXPAF_ARF_MATCH_NAME_INDEX_H
@@ -52,7 +52,7 @@ class NameHits
   std::size_t count_ = 0;
 };
 
-/** The two dictionaries differ in the members of Database and the sections only, hence pointers to members. */
+/** The dictionaries differ in the members of Database and the sections only, hence pointers to members. */
 class Database;
 struct NameDictionary
 {
@@ -60,10 +60,11 @@ struct NameDictionary
   std::string_view (Database::*name)(std::uint32_t) const;
   std::optional<std::uint32_t> (Database::*find)(std::string_view) const;
   layout::SectionId hash;
-  layout::SectionId signatures;
+  std::optional<layout::SectionId> signatures;
 };
 extern const NameDictionary kLocalityDictionary;
 extern const NameDictionary kStreetDictionary;
+extern const NameDictionary kBuildingDictionary;
 
 class NameIndex
 {

@@ -29,7 +29,6 @@ enum class Departure : std::uint8_t
   UnwrittenLot,       ///< "12" for "LOT 5 12"
   UnwrittenBuilding,  ///< "11" for "OPERA COURT, 11"
   OtherBuilding,      ///< words in front that are not the address's building
-  UnusualUnit,        ///< "3/12" for "CARSPACE 3"
   BrokenStreet,       ///< a comma inside a street
   BrokenLocality,     ///< a comma inside a locality
   StreetAlias,        ///< another name of the street
@@ -39,6 +38,7 @@ enum class Departure : std::uint8_t
 
   // Changes, which only a lenient search makes.
   PreferredUnit,      ///< "3/12" for "SHOP 3", when there may be a "UNIT 3" too; alone no change
+  UnusualUnit,        ///< "3/12" for "CARSPACE 3"
   StreetArticle,      ///< "Esplanade" for "THE ESPLANADE"
   LocalityArticle,    ///< "Gap" for "THE GAP"
   BarePair,           ///< "3 12" for "3/12"
@@ -48,6 +48,7 @@ enum class Departure : std::uint8_t
   UnknownUnit,        ///< the unit written is not in the data: the building is the answer
   SingleUnit,         ///< no unit written, and the number has just this one
   InsideRange,        ///< "138" for "138-144"
+  RangeMiddle,        ///< the number is neither end of the range
   RenumberedAlias,    ///< another way to say the address, with another number or unit
   StreetTypeTypo,     ///< "Stret" for "STREET"
   StreetTypeMissing,  ///< "435 Whitewood"
@@ -97,7 +98,6 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::UnwrittenLot, "unwritten_lot", 1},
     {Departure::UnwrittenBuilding, "unwritten_building", 1},
     {Departure::OtherBuilding, "other_building", 1},
-    {Departure::UnusualUnit, "unusual_unit", 2},
     {Departure::BrokenStreet, "broken_street", 2},
     {Departure::BrokenLocality, "broken_locality", 2},
     {Departure::StreetAlias, "street_alias", 2},
@@ -105,6 +105,7 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::UnitBehindStreet, "unit_behind_street", 1},
     {Departure::AddressAlias, "address_alias", 2},
     {Departure::PreferredUnit, "preferred_unit", 1},
+    {Departure::UnusualUnit, "unusual_unit", 4},
     {Departure::StreetArticle, "street_article", 8},
     {Departure::LocalityArticle, "locality_article", 8},
     {Departure::BarePair, "bare_pair", 12},
@@ -113,7 +114,8 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::UnknownLot, "unknown_lot", 12},
     {Departure::UnknownUnit, "unknown_unit", 20},
     {Departure::SingleUnit, "single_unit", 12},
-    {Departure::InsideRange, "inside_range", 16},
+    {Departure::InsideRange, "inside_range", 12},
+    {Departure::RangeMiddle, "range_middle", 4},
     {Departure::RenumberedAlias, "renumbered_alias", 4},
     {Departure::StreetTypeTypo, "street_type_typo", 8},
     {Departure::StreetTypeMissing, "street_type_missing", 12},

@@ -47,16 +47,22 @@ class PremiseComparison
   {
   }
 
+  bool HasNumber(const Point& point) const
+  {
+    return point.numberFirst == premise_.numberFirst && point.numberPrefix == premise_.numberPrefix &&
+           point.numberFirstSuffix == premise_.numberFirstSuffix && point.numberLast == premise_.numberLast &&
+           point.numberLastSuffix == premise_.numberLastSuffix;
+  }
+
   /** How an address's number and lot depart from those written; nothing when they are others. */
   std::optional<Departures> CompareNumber(const Point& point) const
   {
-    const bool startsAlike = point.numberFirst == premise_.numberFirst && point.numberPrefix == premise_.numberPrefix &&
-                             point.numberFirstSuffix == premise_.numberFirstSuffix;
-    const bool endsAlike =
-        point.numberLast == premise_.numberLast && point.numberLastSuffix == premise_.numberLastSuffix;
-    if (startsAlike && endsAlike) return CompareLot(point);
-    if (lenient_ && IsInside(point) && premise_.lot.Empty()) return Departure::InsideRange;
-    return std::nullopt;
+    if (HasNumber(point)) return CompareLot(point);
+    if (!lenient_ || !IsInside(point) || !premise_.lot.Empty()) return std::nullopt;
+    Departures inside = Departure::InsideRange;
+    const bool isEnd = premise_.numberFirst == point.numberFirst || premise_.numberFirst == point.numberLast;
+    if (!isEnd) inside.Add(Departure::RangeMiddle);
+    return inside;
   }
 
   Fit Compare(const Point& point, const std::optional<Departures>& number) const
@@ -81,9 +87,20 @@ class PremiseComparison
  private:
   bool IsInside(const Point& point) const
   {
-    return premise_.HasNumber() && premise_.numberLast == 0 && premise_.numberFirstSuffix.empty() &&
-           premise_.numberPrefix.empty() && point.numberLast != 0 && point.numberFirst <= premise_.numberFirst &&
-           premise_.numberFirst <= point.numberLast;
+    const bool mayBe = premise_.HasNumber() && premise_.numberLast == 0 && premise_.numberPrefix.empty() &&
+                       point.numberLast != 0 && point.numberFirst <= premise_.numberFirst &&
+                       premise_.numberFirst <= point.numberLast;
+    return mayBe && (premise_.numberFirstSuffix.empty() || HasSuffixInside(point));
+  }
+
+  /** Whether a number with a suffix is an end of the range, or between the ends of one like "19A-19C". */
+  bool HasSuffixInside(const Point& point) const
+  {
+    const std::string_view suffix = premise_.numberFirstSuffix;
+    const bool isFirst = premise_.numberFirst == point.numberFirst;
+    const bool isLast = premise_.numberFirst == point.numberLast;
+    if (isFirst && isLast) return point.numberFirstSuffix <= suffix && suffix <= point.numberLastSuffix;
+    return (isFirst && suffix == point.numberFirstSuffix) || (isLast && suffix == point.numberLastSuffix);
   }
 
   std::optional<Departures> CompareLot(const Point& point) const
@@ -133,10 +150,10 @@ class PremiseComparison
     Fit fit{Fit::Kind::Match, departures};
     const std::string_view written = premise_.unit.type;
     if (written.empty()) {
-      if (!Interchangeable(kDefaultUnit, point.unitType))
-        fit.departures.Add(Departure::UnusualUnit);
-      else if (lenient_ && point.unitType != kDefaultUnit)
-        fit.departures.Add(Departure::PreferredUnit);
+      const bool isUsual = Interchangeable(kDefaultUnit, point.unitType);
+      if (!isUsual && !lenient_) return kNoFit;
+      if (!isUsual) fit.departures.Add(Departure::UnusualUnit);
+      if (isUsual && lenient_ && point.unitType != kDefaultUnit) fit.departures.Add(Departure::PreferredUnit);
     } else if (written != point.unitType) {
       if (premise_.unit.number.Empty() || !Interchangeable(written, point.unitType)) return kNoFit;
       fit.departures.Add(Departure::OtherUnitType);
@@ -204,7 +221,7 @@ void Collect(PointCursor cursor, const PremiseComparison& comparison, Collection
   for (Point point; cursor.Next(point);) {
     ++collection.search.visited;
     const std::optional<Departures> number = comparison.CompareNumber(point);
-    if (number && !number->Has(Departure::InsideRange)) collection.search.numberExists = true;
+    if (comparison.HasNumber(point) && (number || point.numberFirst != 0)) collection.search.numberExists = true;
     collection.Take(point, comparison.Compare(point, number));
   }
 }

@@ -31,7 +31,8 @@ PostalWords ReadPostalAtEnd(const InputText& input, WordRange body)
   for (std::size_t words = 1; words <= 2 && body.first + words < end; ++words) {
     const WordRange number{end - words, end};
     if (!input[end - 1].hasDigit || !ReadPostalNumber(input.Text(number), ignored)) continue;
-    PostalWords found = ReadTypeBefore(input, body.first, number.first);
+    const bool hasSign = number.first > body.first && IsNumberSign(input[number.first - 1].text);
+    PostalWords found = ReadTypeBefore(input, body.first, number.first - (hasSign ? 1 : 0));
     if (found.type.empty() || !PostalTypeTakesNumber(found.type)) continue;
     found.number = number;
     return found;
@@ -39,6 +40,13 @@ PostalWords ReadPostalAtEnd(const InputText& input, WordRange body)
   if (body.Empty()) return {};
   const PostalWords found = ReadTypeBefore(input, body.first, end);
   return found.type.empty() || PostalTypeTakesNumber(found.type) ? PostalWords{} : found;
+}
+
+std::size_t PostalTypeBefore(const InputText& input, std::size_t first, std::size_t end)
+{
+  const bool hasSign = end > first && IsNumberSign(input[end - 1].text);
+  const PostalWords found = ReadTypeBefore(input, first, end - (hasSign ? 1 : 0));
+  return found.type.empty() || !PostalTypeTakesNumber(found.type) ? end : found.start;
 }
 
 bool ReadPostalNumber(std::string_view text, PostalNumber& number)

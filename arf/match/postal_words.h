@@ -20,6 +20,9 @@ struct PostalWords
 /** A postal delivery that takes up the last words of `body`. */
 PostalWords ReadPostalAtEnd(const InputText& input, WordRange body);
 
+/** Where a type that takes a number begins directly before `end`, not before `first`; `end` when there is none. */
+std::size_t PostalTypeBefore(const InputText& input, std::size_t first, std::size_t end);
+
 /** The parts of a postal number: "C96", "C 96", "123A". */
 struct PostalNumber
 {

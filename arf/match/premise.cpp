@@ -3,6 +3,9 @@
 #include <algorithm>
 
 #include "arf/match/occupancy_words.h"
+#include "arf/match/postal_words.h"
+#include "arf/tables/level_types.h"
+#include "arf/tables/unit_types.h"
 
 namespace arf {
 namespace {
@@ -22,11 +25,6 @@ bool IsSingleLetter(const Word& word)
 
 constexpr std::string_view kHouse = "HOUSE";
 
-bool IsNumberSign(std::string_view word)
-{
-  return word == "NO" || word == "NUMBER" || word == "NR" || word == "NUM";
-}
-
 /** Whether two numbers can be the ends of a range: "12-14", "35D-35F". */
 bool IsBefore(const HouseNumber& first, const HouseNumber& last)
 {
@@ -38,7 +36,33 @@ bool IsLot(std::string_view word)
   return word == "LOT";
 }
 
+/** Words that say where an address lies from the number behind them: the number is a neighbour's. */
+constexpr std::string_view kBesideWords[] = {"OPP",    "OPPOSITE", "BEHIND", "BESIDE", "NEAR", "NEXT", "ADJACENT",
+                                             "ACROSS", "ABOVE",    "BELOW",  "UNDER",  "KM",   "PAST"};
+/** Types of units and levels that hardly begin the name of a building. */
+constexpr std::string_view kUsualTypes[] = {"UNIT", "FLAT", "APARTMENT", "LEVEL", "FLOOR", "LOT"};
+constexpr std::string_view kLinks[] = {"TO", "FROM", "DOOR", "OF"};
+
+template <std::size_t Count>
+bool IsOneOf(const std::string_view (&list)[Count], std::string_view word)
+{
+  return std::find(std::begin(list), std::end(list), word) != std::end(list);
+}
+
+/** "F1", which may be flat 1 or a unit of that name; "U1" is unit 1. */
+bool IsLetteredNumber(std::string_view word)
+{
+  HouseNumber number;
+  return word.size() > 1 && word.front() != 'U' && IsUpperLetter(word.front()) &&
+         ReadHouseNumber(word.substr(1), number);
+}
+
 }  // namespace
+
+bool IsNumberSign(std::string_view word)
+{
+  return word == "NO" || word == "NUMBER" || word == "NR" || word == "NUM";
+}
 
 bool ReadHouseNumber(std::string_view word, HouseNumber& number)
 {
@@ -72,10 +96,57 @@ class PremiseParser
     ReadSingleNumber(end);
     ReadPrefixedNumber(end);
     ReadLotOnly(end);
+    ReadNumberBeforeUnit(end);
     if (!foundNumber_ || sawHouseSign_) ReadElements(Premise{}, end);
   }
 
+  /**
+   * Names of buildings may have numbers, or end like a level: "Studio 54", "Cricket Ground". All words are the name, or
+   * those before a break are.
+   */
+  void ReadNamedBuilding(std::size_t end)
+  {
+    std::size_t nameEnd = end;
+    while (nameEnd > first_ + 1 && input_[nameEnd - 1].before != Joint::Break) --nameEnd;
+    if (nameEnd-- > first_ + 1 && MayBeName(nameEnd)) ReadBehindName(nameEnd, end);
+    if (!MayBeName(end)) return;
+    Premise premise;
+    premise.building = {first_, end};
+    premise.isLastResort = premise.buildingIsBinding = true;
+    result_.Add(premise);
+  }
+
  private:
+  static bool MayBeInName(const Word& word)
+  {
+    constexpr std::size_t kShortest = 3;
+    if (word.hasDigit || word.text.size() < kShortest || IsNumberSign(word.text)) return false;
+    return !IsOneOf(kUsualTypes, ExpandUnitType(word.text)) && !IsOneOf(kUsualTypes, ExpandLevelType(word.text));
+  }
+
+  /** Whether the words up to `end` may be a name that is read as something else as well. */
+  bool MayBeName(std::size_t end)
+  {
+    bool hasName = false;
+    for (std::size_t i = first_; i < end && !hasName; ++i) hasName = MayBeInName(input_[i]);
+    if (!hasName) return false;
+    Premise ignored;
+    return input_.HasDigit({first_, end}) || TakeElements(ignored, end) < end;
+  }
+
+  /** Reads what stands between a building's name and the street. */
+  void ReadBehindName(std::size_t nameEnd, std::size_t end)
+  {
+    Premises behind;
+    PremiseParser(input_, nameEnd, preference_, behind).Run(end);
+    for (Premise premise : behind) {
+      if (!premise.HasNumber() || !premise.building.Empty()) continue;
+      premise.building = {first_, nameEnd};
+      premise.isLastResort = premise.buildingIsBinding = true;
+      result_.Add(premise);
+    }
+  }
+
   bool Has(std::size_t position) const { return position > first_; }
   const Word& Before(std::size_t position) const { return input_[position - 1]; }
   bool Joined(std::size_t position, Joint joint) const
@@ -84,9 +155,13 @@ class PremiseParser
   }
 
   /** Whether the word before `position` is a lot's number. */
-  bool FollowsLot(std::size_t position) const
+  bool FollowsLot(std::size_t position) const { return LotWords(position) > 0; }
+  /** "Lot 5", "Lot No 5": how many words; 0 when they are none. */
+  std::size_t LotWords(std::size_t position) const
   {
-    return Has(position) && Has(position - 1) && IsLot(Before(position - 1).text);
+    if (!Has(position) || !Has(position - 1)) return 0;
+    if (IsLot(Before(position - 1).text)) return 2;
+    return IsNumberSign(Before(position - 1).text) && Has(position - 2) && IsLot(Before(position - 2).text) ? 3 : 0;
   }
 
   /** "12-14", "12A-14B"; "3-12" may also stand for "3/12". */
@@ -126,11 +201,12 @@ class PremiseParser
 
   bool ReadHouseNumber(const Word& word, HouseNumber& number) const { return arf::ReadHouseNumber(word.text, number); }
 
-  /** "12 A" */
+  /** "12 A", "12-A" */
   void ReadDetachedSuffix(std::size_t end)
   {
     if (!Has(end) || !Has(end - 1) || !IsSingleLetter(Before(end))) return;
-    if (input_[end - 1].before != Joint::Space || !Before(end - 1).isNumber) return;
+    const Joint joint = input_[end - 1].before;
+    if ((joint != Joint::Space && joint != Joint::Dash) || !Before(end - 1).isNumber) return;
     HouseNumber number;
     if (!ReadHouseNumber(Before(end - 1), number)) return;
     Premise premise;
@@ -187,7 +263,21 @@ class PremiseParser
     Premise premise;
     if (!Before(end).hasDigit || !premise.lot.Append(Before(end).text)) return;
     foundNumber_ = true;
-    ReadElements(premise, end - 2);
+    ReadElements(premise, end - LotWords(end));
+  }
+
+  /** "27 Rear Smith St", "112 (Lot 3) Smith St" */
+  void ReadNumberBeforeUnit(std::size_t end)
+  {
+    Premise premise;
+    const std::size_t position = TakeElements(premise, end);
+    HouseNumber number;
+    if (position == end || !Has(position) || Joined(position, Joint::Slash)) return;
+    if (!ReadHouseNumber(Before(position), number)) return;
+    if (FollowsLot(position) || Designator(position - 1).count > 0 || Joined(position - 1, Joint::Dash)) return;
+    SetNumber(premise, number);
+    premise.departures.Add(Departure::UnitBehindStreet);
+    ReadLeftOfNumber(premise, position - 1);
   }
 
   void SetNumber(Premise& premise, const HouseNumber& number)
@@ -200,8 +290,13 @@ class PremiseParser
   /** @param start  the position of the number */
   void ReadLeftOfNumber(Premise premise, std::size_t start)
   {
+    if (IsPostalNumber(start)) return;
     if (Joined(start, Joint::Slash)) return ReadSlashed(premise, start);
     std::size_t position = start;
+    if (IsLinkOf(position)) {
+      if (!Before(position - 1).hasDigit) ReadPassedOver(premise, position);
+      --position;
+    }
     if (Has(position) && IsHouseSign(position)) {
       sawHouseSign_ = true;  // some registers have the houses of a settlement as units without a number
       --position;
@@ -210,6 +305,30 @@ class PremiseParser
     }
     ReadElements(premise, position);
     ReadBarePair(premise, position);
+  }
+
+  /** "Unit 3 of 12", "3 of 12", "Rear of 12" */
+  bool IsLinkOf(std::size_t position) const
+  {
+    if (!Has(position) || !Has(position - 1) || Before(position).text != "OF") return false;
+    return Before(position - 1).hasDigit || ReadOccupancyBefore(input_, first_, position - 1, preference_).count > 0;
+  }
+
+  /** "Rear of 12" where there is nothing but 12. */
+  void ReadPassedOver(Premise premise, std::size_t position)
+  {
+    premise.building = {first_, position};
+    premise.isLastResort = true;
+    result_.Add(premise);
+  }
+
+  /** Whether the number is that of a box or bag before a street: "PO Box 12 Smith St" is no house. */
+  bool IsPostalNumber(std::size_t number) const
+  {
+    const std::size_t type = PostalTypeBefore(input_, first_, number);
+    if (type == number) return false;
+    const bool isBox = number - type == 1 && input_[type].text == "BOX";  // may end a name, "Juke Box"
+    return !isBox || !IsInName(type);
   }
 
   /** "House 12", but not the end of "Opera House 12" and "House, 12". */
@@ -243,7 +362,9 @@ class PremiseParser
    */
   void ReadBehindDesignator(const Premise& identified, std::size_t position)
   {
-    const OccupancyWords words = Designator(position);
+    OccupancyWords words = Designator(position);
+    if (words.count > 0 && ReadOccupancyBefore(input_, first_, position, preference_).count > words.count)
+      words = {};  // "2nd Floor 3/12"
     const bool inName = words.count > 0 && IsInName(position - words.count);
     if (words.count > 0 && !(inName && input_[position].before == Joint::Break)) {
       Premise premise = identified;
@@ -278,7 +399,8 @@ class PremiseParser
   /** "3 12 Smith St", where nothing says that 3 is a unit. */
   void ReadBarePair(Premise premise, std::size_t position)
   {
-    if (premise.numberLast != 0 || !Has(position) || !Before(position).hasDigit) return;
+    if (premise.unit.Written() || !Has(position) || !Before(position).hasDigit) return;
+    if (MayBeUnitName(position)) return;  // is read so already
     if (FollowsLot(position) || Designator(position - 1).count > 0) return;
     if (!premise.unit.number.Append(Before(position).text)) return;
     premise.lenientOnly = true;
@@ -287,8 +409,46 @@ class PremiseParser
   }
 
   /** Units, levels and lots before `position`, then the rest. */
-  void ReadElements(Premise premise, std::size_t position)
+  void ReadElements(const Premise& premise, std::size_t position)
   {
+    if (IsUnitLetter(premise, position)) return ReadUnitNamed(premise, position);
+    const bool mayBeWhole =
+        premise.HasNumber() && !premise.unit.Written() && preference_ == Preference::Units && MayBeUnitName(position);
+    if (mayBeWhole) ReadUnitNamed(premise, position);
+    ReadElementsAndRest(premise, position);
+  }
+
+  /** "F1", unless "Unit" or "Lot" stands before it. */
+  bool MayBeUnitName(std::size_t position)
+  {
+    return Has(position) && IsLetteredNumber(Before(position).text) && !FollowsLot(position) &&
+           Designator(position - 1).count == 0;
+  }
+
+  /** "A 12": a letter alone before the number; the last of several words is an initial ("J Smith B, 12"). */
+  bool IsUnitLetter(const Premise& premise, std::size_t position) const
+  {
+    return premise.HasNumber() && !premise.unit.Written() && Has(position) && IsSingleLetter(Before(position)) &&
+           Joined(position, Joint::Space) && !IsInName(position - 1);
+  }
+
+  /** The word before `position` is the unit's whole name. */
+  void ReadUnitNamed(Premise premise, std::size_t position)
+  {
+    if (premise.unit.number.Append(Before(position).text)) ReadElementsAndRest(premise, position - 1);
+  }
+
+  /** "opposite 12", "next door to 12" */
+  bool IsBeside(std::size_t position) const
+  {
+    if (position < input_.Count() && input_[position].before == Joint::Break) return false;
+    while (Has(position) && IsOneOf(kLinks, Before(position).text)) --position;
+    return Has(position) && IsOneOf(kBesideWords, Before(position).text);
+  }
+
+  void ReadElementsAndRest(Premise premise, std::size_t position)
+  {
+    const bool isBeside = premise.HasNumber() && IsBeside(position);
     position = TakeElements(premise, position);
     const std::size_t restEnd = position;
     // A building's name may stand between the unit and the number.
@@ -304,15 +464,16 @@ class PremiseParser
       }
     }
     premise.building = {first_, restEnd};
-    premise.buildingIsBinding = behindDigits > first_;
+    premise.buildingIsBinding = behindDigits > first_ || isBeside;
     result_.Add(premise);
   }
 
   std::size_t TakeElements(Premise& premise, std::size_t position)
   {
     for (;;) {
-      if (FollowsLot(position) && premise.lot.Empty() && premise.lot.Append(Before(position).text)) {
-        position -= 2;
+      const std::size_t lotWords = LotWords(position);
+      if (lotWords > 0 && premise.lot.Empty() && premise.lot.Append(Before(position).text)) {
+        position -= lotWords;
         continue;
       }
       const OccupancyWords words = Noted(ReadOccupancyBefore(input_, first_, position, preference_));
@@ -321,12 +482,13 @@ class PremiseParser
     }
   }
 
-  /** False, and nothing changed, when the premise has such a part already or the number is too long for one. */
+  /** False, and nothing changed, when the premise has another such part already or the number is too long for one. */
   static bool Take(Premise& premise, const OccupancyWords& words)
   {
     Occupancy& part = words.isLevel ? premise.level : premise.unit;
     Identifier number;
-    if (part.Written() || !number.Append(words.number)) return false;
+    const bool isSame = part.type.empty() && !part.number.Empty() && part.number.View() == words.number;
+    if ((part.Written() && !isSame) || !number.Append(words.number)) return false;
     part = {words.type, number};
     return true;
   }
@@ -352,6 +514,7 @@ Premises::Premises(const InputText& input, WordRange words)
   PremiseParser units(input, words.first, Preference::Units, *this);
   units.Run(words.last);
   if (units.SawAmbiguousType()) PremiseParser(input, words.first, Preference::Levels, *this).Run(words.last);
+  units.ReadNamedBuilding(words.last);
 }
 
 }  // namespace arf

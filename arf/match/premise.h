@@ -40,6 +40,7 @@ struct Premise
   WordRange building;              ///< words that belong to nothing else
   bool buildingIsBinding = false;  ///< those words hold numbers, so that they must not be passed over
   bool lenientOnly = false;        ///< a reading that strict rules do not take
+  bool isLastResort = false;       ///< a reading for when the others lead nowhere
   Departures departures;
 
   bool HasNumber() const { return numberFirst != 0; }
@@ -59,6 +60,7 @@ class Premises
 
  private:
   friend class PremiseParser;
+  Premises() = default;
   void Add(const Premise& premise)
   {
     if (count_ < kMax) readings_[count_++] = premise;
@@ -77,6 +79,9 @@ struct HouseNumber
 /** Reads up to nine digits and up to two letters that make no ordinal ("1ST"); false when the word is something else.
  */
 bool ReadHouseNumber(std::string_view word, HouseNumber& number);
+
+/** "NO", "NUMBER" */
+bool IsNumberSign(std::string_view word);
 
 }  // namespace arf
 

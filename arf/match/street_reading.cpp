@@ -66,13 +66,19 @@ void StreetEndings::Add(std::size_t nameEnd, std::string_view type, std::string_
   if (nameEnd > first_) endings_[count_++] = {nameEnd, type, suffix, isGuess};
 }
 
+/** With what a unit or level without a number ends. */
+constexpr std::string_view kUnitEnds[] = {"REAR", "FLOOR", "GROUND", "BASEMENT", "PENTHOUSE"};
+
 bool MayStartName(const InputText& input, std::size_t first, std::size_t position)
 {
   if (position == first || input[position].before == Joint::Break) return true;
   const Word& previous = input[position - 1];
   if (previous.hasDigit) return true;
-  const bool isLetter = previous.text.size() == 1;
-  return isLetter && position >= first + 2 && input[position - 2].isNumber;
+  if (position < first + 2) return false;
+  if (previous.text.size() == 1) return input[position - 2].isNumber;
+  // "12 Rear Smith St", "12 Ground Floor Smith St"
+  const bool mayBeUnit = std::find(std::begin(kUnitEnds), std::end(kUnitEnds), previous.text) != std::end(kUnitEnds);
+  return mayBeUnit && (input[position - 2].hasDigit || (position > first + 2 && input[position - 3].hasDigit));
 }
 
 }  // namespace arf

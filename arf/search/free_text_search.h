@@ -20,7 +20,7 @@
 
 #include "arf/format/database.h"
 #include "arf/match/input_text.h"
-#include "arf/search/word_index.h"
+#include "arf/format/word_index.h"
 #include "arf/spatial/point_filter.h"
 
 namespace arf {

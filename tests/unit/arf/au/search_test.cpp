@@ -65,7 +65,7 @@ TEST_F(Search, SaysInWhatTheAnswerDiffers)
   };
   const Row rows[] = {
       {"1 George Street, Sydney NSW 2000", "30000001", PAF_AU_FIND_MATCHED, ""},
-      {"138 Pitt Street Sydney", "30000050", PAF_AU_FIND_CHANGED, "inside_range=16"},
+      {"138 Pitt Street Sydney", "30000050", PAF_AU_FIND_CHANGED, "inside_range=12"},
       {"1 Goerge Street Sydney", "30000001", PAF_AU_FIND_CHANGED, "street_typo=12"},
       {"Unit 99, 12-14 George St Sydney", "30000010", PAF_AU_FIND_PRIMARY_POINT, "unknown_unit=20"},
       {"900 George Street Sydney", "", PAF_AU_FIND_NO_NUMBER, ""},

@@ -87,7 +87,7 @@ TEST(Departures, OfAnswers)
       {"483 Gorge St Sydny", 30000002, "unwritten_building=1;street_typo=12;locality_typo=12", false},
       {"99/12-14 George St Sydney", 30000010, "unknown_unit=20", true},
       {"1 George St Sydney NSW 2010", 30000001, "postcode_digit=12", false},
-      {"138 Pitt St Sydney", 30000050, "inside_range=16", false},
+      {"138 Pitt St Sydney", 30000050, "inside_range=12", false},
       {"20 March Rd Richmond", 30000131, "street_type_differs=15", false},
       {"3 Station St 0800", 30000154, "locality_missing=30", false},
       {"1 Georgge St Sydney, jo@example.org", 30000001, "street_typo=12;noise=4", false},

@@ -93,7 +93,35 @@ TEST(Premise, AllReadings)
       {"Hall 1/12", {"unit(HALL:1) 12"}},
       {"J Smith, 12", {"12[J SMITH]"}},
       {"Unit 3, Foo House, 12", {"unit(UNIT:3) 12[FOO HOUSE]"}},
-      {"Foo 3 House, 12", {"12[FOO 3 HOUSE]!"}},
+      {"Foo 3 House, 12", {"12[FOO 3 HOUSE]!", "unit(HOUSE:12) 3[FOO]"}},
+      {"Studio 54, 12", {"unit(STUDIO:54) 12"}},
+      {"Pier 54, 12", {"12[PIER 54]!", "unit(:54) 12[PIER]?"}},
+      {"Cricket Ground", {"level(GROUND:) [CRICKET]"}},
+      {"Cricket Ground, 12", {"level(GROUND:) 12[CRICKET]"}},
+      {"F1 12", {"unit(:F1) 12", "unit(FLAT:1) 12", "level(FLOOR:1) 12"}},
+      {"Flat F1, 12", {"unit(FLAT:F1) 12"}},
+      {"A 12", {"unit(:A) 12"}},
+      {"J Smith B 12", {"12[J SMITH B]"}},
+      {"A, 12", {"12[A]"}},
+      {"3 of 12", {"unit(:3) 12?", "12[3]!"}},
+      {"Rear of 12", {"unit(REAR:) 12"}},
+      {"Isle of 12", {"12[ISLE OF]"}},
+      {"opposite 12", {"12[OPPOSITE]!"}},
+      {"next door to 12", {"12[NEXT DOOR TO]!"}},
+      {"Opposite House, 12", {"12[OPPOSITE HOUSE]"}},
+      {"PO Box 12", {}},
+      {"PO Box No 12", {}},
+      {"Juke Box 12", {"12[JUKE BOX]"}},
+      {"12 Rear", {"unit(REAR:) 12"}},
+      {"12 (Lot 5)", {"lot(5) 12", "lot(5) [12]!"}},
+      {"12/Lot 5", {"lot(5) [12]!"}},
+      {"Lot No 5", {"lot(5)"}},
+      {"12-A", {"12A"}},
+      {"Unit 3, 3/12", {"unit(UNIT:3) 12"}},
+      {"Unit 4, 3/12", {"unit(:3) 12[UNIT 4]!"}},
+      {"2nd Floor 3/12", {"unit(:3) level(FLOOR:2) 12"}},
+      {"3 12-14", {"12-14[3]!", "unit(:3) 12-14?", "unit(:12) 14[3]!?"}},
+      {"12\xC2\xBD", {"[12\xC2\xBD]!"}},
       {"8 & 13/308", {"unit(:13) 308[8]!"}},
       {"3 12", {"12[3]!", "unit(:3) 12?"}},
       {"Foo House", {"[FOO HOUSE]"}},
@@ -115,7 +143,32 @@ TEST(Premise, AllReadings)
     ASSERT_EQ(input->Read(row.written), arf::InputFault::None);
     std::multiset<std::string> readings;
     for (const Premise& premise : arf::Premises(*input, {0, input->Count()}))
-      readings.insert(Describe(*input, premise));
+      if (!premise.isLastResort) readings.insert(Describe(*input, premise));
+    EXPECT_EQ(readings, row.readings) << row.written;
+  }
+}
+
+/** What is tried where nothing else leads anywhere. */
+TEST(Premise, LastResorts)
+{
+  const PremiseRow rows[] = {
+      {"12", {}},
+      {"Unit 3, 12", {}},
+      {"Level 2 Flat 3/12", {}},
+      {"Foo House", {}},
+      {"Foo House, 12", {"[FOO HOUSE 12]!"}},
+      {"Cricket Ground", {"[CRICKET GROUND]!"}},
+      {"Cricket Ground, 12", {"12[CRICKET GROUND]!", "[CRICKET GROUND 12]!"}},
+      {"Pier 54, Unit 3, 12", {"12[PIER 54 UNIT 3]!", "[PIER 54 UNIT 3 12]!"}},
+      {"Studio 54, 12", {"12[STUDIO 54]!", "[STUDIO 54 12]!"}},
+      {"Rear of 12", {"12[REAR OF]", "[REAR OF 12]!"}},
+  };
+  for (const PremiseRow& row : rows) {
+    const auto input = std::make_unique<InputText>();
+    ASSERT_EQ(input->Read(row.written), arf::InputFault::None);
+    std::multiset<std::string> readings;
+    for (const Premise& premise : arf::Premises(*input, {0, input->Count()}))
+      if (premise.isLastResort) readings.insert(Describe(*input, premise));
     EXPECT_EQ(readings, row.readings) << row.written;
   }
 }

@@ -1,5 +1,5 @@
 // The index of words: against a plain look at all names, and over any bytes.
-#include "arf/search/word_index.h"
+#include "arf/format/word_index.h"
 
 #include <gtest/gtest.h>
 

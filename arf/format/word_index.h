@@ -5,8 +5,8 @@
  * An index is a view: opening it compares a few numbers. Whatever the bytes are, nothing outside the section is read;
  * what the index answers may be out of the range of the database, whose functions then answer nothing.
  */
-#ifndef QXPAF_ARF_SEARCH_WORD_INDEX_H
-#define QXPAF_ARF_SEARCH_WORD_INDEX_H
+#ifndef QXPAF_ARF_FORMAT_WORD_INDEX_H
+#define QXPAF_ARF_FORMAT_WORD_INDEX_H
 
 #include <array>
 #include <cstdint>

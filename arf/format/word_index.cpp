@@ -1,4 +1,4 @@
-#include "arf/search/word_index.h"
+#include "arf/format/word_index.h"
 
 #include <algorithm>
 
