@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "arf/match/canonical_words.h"
+#include "arf/match/premise.h"
 #include "arf/tables/level_types.h"
 #include "arf/tables/unit_types.h"
 
@@ -112,10 +113,11 @@ OccupancyWords ReadOccupancyBefore(const InputText& input, std::size_t first, st
   if (end <= first) return {};
   const Word& last = input[end - 1];
   if (IsIdentifier(last)) {
-    OccupancyWords words = ReadDesignator(input, first, end - 1, preference);
+    const bool hasSign = end > first + 2 && IsNumberSign(input[end - 2].text);  // "Unit No 3"
+    OccupancyWords words = ReadDesignator(input, first, end - (hasSign ? 2 : 1), preference);
     if (words.count > 0) {
       words.number = last.text;
-      ++words.count;
+      words.count += hasSign ? 2 : 1;
       return words;
     }
     if (words = ReadCombined(last.text, preference); words.count > 0) return words;

@@ -49,12 +49,14 @@ bool IsOneOf(const std::string_view (&list)[Count], std::string_view word)
   return std::find(std::begin(list), std::end(list), word) != std::end(list);
 }
 
-/** "F1", which may be flat 1 or a unit of that name; "U1" is unit 1. */
-bool IsLetteredNumber(std::string_view word)
+/** A letter and a number: "F1" and "UF1" may be the unit F1, "U1" is unit 1. Empty when the word is none. */
+std::string_view UnitNameIn(std::string_view word)
 {
+  const std::string_view name = word.substr(word.size() > 2 && word.front() == 'U' && IsUpperLetter(word[1]) ? 1 : 0);
   HouseNumber number;
-  return word.size() > 1 && word.front() != 'U' && IsUpperLetter(word.front()) &&
-         ReadHouseNumber(word.substr(1), number);
+  const bool isName =
+      name.size() > 1 && name.front() != 'U' && IsUpperLetter(name.front()) && ReadHouseNumber(name.substr(1), number);
+  return isName ? name : std::string_view();
 }
 
 }  // namespace
@@ -274,10 +276,18 @@ class PremiseParser
     HouseNumber number;
     if (position == end || !Has(position) || Joined(position, Joint::Slash)) return;
     if (!ReadHouseNumber(Before(position), number)) return;
-    if (FollowsLot(position) || Designator(position - 1).count > 0 || Joined(position - 1, Joint::Dash)) return;
-    SetNumber(premise, number);
+    if (FollowsLot(position) || Designator(position - 1).count > 0) return;
     premise.departures.Add(Departure::UnitBehindStreet);
-    ReadLeftOfNumber(premise, position - 1);
+    if (!Joined(position - 1, Joint::Dash)) {
+      SetNumber(premise, number);
+      return ReadLeftOfNumber(premise, position - 1);
+    }
+    HouseNumber first;
+    if (!Has(position - 1) || !ReadHouseNumber(Before(position - 1), first) || !IsBefore(first, number)) return;
+    SetNumber(premise, first);
+    premise.numberLast = number.number;
+    premise.numberLastSuffix = number.suffix;
+    ReadLeftOfNumber(premise, position - 2);
   }
 
   void SetNumber(Premise& premise, const HouseNumber& number)
@@ -293,7 +303,8 @@ class PremiseParser
     if (IsPostalNumber(start)) return;
     if (Joined(start, Joint::Slash)) return ReadSlashed(premise, start);
     std::size_t position = start;
-    if (IsLinkOf(position)) {
+    const bool hasLink = IsLinkOf(position);
+    if (hasLink) {
       if (!Before(position - 1).hasDigit) ReadPassedOver(premise, position);
       --position;
     }
@@ -304,7 +315,7 @@ class PremiseParser
       --position;
     }
     ReadElements(premise, position);
-    ReadBarePair(premise, position);
+    ReadBarePair(premise, position, hasLink);
   }
 
   /** "Unit 3 of 12", "3 of 12", "Rear of 12" */
@@ -396,32 +407,35 @@ class PremiseParser
     return start > first_ && input_[start].before != Joint::Break && !Before(start).hasDigit;
   }
 
-  /** "3 12 Smith St", where nothing says that 3 is a unit. */
-  void ReadBarePair(Premise premise, std::size_t position)
+  /** "3 12 Smith St", where nothing says that 3 is a unit, unlike "#3 12" and "3 of 12" (`isSaid`). */
+  void ReadBarePair(Premise premise, std::size_t position, bool isSaid)
   {
     if (premise.unit.Written() || !Has(position) || !Before(position).hasDigit) return;
-    if (MayBeUnitName(position)) return;  // is read so already
-    if (FollowsLot(position) || Designator(position - 1).count > 0) return;
+    if (MayBeUnitName(position) && UnitNameIn(Before(position).text) == Before(position).text)
+      return;  // is read already
+    if (FollowsLot(position) || ReadOccupancyBefore(input_, first_, position, preference_).count > 1) return;
     if (!premise.unit.number.Append(Before(position).text)) return;
-    premise.lenientOnly = true;
-    premise.departures.Add(Departure::BarePair);
+    if (!isSaid && !Before(position).afterHash) {
+      premise.lenientOnly = true;
+      premise.departures.Add(Departure::BarePair);
+    }
     ReadElements(premise, position - 1);
   }
 
   /** Units, levels and lots before `position`, then the rest. */
   void ReadElements(const Premise& premise, std::size_t position)
   {
-    if (IsUnitLetter(premise, position)) return ReadUnitNamed(premise, position);
+    if (IsUnitLetter(premise, position)) return ReadUnitNamed(premise, Before(position).text, position);
     const bool mayBeWhole =
         premise.HasNumber() && !premise.unit.Written() && preference_ == Preference::Units && MayBeUnitName(position);
-    if (mayBeWhole) ReadUnitNamed(premise, position);
+    if (mayBeWhole) ReadUnitNamed(premise, UnitNameIn(Before(position).text), position);
     ReadElementsAndRest(premise, position);
   }
 
   /** "F1", unless "Unit" or "Lot" stands before it. */
   bool MayBeUnitName(std::size_t position)
   {
-    return Has(position) && IsLetteredNumber(Before(position).text) && !FollowsLot(position) &&
+    return Has(position) && !UnitNameIn(Before(position).text).empty() && !FollowsLot(position) &&
            Designator(position - 1).count == 0;
   }
 
@@ -432,10 +446,10 @@ class PremiseParser
            Joined(position, Joint::Space) && !IsInName(position - 1);
   }
 
-  /** The word before `position` is the unit's whole name. */
-  void ReadUnitNamed(Premise premise, std::size_t position)
+  /** The word before `position` says the unit's name. */
+  void ReadUnitNamed(Premise premise, std::string_view name, std::size_t position)
   {
-    if (premise.unit.number.Append(Before(position).text)) ReadElementsAndRest(premise, position - 1);
+    if (premise.unit.number.Append(name)) ReadElementsAndRest(premise, position - 1);
   }
 
   /** "opposite 12", "next door to 12" */
