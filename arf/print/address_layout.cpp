@@ -11,7 +11,9 @@
 #include "arf/tables/street_types.h"
 #include "arf/tables/unit_types.h"
 #include "qxpaf/arf_au.h"
+#include "qxpaf/text/encoding.h"
 #include "qxpaf/text/normalise.h"
+#include "qxpaf/text/unicode.h"
 
 namespace arf {
 namespace {
@@ -68,33 +70,56 @@ void RestoreCapitals(char* word, std::size_t length, bool isLastLine)
     UpperAscii(word, length);
 }
 
-/** A line in the letter case that the options ask for. */
+/** Appends UTF-8 text in upper case. Bytes that are no UTF-8 and characters without an upper case stay as they are. */
+void AppendUpper(BoundedText& out, const char* text)
+{
+  constexpr wchar_t kSharpS = 0xDF;
+  while (*text != '\0') {
+    const char* const begin = text;
+    wchar_t c = 0;
+    if (!NextUtf8Char(c, text)) {
+      text = begin + 1;
+      c = 0;
+    }
+    const wchar_t upper = UnicodeToUpper(c);
+    std::array<char, 4> bytes;
+    if (c == kSharpS)
+      out << "SS";
+    else if (upper == c)
+      out << std::string_view(begin, static_cast<std::size_t>(text - begin));
+    else
+      out << std::string_view(bytes.data(), static_cast<std::size_t>(WideCharToUtf8(bytes.data(), upper)));
+  }
+}
+
+/** A line in the letter case that the options ask for. In upper case it may be longer. */
 class CasedLine
 {
  public:
-  CasedLine(std::string_view line, const LayoutOptions& options, bool isLast) : length_(line.size())
+  CasedLine(std::string_view line, const LayoutOptions& options, bool isLast)
+      : cased_(upper_.data(), static_cast<int>(upper_.size())), length_(line.size())
   {
     std::copy(line.begin(), line.end(), text_.begin());
     text_[length_] = '\0';
+    isUpper_ = options.upper || (isLast && options.lastLineUpper);
+    if (isUpper_) {
+      AppendUpper(cased_, text_.data());
+      return;
+    }
     TitleCaseUtf8(text_.data());
-    const bool upper = options.upper || (isLast && options.lastLineUpper);
-    if (upper)
-      CaseUpper(line);
-    else
-      ForEachWord(text_.data(), length_, [isLast](char* word, std::size_t n) { RestoreCapitals(word, n, isLast); });
+    ForEachWord(text_.data(), length_, [isLast](char* word, std::size_t n) { RestoreCapitals(word, n, isLast); });
   }
-  std::string_view View() const { return {text_.data(), length_}; }
+  CasedLine(const CasedLine&) = delete;
+  CasedLine& operator=(const CasedLine&) = delete;
+
+  std::string_view View() const { return isUpper_ ? cased_.View() : std::string_view(text_.data(), length_); }
 
  private:
-  /** Beyond ASCII the letters of the data, which are capitals, are taken as they are. */
-  void CaseUpper(std::string_view line)
-  {
-    std::copy(line.begin(), line.end(), text_.begin());
-    UpperAscii(text_.data(), length_);
-  }
-
   std::array<char, AddressLines::kMaxLength + 1> text_;
+  std::array<char, 2 * AddressLines::kMaxLength + 1> upper_;  ///< no character of two bytes or more doubles
+  BoundedText cased_;                                         ///< in upper_
   std::size_t length_;
+  bool isUpper_;
 };
 
 bool Fit(AddressLines& lines, const LayoutOptions& options)
@@ -119,11 +144,12 @@ bool WriteLines(const AddressLines& written, const LayoutOptions& options, char 
   return true;
 }
 
-/** An address with its types abbreviated for print. */
+/** An address with its types abbreviated for print. One letter without a number would be read as something else. */
 void Abbreviate(Point& point, Street& street)
 {
   point.unitType = AbbreviateUnitType(point.unitType);
-  point.levelType = AbbreviateLevelType(point.levelType);
+  const std::string_view level = AbbreviateLevelType(point.levelType);
+  if (level.size() > 1 || !point.levelNumber.empty()) point.levelType = level;
   if (street.isPostal) return;
   street.type = AbbreviateStreetType(street.type);
   street.suffix = AbbreviateStreetSuffix(street.suffix);

@@ -108,6 +108,36 @@ TEST(AddressLayout, OtherTextsKeepTheirWords)
   EXPECT_EQ(Text("a\tb"), "A|B");
 }
 
+TEST(AddressLayout, UpperCaseBeyondAscii)
+{
+  struct Row
+  {
+    const char* text;
+    const char* upper;
+  };
+  const Row rows[] = {
+      {"12 ren\u00e9 st, jos\u00e9", "12 REN\u00c9 ST|JOS\u00c9"},
+      {"5 k\u00fcche", "5 K\u00dcCHE"},
+      {"\u00ff\u0101\u03b1\u0436", "\u0178\u0100\u0391\u0416"},
+      {"stra\u00dfe", "STRASSE"},
+      {"\u0250\u0131", "\u2c6fI"},  // one byte more, one less
+      {"\u20ac \U0001F600 \u4e2d", "\u20ac \U0001F600 \u4e2d"},
+      {"caf\xe9 \xf7\xbf\xbf\xbf", "CAF\xe9 \xf7\xbf\xbf\xbf"},
+      {"\xc0\xaf\xc3", "\xc0\xaf\xc3"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(Text(row.text, PAF_AU_FORMAT_UPPER), row.upper) << row.text;
+  EXPECT_EQ(Text("caf\u00e9, k\u00fcche"), "Caf\u00e9|K\u00dcCHE");
+}
+
+TEST(AddressLayout, UpperCaseThatIsLongerMustFit)
+{
+  std::string text, upper;
+  for (int i = 0; i < 170; ++i) text += "\u0250", upper += "\u2c6f";
+  EXPECT_EQ(Text(text, PAF_AU_FORMAT_UPPER), upper) << "510 bytes";
+  for (int i = 0; i < 86; ++i) text += "\u0250";
+  EXPECT_EQ(Text(text, PAF_AU_FORMAT_UPPER), "-") << "512 bytes, 768 in upper case";
+}
+
 TEST(AddressLayout, TextsTooLongDoNotFit)
 {
   EXPECT_EQ(Text(std::string(512, 'x')), std::string(512, 'X'));
