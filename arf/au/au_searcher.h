@@ -102,6 +102,7 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   LookupAnswer Search(std::string_view address, Rules rules);
   int Lookup(std::string_view address, Rules rules, BoundedText& out);
   int ValidatePartial(std::string_view input, BoundedText& out);
+  std::string_view LevelOfRest();
   int ValidateFull(std::string_view input, Rules rules, BoundedText& out, char& verdict);
   int Format(std::string_view input, const LayoutOptions& options, BoundedText& out);
   int Fix(std::string_view input, BoundedText& out);

@@ -3,6 +3,9 @@
 #include "arf/au/au_searcher.h"
 #include "arf/au/boundary.h"
 #include "arf/match/address_text.h"
+#include "arf/match/last_line.h"
+#include "arf/match/locality_query.h"
+#include "arf/match/street_query.h"
 #include "arf/print/address_layout.h"
 
 namespace arf {
@@ -28,7 +31,7 @@ char VerdictLetter(Verdict verdict)
   }
 }
 
-/** What an address that stops at some level stands for; empty when something in it is wrong. */
+/** What an address that stops at some level stands for; empty when the search does not say. */
 std::string_view LevelOf(Fault fault)
 {
   switch (fault) {
@@ -42,6 +45,18 @@ std::string_view LevelOf(Fault fault)
     default:
       return {};
   }
+}
+
+/** Whether the search got so little out of a text that it may be a last line, or a street alone. */
+bool MayStopEarly(Fault fault)
+{
+  return fault <= Fault::StreetTypeDiffers;
+}
+
+int FindStatusOf(std::string_view level)
+{
+  if (level == kSeveral) return PAF_AU_FIND_SEVERAL;
+  return level == kStreet ? PAF_AU_FIND_NO_NUMBER : PAF_AU_FIND_NO_STREET;
 }
 
 bool IsComplete(const Reading& reading)
@@ -60,10 +75,26 @@ int AuSearcher::ValidatePartial(std::string_view input, BoundedText& out)
 {
   const int status = Lookup(input, Rules::Lenient, out);
   if (status == 0 || !searches_) return status;
-  const std::string_view level = LevelOf(searches_->matcher.LastFailure().fault);
+  const Fault fault = searches_->matcher.LastFailure().fault;
+  std::string_view level = LevelOf(fault);
+  if (level.empty() && MayStopEarly(fault)) level = LevelOfRest();
   if (level.empty()) return status;
+  findStatus_ = FindStatusOf(level);
   out << level;
   return 0;
+}
+
+/** What the last input stands for where no address can be read from it: a last line, or a street without locality. */
+std::string_view AuSearcher::LevelOfRest()
+{
+  const InputText& input = searches_->matcher.Input();
+  std::vector<std::uint32_t>& localities = searches_->places.localities;
+  const Engine& engine = *searches_->data->engine;
+  if (FindLocalities(engine, input, localities).fault == Fault::None) {
+    const bool isNamed = Tails(input).begin()->localityEnd > 0;
+    return isNamed || localities.size() == 1 ? kLocality : kSeveral;
+  }
+  return NamesStreet(engine, input) ? kStreet : std::string_view();
 }
 
 int AuSearcher::ValidateFullAddress(const char* input, char* out, int outSize, int flags, char* resultFlag)

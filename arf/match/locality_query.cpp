@@ -24,6 +24,39 @@ void AddByPlace(const Database& data, const WrittenPlace& place, std::vector<std
     AddFitting(data, place, locality, found);
 }
 
+/** Collects what a name, and the state and postcode that belong to it, fit; notes the first name that they do not fit.
+ */
+void AddNamed(const Engine& engine, const InputText& line, WordRange name, const WrittenPlace& place,
+              std::vector<std::uint32_t>& found, Failure& failure)
+{
+  for (const NameHit& hit : engine.LocalityNames().Find(line, name)) {
+    if (hit.fit == NameFit::Article) continue;
+    for (const std::uint32_t locality : engine.Data().LocalitiesNamed(hit.name)) {
+      AddFitting(engine.Data(), place, locality, found);
+      if (failure.fault != Fault::None) continue;
+      failure.fault = Fault::PlaceContradicts;
+      failure.locality = locality;
+      failure.writtenPlace = place.Text();
+    }
+  }
+}
+
+/** State and postcode may stand before the name too: "2000 SYDNEY". */
+void AddBehindPlace(const Engine& engine, const InputText& line, std::vector<std::uint32_t>& found, Failure& failure)
+{
+  for (const Tail& tail : Tails(line)) {
+    WordRange name{0, tail.localityEnd};
+    WrittenPlace place = tail.place;
+    for (;;) {
+      const PlaceWords words = ReadPlaceAfter(line, name.first, name.last, place);
+      if (words.count == 0) break;
+      name.first += words.count;
+      place.Merge(words.place);
+      if (!name.Empty()) AddNamed(engine, line, name, place, found, failure);
+    }
+  }
+}
+
 }  // namespace
 
 Failure FindLocalities(const Engine& engine, const InputText& line, std::vector<std::uint32_t>& found)
@@ -34,18 +67,9 @@ Failure FindLocalities(const Engine& engine, const InputText& line, std::vector<
   for (const Tail& tail : Tails(line)) {
     const WordRange name{0, tail.localityEnd};
     if (name.Empty() && !tail.place.Empty()) AddByPlace(data, tail.place, found);
-    if (name.Empty()) continue;
-    for (const NameHit& hit : engine.LocalityNames().Find(line, name)) {
-      if (hit.fit == NameFit::Article) continue;
-      for (const std::uint32_t locality : data.LocalitiesNamed(hit.name)) {
-        AddFitting(data, tail.place, locality, found);
-        if (failure.fault != Fault::None) continue;
-        failure.fault = Fault::PlaceContradicts;
-        failure.locality = locality;
-        failure.writtenPlace = tail.place.Text();
-      }
-    }
+    if (!name.Empty()) AddNamed(engine, line, name, tail.place, found, failure);
   }
+  if (found.empty()) AddBehindPlace(engine, line, found, failure);
   std::sort(found.begin(), found.end());
   found.erase(std::unique(found.begin(), found.end()), found.end());
   if (!found.empty()) return {};

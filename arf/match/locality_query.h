@@ -13,7 +13,7 @@ namespace arf {
 
 /**
  * Collects every locality that fits a name, a state and a postcode, of which some may be missing: "SYDNEY NSW 2000",
- * "Richmond", "2000", "NT".
+ * "Richmond", "2000", "NT". State and postcode may stand before the name where nothing is found otherwise.
  *
  * @param found  emptied first; in ascending order. Allocates only when it has to grow.
  * @return why there is none; Fault::None when there are some.

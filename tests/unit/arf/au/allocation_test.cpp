@@ -33,6 +33,8 @@ void QueryAll(IArfSearcher& s, const std::vector<arf_test::TsvRow>& rows)
       s.GetParsedInput(out, sizeof out);
     }
     s.FixLastLine(text, out, sizeof out);
+    s.ValidatePartialAddress(text, out, sizeof out);
+    s.FormatAddress(text, out, PAF_AU_FORMAT_UPPER, sizeof out);
     for (int status = s.GetPopupHint(text, "", 20, out, sizeof out), i = 0; status == 0 && i < 20; ++i)
       status = s.GetNextPopupHint(out, sizeof out);
     for (int status = s.GetAddressHint(text, "", out, sizeof out), i = 0; status == 0 && i < 20; ++i)

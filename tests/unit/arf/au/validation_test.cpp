@@ -100,13 +100,60 @@ TEST_F(Validation, AnAnswerThatDoesNotFitHasAVerdictAndNoText)
 
 TEST_F(Validation, IncompleteAddresses)
 {
-  EXPECT_EQ(Partial("1 George St Sydney"), (Answer{0, "30000001"}));
-  EXPECT_EQ(Partial("George St Sydney"), (Answer{0, "STREET"}));
-  EXPECT_EQ(Partial("Sydney NSW"), (Answer{0, "LOCALITY"}));
-  EXPECT_EQ(Partial("1 Windsor St Richmond"), (Answer{0, "SEVERAL"}));
-  EXPECT_EQ(Partial("900 George St Sydney"), (Answer{PAF_AU_ERR_WRONG_NUMBER, ""}));
-  EXPECT_EQ(Partial("1 Qwertz St Sydney"), (Answer{PAF_AU_ERR_WRONG_STREET, ""}));
-  EXPECT_EQ(Partial("xyzzy"), (Answer{PAF_AU_ERR_NOT_FOUND, ""}));
+  struct Row
+  {
+    const char* written;
+    int status;
+    const char* text;
+    int findStatus;
+  };
+  const Row rows[] = {
+      {"1 George St Sydney", 0, "30000001", PAF_AU_FIND_MATCHED},
+      {"George St Sydney", 0, "STREET", PAF_AU_FIND_NO_NUMBER},
+      {"1 Windsor St Richmond", 0, "SEVERAL", PAF_AU_FIND_SEVERAL},
+      {"900 George St Sydney", PAF_AU_ERR_WRONG_NUMBER, "", PAF_AU_FIND_NO_NUMBER},
+      {"1 Qwertz St Sydney", PAF_AU_ERR_WRONG_STREET, "", PAF_AU_FIND_NO_STREET},
+      {"1 George Ave Sydney NSW", 0, "30000001", PAF_AU_FIND_CHANGED},
+      {"xyzzy", PAF_AU_ERR_NOT_FOUND, "", PAF_AU_FIND_NOTHING},
+      {"", PAF_AU_ERR_NOT_FOUND, "", PAF_AU_FIND_NOTHING},
+      // Localities, also where the end of a name is another one.
+      {"Sydney NSW", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"Richmond", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"East Melbourne VIC", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"2000 Sydney", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"NSW 2000 Sydney", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"2001 NSW, Sydney", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"Qwertz Melbourne VIC", PAF_AU_ERR_WRONG_STREET, "", PAF_AU_FIND_NO_STREET},
+      {"Sydney VIC", PAF_AU_ERR_WRONG_LOCALITY, "", PAF_AU_FIND_NO_LOCALITY},
+      {"3000 Sydney", PAF_AU_ERR_WRONG_STREET, "", PAF_AU_FIND_NO_STREET},
+      {"Atlantis", PAF_AU_ERR_NOT_FOUND, "", PAF_AU_FIND_NOTHING},
+      // State and postcode alone.
+      {"vic 3121", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"2600", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"0800", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"NSW", 0, "SEVERAL", PAF_AU_FIND_SEVERAL},
+      {"ACT", 0, "LOCALITY", PAF_AU_FIND_NO_STREET},
+      {"TAS", PAF_AU_ERR_WRONG_LOCALITY, "", PAF_AU_FIND_NO_LOCALITY},
+      {"vic 2000", PAF_AU_ERR_WRONG_LOCALITY, "", PAF_AU_FIND_NO_LOCALITY},
+      {"9999", PAF_AU_ERR_WRONG_LOCALITY, "", PAF_AU_FIND_NO_LOCALITY},
+      // Streets without locality.
+      {"george st", 0, "STREET", PAF_AU_FIND_NO_NUMBER},
+      {"1 george st", 0, "STREET", PAF_AU_FIND_NO_NUMBER},
+      {"unit 2/30 george st", 0, "STREET", PAF_AU_FIND_NO_NUMBER},
+      {"george st nsw", 0, "STREET", PAF_AU_FIND_NO_NUMBER},
+      {"the esplanade", 0, "STREET", PAF_AU_FIND_NO_NUMBER},
+      {"o'connell street", 0, "STREET", PAF_AU_FIND_NO_NUMBER},
+      {"14 broadway", PAF_AU_ERR_WRONG_LOCALITY, "", PAF_AU_FIND_NO_LOCALITY},
+      {"900 george st", PAF_AU_ERR_WRONG_LOCALITY, "", PAF_AU_FIND_NO_LOCALITY},
+      {"george st vic", PAF_AU_ERR_WRONG_LOCALITY, "", PAF_AU_FIND_NO_LOCALITY},
+      {"george ave", PAF_AU_ERR_NOT_FOUND, "", PAF_AU_FIND_NOTHING},
+      {"george", PAF_AU_ERR_NOT_FOUND, "", PAF_AU_FIND_NOTHING},
+      {"gorge st", PAF_AU_ERR_NOT_FOUND, "", PAF_AU_FIND_NOTHING},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(Partial(row.written), (Answer{row.status, row.text})) << row.written;
+    EXPECT_EQ(searcher_->GetFindStatus(), row.findStatus) << row.written;
+  }
 }
 
 TEST_F(Validation, Formatting)

@@ -164,6 +164,15 @@ TEST(FindLocalities, Rows)
       {"Gap", 0, arf::Fault::LocalityUnknown},
       {"", 0, arf::Fault::NothingRecognised},
       {"TAS", 0, arf::Fault::LocalityUnknown},
+      {"2000 Sydney", 1, arf::Fault::None},
+      {"NSW 2001 Sydney", 1, arf::Fault::None},
+      {"2753 Richmond NSW", 1, arf::Fault::None},
+      {"NSW Richmond 2753", 1, arf::Fault::None},
+      {"Victoria Point", 1, arf::Fault::None},
+      {"3000 Sydney", 0, arf::Fault::PlaceContradicts},
+      {"VIC Sydney", 0, arf::Fault::PlaceContradicts},
+      {"2000 Melborne", 0, arf::Fault::LocalityUnknown},
+      {"2000 2001 Sydney", 0, arf::Fault::LocalityUnknown},
   };
   std::vector<std::uint32_t> found;
   for (const Row& row : rows) {
