@@ -89,12 +89,13 @@ bool HintEnumeration::NextPart()
   return false;
 }
 
-/** Streets without a name have no text that would find them again. */
+/** Streets without a name have no text that would find them again, unless they are boxes or bags. */
 bool HintEnumeration::NextStreet()
 {
   for (; rest_.count > 0; ++rest_.first, --rest_.count) {
     const Street street = data_.StreetAt(rest_.first);
-    if (street.nameIndex == kNoIndex || street.points.count == 0) continue;
+    const bool hasText = street.nameIndex != kNoIndex || street.isPostal;
+    if (!hasText || street.points.count == 0) continue;
     current_ = Hint();
     current_.kind = street.points.count == 1 ? HintKind::Address : HintKind::Street;
     current_.count = street.points.count;
@@ -171,9 +172,11 @@ Hint HintEnumeration::HintAt(const Point& point) const
 void AppendHintText(BoundedText& text, const Database& database, const Hint& hint)
 {
   if (hint.kind == HintKind::Address) return AppendAddress(text, database, hint.own);
-  if (hint.kind == HintKind::Building) AppendNumber(text, database.PointAt(hint.points.first));
   if (hint.kind != HintKind::Locality) {
-    AppendStreet(text, database.StreetAt(hint.street));
+    const Street street = database.StreetAt(hint.street);
+    if (street.isPostal) AppendStreet(text, street);
+    if (hint.kind == HintKind::Building) AppendNumber(text.Gap(), database.PointAt(hint.points.first));
+    if (!street.isPostal) AppendStreet(text, street);
     text << ',';
   }
   AppendLocality(text, database.LocalityAt(hint.locality));

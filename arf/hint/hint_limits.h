@@ -21,6 +21,7 @@ inline constexpr std::size_t kMaxBuildingPoints = 4;  ///< addresses of one of t
 
 // Ranks: how well a hint fits. The number counts in its lowest two bits.
 inline constexpr std::uint8_t kUnfinishedRank = 4;  ///< the last word is a part of a longer one
+inline constexpr std::uint8_t kUnsureRank = 7;      ///< a kind of delivery of which only a part is there
 inline constexpr std::uint8_t kSpellingRank = 8;
 
 /** The rest of the words from `first` on that have no break between them, at most `most`. */

@@ -77,6 +77,15 @@ class HintSearch
     const Place* place = nullptr;             ///< null: none
   };
 
+  /** A kind of postal delivery, and its number where it has one. */
+  struct PostalQuery
+  {
+    std::string_view type;
+    WordRange number;
+    std::uint8_t rank = 0;      ///< of all that a place has of the kind, where no number was typed
+    bool isNumberOpen = false;  ///< numbers are wanted that begin with the one typed
+  };
+
   void ReadContext();
   void RunPasses();
   bool MayBeMistyped() const;
@@ -109,9 +118,13 @@ class HintSearch
   bool IsInContext(std::uint32_t index, const Locality& locality) const;
 
   void SearchPostal();
-  void VisitLargestPostal(const PostalWords& words, const Place& place);
-  void VisitPostal(const PostalWords& words, const Place& place);
-  void AddPostal(const PostalWords& words, const Street& street, Spelling spelling);
+  void SearchPostal(const PostalQuery& query, std::size_t placeStart);
+  void SearchPostalTypes(std::size_t most);
+  void VisitLargestPostal(const PostalQuery& query, const Place& place);
+  void VisitPostal(const PostalQuery& query, const Place& place);
+  void AddPostal(const PostalQuery& query, const Street& street, Spelling spelling);
+  void AddPostalStreet(const PostalQuery& query, const Street& street, Spelling spelling);
+  void AddPostalNumbers(const PostalNumber& begun, const Street& street, Spelling spelling);
 
   void SearchBuildings();
   void VisitBuildings(WordRange words, const Place* place);

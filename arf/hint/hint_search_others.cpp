@@ -6,6 +6,7 @@
 #include "arf/hint/alias_range.h"
 #include "arf/hint/hint_limits.h"
 #include "arf/hint/hint_search.h"
+#include "arf/tables/postal_types.h"
 
 namespace arf {
 namespace {
@@ -23,6 +24,19 @@ Hint AddressHint(const Street& street, std::uint32_t ordinal, Spelling spelling)
   hint.points = {ordinal, 1};
   hint.own = ordinal;
   return hint;
+}
+
+/** Whether a written form of a kind of postal delivery is longer than the text and begins with it. */
+bool BeginsForm(const WordRow& row, std::string_view text)
+{
+  if (row.full.starts_with(text)) return true;
+  std::string_view others = row.others;
+  while (!others.empty()) {
+    const std::size_t end = std::min(others.find('|'), others.size());
+    if (others.substr(0, end).starts_with(text)) return true;
+    others.remove_prefix(std::min(end + 1, others.size()));
+  }
+  return false;
 }
 
 }  // namespace
@@ -57,18 +71,46 @@ void HintSearch::SearchPostal()
   for (std::size_t end = 1; end <= most; ++end) {
     const PostalWords words = ReadPostalAtEnd(typed_.Words(), {0, end});
     if (words.type.empty() || words.start != 0) continue;
-    if (end < typed_.Count()) {
-      for (const Place& place : tails_.Places(end, pass_.placeTypo)) VisitPostal(words, place);
-      continue;
-    }
-    for (std::size_t i = 0; i < contextCount_; ++i) VisitPostal(words, contextPlaces_[i]);
-    if (!hasContext_) VisitPostal(words, {});
+    PostalQuery query{words.type, words.number, 0};
+    SearchPostal(query, end);
+    query.isNumberOpen = !words.number.Empty() && end == typed_.Count() && typed_.IsOpen(words.number);
+    if (query.isNumberOpen && streets_.Empty()) SearchPostal(query, end);
+  }
+  if (!pass_.placeTypo && MayBeginPostalType(typed_[0].text.front())) SearchPostalTypes(most);
+}
+
+void HintSearch::SearchPostal(const PostalQuery& query, std::size_t placeStart)
+{
+  if (placeStart < typed_.Count()) {
+    for (const Place& place : tails_.Places(placeStart, pass_.placeTypo)) VisitPostal(query, place);
+    return;
+  }
+  for (std::size_t i = 0; i < contextCount_; ++i) VisitPostal(query, contextPlaces_[i]);
+  if (!hasContext_) VisitPostal(query, {});
+}
+
+/** A kind of delivery without a number, with a place behind it or not; without one it may be unfinished. */
+void HintSearch::SearchPostalTypes(std::size_t most)
+{
+  for (std::size_t end = most; end > 0; --end) {
+    const WordRange words{0, end};
+    const bool isNumbered = end < typed_.Count() && typed_[end].hasDigit && typed_[end].before != Joint::Break;
+    if (isNumbered || typed_.Words().HasDigit(words)) continue;
+    const std::string_view text = typed_.Text(words);
+    const std::string_view type = ExpandPostalType(text);
+    // A single word that is short for a kind may as well be a name: BOX HILL.
+    const bool mayHavePlace = text == type || text.find(' ') != std::string_view::npos;
+    if (!type.empty() && PostalTypeTakesNumber(type) && (end == typed_.Count() || mayHavePlace))
+      return SearchPostal({type, {}, mayHavePlace ? std::uint8_t{0} : kUnsureRank}, end);
+    if (end < typed_.Count() || !typed_.IsOpen(words) || text.size() < kLeastScanned) continue;
+    for (const WordRow& row : PostalTypeRows())
+      if (BeginsForm(row, text)) SearchPostal({row.full, {}, kUnsureRank}, end);
   }
 }
 
-void HintSearch::VisitPostal(const PostalWords& words, const Place& place)
+void HintSearch::VisitPostal(const PostalQuery& query, const Place& place)
 {
-  if (place.isAnywhere) return VisitLargestPostal(words, place);
+  if (place.isAnywhere) return VisitLargestPostal(query, place);
   for (const IndexRange range : place.Ranges()) {
     for (std::uint32_t i = 0; i < range.count && !Exhausted(); ++i) {
       ++visited_;
@@ -78,36 +120,69 @@ void HintSearch::VisitPostal(const PostalWords& words, const Place& place)
       for (std::uint32_t kind = kinds.first; kind - kinds.first < kinds.count && !Exhausted(); ++kind) {
         ++visited_;
         const Street street = data_.StreetAt(kind);
-        if (street.type == words.type) AddPostal(words, street, place.spelling);
+        if (street.type == query.type) AddPostal(query, street, place.spelling);
       }
     }
   }
 }
 
-void HintSearch::VisitLargestPostal(const PostalWords& words, const Place& place)
+void HintSearch::VisitLargestPostal(const PostalQuery& query, const Place& place)
 {
-  if (words.number.Empty()) return;
   for (std::size_t kind = 0; kind < postalLists_.Count(); ++kind) {
     for (const std::uint32_t index : postalLists_.At(kind)) {
       ++visited_;
       const Street street = data_.StreetAt(index);
-      if (!street.isPostal || street.type != words.type || streets_.Count() >= most_ || Exhausted()) break;
+      if (!street.isPostal || street.type != query.type || streets_.Count() >= most_ || Exhausted()) break;
       const Locality locality = data_.LocalityAt(street.locality);
       if (place.Holds(street.locality, locality) && IsInContext(street.locality, locality))
-        AddPostal(words, street, place.spelling);
+        AddPostal(query, street, place.spelling);
     }
   }
 }
 
-void HintSearch::AddPostal(const PostalWords& words, const Street& street, Spelling spelling)
+void HintSearch::AddPostal(const PostalQuery& query, const Street& street, Spelling spelling)
 {
+  if (query.number.Empty() && PostalTypeTakesNumber(query.type)) return AddPostalStreet(query, street, spelling);
   PostalNumber number;
-  if (!ReadPostalNumber(typed_.Text(words.number), number)) return;
+  if (!ReadPostalNumber(typed_.Text(query.number), number)) return;
   ++compared_;
+  if (query.isNumberOpen) return AddPostalNumbers(number, street, spelling);
   PointCursor cursor = data_.PointsNumbered(street, number.number);
   for (Point point; points_ < kMaxPoints && cursor.Next(point); ++points_) {
     if (point.numberPrefix != number.prefix || point.numberFirstSuffix != number.suffix) continue;
     return streets_.Add(AddressHint(street, point.ordinal, spelling));
+  }
+}
+
+/** All that a place has of a kind. */
+void HintSearch::AddPostalStreet(const PostalQuery& query, const Street& street, Spelling spelling)
+{
+  if (street.points.count == 0) return;
+  Hint hint = AddressHint(street, street.points.first, spelling);
+  hint.rank = static_cast<std::uint8_t>(hint.rank + query.rank);
+  hint.count = street.points.count;
+  if (hint.count > 1) {
+    hint.kind = HintKind::Street;
+    hint.points = {};
+    hint.own = kNoIndex;
+  }
+  streets_.Add(hint);
+}
+
+/** The boxes whose numbers begin with the one that was typed. */
+void HintSearch::AddPostalNumbers(const PostalNumber& begun, const Street& street, Spelling spelling)
+{
+  if (!begun.suffix.empty()) return;
+  std::size_t room = most_ - std::min(most_, streets_.Count());
+  PointCursor cursor = data_.Points(street);
+  for (Point point; room > 0 && points_ < kMaxPoints && cursor.Next(point); ++points_) {
+    std::uint32_t number = point.numberFirst;
+    while (number > begun.number) number /= 10;
+    if (number != begun.number || number == 0 || point.numberPrefix != begun.prefix) continue;
+    Hint hint = AddressHint(street, point.ordinal, spelling);
+    hint.rank = static_cast<std::uint8_t>(hint.rank + kUnfinishedRank);
+    streets_.Add(hint);
+    --room;
   }
 }
 

@@ -19,6 +19,17 @@ constexpr WordRow kRows[] = {
     {"RSD", "RSD", "ROADSIDE DELIVERY|R S D"},
 };
 
+/** A bit for each letter that a written form begins with, A being the lowest. */
+constexpr std::uint32_t kFirstLetters = [] {
+  std::uint32_t letters = 0;
+  for (const WordRow& row : kRows) {
+    letters |= 1U << (row.full.front() - 'A');
+    for (std::size_t i = 0; i < row.others.size(); ++i)
+      if (i == 0 || row.others[i - 1] == '|') letters |= 1U << (row.others[i] - 'A');
+  }
+  return letters;
+}();
+
 const WordTable& Table()
 {
   static const WordTable table(kRows);
@@ -35,6 +46,11 @@ std::span<const WordRow> PostalTypeRows()
 std::string_view ExpandPostalType(std::string_view upper)
 {
   return Table().Expand(upper);
+}
+
+bool MayBeginPostalType(char letter)
+{
+  return letter >= 'A' && letter <= 'Z' && (kFirstLetters >> (letter - 'A') & 1U) != 0;
 }
 
 bool PostalTypeTakesNumber(std::string_view type)

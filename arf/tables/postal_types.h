@@ -19,6 +19,9 @@ std::span<const WordRow> PostalTypeRows();
  */
 std::string_view ExpandPostalType(std::string_view upper);
 
+/** Whether any written form begins with this letter, a capital; few letters do. */
+bool MayBeginPostalType(char letter);
+
 /** Whether a kind, given in its form on mail, carries a number; "CARE PO" and "CPA" do not. True for unknown kinds. */
 bool PostalTypeTakesNumber(std::string_view type);
 

@@ -3,6 +3,7 @@
 
 #include <map>
 #include <set>
+#include <sstream>
 #include <string>
 
 #include "arf/format/fold.h"
@@ -164,6 +165,19 @@ TEST(Tables, KnowWhichDeliveriesHaveNumbers)
 {
   for (const WordRow& row : arf::PostalTypeRows()) {
     EXPECT_EQ(arf::PostalTypeTakesNumber(row.full), row.full != "CARE PO" && row.full != "CPA") << row.full;
+  }
+}
+
+TEST(Tables, KnowHowDeliveriesBegin)
+{
+  std::set<char> letters;
+  for (const WordRow& row : arf::PostalTypeRows()) {
+    std::istringstream forms(std::string(row.full) + '|' + std::string(row.others));
+    for (std::string form; std::getline(forms, form, '|');) letters.insert(form.front());
+  }
+  for (int c = -128; c < 128; ++c) {
+    const char letter = static_cast<char>(c);
+    EXPECT_EQ(arf::MayBeginPostalType(letter), letters.count(letter) > 0) << c;
   }
 }
 

@@ -136,7 +136,34 @@ TEST_F(OtherNamesHintsTest, BoxesWithoutAPlaceAreThoseOfTheLargestFirst)
   EXPECT_THAT(Of("po box 43", 10, "NSW"), ElementsAre("PO BOX 43, NORTHPORT NSW 2993|0"));
   EXPECT_THAT(Of("po box 43 vic"), ElementsAre("PO BOX 43, SOUTHPORT VIC 3993|0"));
   EXPECT_THAT(Of("po box 45"), IsEmpty());
-  EXPECT_THAT(Of("po box"), IsEmpty());
+}
+
+TEST_F(OtherNamesHintsTest, BoxesWhileTheyAreTyped)
+{
+  const Strings all = {"PO BOX, SOUTHPORT VIC 3993|0", "PO BOX 43, NORTHPORT NSW 2993|0"};
+  for (const char* typed : {"po", "PO ", "po b", "po bo", "po box", "po box ", "p.o. b", "post office b"})
+    EXPECT_EQ(Of(typed), all) << typed;
+  const Strings both = {"PO BOX 43, SOUTHPORT VIC 3993|0", "PO BOX 44, SOUTHPORT VIC 3993|0",
+                        "PO BOX 43, NORTHPORT NSW 2993|0"};
+  EXPECT_EQ(Of("po box 4"), both);
+  EXPECT_THAT(Of("po box 4", 10, "VIC"), ElementsAre(both[0], both[1]));
+  EXPECT_THAT(Of("po box 4", 2), ElementsAre(both[0], both[1]));
+  for (const char* typed : {"lo", "locked", "locked b", "locked bag", "locked bag 4"})
+    EXPECT_THAT(Of(typed), ElementsAre("LOCKED BAG 43, NORTHPORT NSW 2993|0")) << typed;
+  for (const char* typed : {"po box 4 ", "po box 4 vic", "po box 4, south", "po box 3", "po box 0", "po box 4a",
+                            "po box 5", "p", "rmb", "gpo box", "locked x", "po vic", "box south"})
+    EXPECT_THAT(Of(typed), IsEmpty()) << typed;
+}
+
+TEST_F(OtherNamesHintsTest, ChoosingAKindOfBoxesOpensIt)
+{
+  const Strings opened = {"PO BOX, SOUTHPORT VIC 3993|0", "PO BOX 43, SOUTHPORT VIC 3993|0",
+                          "PO BOX 44, SOUTHPORT VIC 3993|0"};
+  EXPECT_EQ(Of("PO BOX, SOUTHPORT VIC 3993"), opened);
+  EXPECT_EQ(Of("po box south"), opened);
+  EXPECT_EQ(Of("po box", 10, "VIC"), opened);
+  EXPECT_THAT(Of("SOUTHPORT VIC 3993"), testing::Contains(opened[0]));
+  EXPECT_THAT(Of("NORTHPORT NSW 2993"), testing::Contains("PO BOX 43, NORTHPORT NSW 2993|0"));
 }
 
 TEST_F(OtherNamesHintsTest, NumbersBehindTheStreet)
