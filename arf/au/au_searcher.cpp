@@ -271,13 +271,17 @@ int AuSearcher::StartWithLine(std::string_view line)
   return 0;
 }
 
+int AuSearcher::ReadQuery(std::string_view line)
+{
+  if (searches_->query.Read(line) == InputFault::None) return 0;
+  Failure failure;
+  failure.fault = Fault::TooLong;
+  return FailSearch(Verdict::TooLong, failure);
+}
+
 int AuSearcher::FindLocalitiesOf(std::string_view line, std::vector<std::uint32_t>& found)
 {
-  if (searches_->query.Read(line) != InputFault::None) {
-    Failure failure;
-    failure.fault = Fault::TooLong;
-    return FailSearch(Verdict::TooLong, failure);
-  }
+  if (const int status = ReadQuery(line); status != 0) return status;
   const Failure failure = FindLocalities(*searches_->data->engine, searches_->query, found);
   return failure.fault == Fault::None ? 0 : FailSearch(VerdictOf(failure.fault), failure);
 }

@@ -111,10 +111,12 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   int StartWithDpid(std::string_view text);
   int StartWithLine(std::string_view line);
   int StartNear(std::string_view latitude, std::string_view longitude);
+  int ReadQuery(std::string_view line);
   int FindLocalitiesOf(std::string_view line, std::vector<std::uint32_t>& found);
   int Count(std::string_view in, std::string_view what, std::string_view metres);
   int CountInArea(bool inPolygon, std::string_view what, std::string_view metres);
-  int CountInLocalities(std::string_view line);
+  int CountInLocalities(CountedIn in, std::string_view line);
+  int FindCounted(CountedIn in, std::string_view line, std::vector<std::uint32_t>& found);
   int WriteCurrent(BoundedText& out);
   int FailSearch(Verdict verdict, const Failure& failure);
   int FailQuery(int code, std::string_view detail);

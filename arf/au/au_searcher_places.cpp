@@ -6,22 +6,12 @@
 #include "arf/au/au_searcher.h"
 #include "arf/au/boundary.h"
 #include "arf/format/ascii.h"
+#include "arf/match/last_line.h"
 #include "arf/match/locality_query.h"
 #include "arf/spatial/polygon_text.h"
 
 namespace arf {
 namespace {
-
-/** What GetSearchStatistics counts in. */
-enum class CountedIn
-{
-  Unknown,
-  Polygon,
-  Radius,
-  Postcode,
-  Locality,
-  State
-};
 
 CountedIn CountedInOf(std::string_view name)
 {
@@ -38,6 +28,18 @@ CountedIn CountedInOf(std::string_view name)
   const auto row = std::find_if(std::begin(kRows), std::end(kRows),
                                 [name](const Row& r) { return EqualIgnoringCase(r.name, name); });
   return row == std::end(kRows) ? CountedIn::Unknown : row->in;
+}
+
+/** What is wrong with a last line that shall be a postcode or a state and nothing else; empty: nothing. */
+std::string_view FaultOf(CountedIn in, const Tail& line)
+{
+  const bool isPlace = line.localityEnd == 0;
+  const bool hasState = !line.place.state.empty(), hasPostcode = !line.place.postcode.Empty();
+  if (in == CountedIn::Postcode && !(isPlace && hasPostcode && !hasState))
+    return "The second text is no postcode: four digits.";
+  if (in == CountedIn::State && !(isPlace && hasState && !hasPostcode))
+    return "The second text is no state, such as VIC.";
+  return {};
 }
 
 GeoPoint MiddleOf(const GeoBox& box)
@@ -163,7 +165,7 @@ int AuSearcher::Count(std::string_view in, std::string_view what, std::string_vi
     case CountedIn::Postcode:
     case CountedIn::Locality:
     case CountedIn::State:
-      return CountInLocalities(what);
+      return CountInLocalities(countedIn, what);
     case CountedIn::Unknown:
       break;
   }
@@ -191,10 +193,31 @@ int AuSearcher::CountInArea(bool inPolygon, std::string_view what, std::string_v
   return 0;
 }
 
-int AuSearcher::CountInLocalities(std::string_view line)
+/** The localities of a postcode or state, or of a name; there may be none. */
+int AuSearcher::FindCounted(CountedIn in, std::string_view line, std::vector<std::uint32_t>& found)
+{
+  if (const int status = ReadQuery(line); status != 0) return status;
+  const InputText& query = searches_->query;
+  const Database& data = searches_->Data();
+  const Tail barest = *Tails(query).begin();
+  if (const std::string_view fault = FaultOf(in, barest); !fault.empty())
+    return FailQuery(PAF_AU_ERR_BAD_STATISTICS, fault);
+  FindLocalities(*searches_->data->engine, query, found);
+  const auto isOther = [&](std::uint32_t locality) {
+    if (in != CountedIn::Locality) return !barest.place.Fits(data.LocalityAt(locality));
+    return barest.localityEnd == 0 &&
+           data.LocalityName(data.LocalityNameIndex(locality)) != query.Text(0, query.Count());
+  };
+  found.erase(std::remove_if(found.begin(), found.end(), isOther), found.end());
+  if (in == CountedIn::Locality && barest.localityEnd == 0 && found.empty())
+    return FailQuery(PAF_AU_ERR_BAD_STATISTICS, "The second text names no locality.");
+  return 0;
+}
+
+int AuSearcher::CountInLocalities(CountedIn in, std::string_view line)
 {
   PlaceSearches& places = searches_->places;
-  if (const int status = FindLocalitiesOf(line, places.localities); status != 0) return status;
+  if (const int status = FindCounted(in, line, places.localities); status != 0) return status;
   PointFilter* filter = places.countFilter.Configure(settings_.search);
   const Database& data = searches_->Data();
   for (const std::uint32_t index : places.localities) {

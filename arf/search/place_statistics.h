@@ -9,6 +9,17 @@
 
 namespace arf {
 
+/** What is counted in. */
+enum class CountedIn
+{
+  Unknown,
+  Polygon,
+  Radius,
+  Postcode,
+  Locality,
+  State
+};
+
 class PlaceStatistics
 {
  public:

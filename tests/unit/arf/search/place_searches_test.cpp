@@ -122,7 +122,67 @@ TEST_F(Towns, BadStatistics)
   EXPECT_EQ(Statistics("Polygon", "x").status, PAF_AU_ERR_BAD_POLYGON);
   EXPECT_EQ(Statistics("Radius", "-33.5").status, PAF_AU_ERR_BAD_PLACE);
   EXPECT_EQ(Statistics("Radius", "-33.5,151", "-5").status, PAF_AU_ERR_BAD_PLACE);
-  EXPECT_EQ(Statistics("Locality", "Nowhere").status, PAF_AU_ERR_WRONG_LOCALITY);
+}
+
+TEST_F(Towns, StatisticsOfLocalitiesPostcodesAndStates)
+{
+  for (const char* name : {"Alderton", "alderton nsw", "Alderton 2991", "2991 Alderton", "ALDERTON NSW 2991 AUSTRALIA"})
+    EXPECT_EQ(Statistics("Locality", name), (Answer{0, "8\t2\t1"})) << name;
+  for (const char* state : {"VIC", "vic.", "Victoria", "VIC, Australia"})
+    EXPECT_EQ(Statistics("State", state), (Answer{0, "3\t2\t1"})) << state;
+  EXPECT_EQ(Statistics("Postcode", " 2991 "), (Answer{0, "9\t3\t2"}));
+  EXPECT_EQ((*searcher)->GetFindStatus(), PAF_AU_FIND_MATCHED);
+  struct Row
+  {
+    const char* kind;
+    const char* value;
+  };
+  const Row unknown[] = {{"Locality", "Nowhere"},
+                         {"Locality", "Alderton VIC"},
+                         {"Locality", "Alderton 2000"},
+                         {"Postcode", "9999"},
+                         {"Postcode", "0800"},
+                         {"Postcode", "800"},
+                         {"State", "TAS"},
+                         {"State", "Tasmania"},
+                         {"Locality", "Mount Isa QLD 4825"},
+                         {"Locality", "Richmnd 2753"},
+                         {"Locality", "12345"}};
+  for (const Row& row : unknown) {
+    EXPECT_EQ(Statistics(row.kind, row.value), (Answer{0, "0\t0\t0"})) << row.kind << ' ' << row.value;
+    EXPECT_EQ((*searcher)->GetFindStatus(), PAF_AU_FIND_NOTHING);
+  }
+  const Row others[] = {{"Postcode", "Alderton"}, {"Postcode", "2991 NSW"}, {"Postcode", "NSW"},
+                        {"Postcode", "29910"},    {"Postcode", ""},         {"State", "VIC 3991"},
+                        {"State", "2991"},        {"State", "Alderton"},    {"State", ""},
+                        {"State", "XYZ"},         {"Locality", "NSW"},      {"Locality", "2991"},
+                        {"Locality", "NSW 2991"}, {"Locality", ""},         {"Locality", "Victoria"}};
+  for (const Row& row : others) {
+    EXPECT_EQ(Statistics(row.kind, row.value), (Answer{PAF_AU_ERR_BAD_STATISTICS, ""})) << row.kind << ' ' << row.value;
+    EXPECT_EQ((*searcher)->GetFindStatus(), PAF_AU_FIND_NOT_SEARCHED);
+  }
+  Statistics("State", "Alderton");
+  EXPECT_EQ(searcher->Description(PAF_AU_ERR_BAD_STATISTICS),
+            "The second text is no state, such as VIC. Ask for Polygon, Radius, Postcode, Locality or State.");
+  EXPECT_EQ(Statistics("Locality", std::string(5000, 'a').c_str()).status, PAF_AU_ERR_INPUT_TOO_LONG);
+}
+
+/** A name that reads as a state's is a locality too. */
+TEST(StatesAsNames, AreToldApartByTheKind)
+{
+  const test_support::TempDir dir;
+  const std::string directory =
+      arf_test::BuiltDirectory(dir,
+                               "dpid,number_first,street_name,locality,state,postcode\n30000000,1,A,VICTORIA,NSW,2000\n"
+                               "30000001,1,A,TOWN,VIC,3000\n30000002,2,A,TOWN,VIC,3000\n");
+  const arf_test::DatabasePointer database(GetDb());
+  char out[256] = "";
+  ASSERT_EQ(database->Open(directory.c_str(), 2, out, sizeof out), 0) << out;
+  arf_test::Searcher searcher(*database);
+  EXPECT_EQ(searcher->GetSearchStatistics("State", "Victoria", "", "", out, sizeof out), 0);
+  EXPECT_STREQ(out, "2\t1\t1");
+  EXPECT_EQ(searcher->GetSearchStatistics("Locality", "Victoria", "", "", out, sizeof out), 0);
+  EXPECT_STREQ(out, "1\t1\t1");
 }
 
 TEST(WithoutPlaces, SearchesByPlaceSaySo)
