@@ -29,8 +29,16 @@ constexpr VerdictRow kVerdicts[] = {
     {Verdict::Several, PAF_AU_ERR_SEVERAL_FOUND, PAF_AU_FIND_SEVERAL},
 };
 
+const VerdictRow* RowOf(Verdict verdict)
+{
+  const auto row = std::find_if(std::begin(kVerdicts), std::end(kVerdicts),
+                                [verdict](const VerdictRow& r) { return r.verdict == verdict; });
+  return row == std::end(kVerdicts) ? nullptr : row;
+}
+
 int FindStatusOf(const LookupAnswer& answer)
 {
+  if (const VerdictRow* row = RowOf(answer.verdict)) return row->findStatus;
   if (answer.primaryPoint) return PAF_AU_FIND_PRIMARY_POINT;
   return answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
 }
@@ -133,9 +141,8 @@ int AuSearcher::NotOpen()
 
 int AuSearcher::FailSearch(Verdict verdict, const Failure& failure)
 {
-  const auto row = std::find_if(std::begin(kVerdicts), std::end(kVerdicts),
-                                [verdict](const VerdictRow& r) { return r.verdict == verdict; });
-  if (row == std::end(kVerdicts)) return PAF_AU_ERR_INTERNAL;
+  const VerdictRow* row = RowOf(verdict);
+  if (!row) return PAF_AU_ERR_INTERNAL;
   findStatus_ = row->findStatus;
   return lastFailure_.Record(row->status, failure);
 }
@@ -153,13 +160,12 @@ int AuSearcher::LookupAddress(const char* address, char* out, int outSize, int a
   });
 }
 
-/** Looks an address up; the find status is set when it is found. */
 LookupAnswer AuSearcher::Search(std::string_view address, Rules rules)
 {
   parsed_ = Parsed::Address;
   const LookupAnswer answer = searches_->matcher.Lookup(address, rules);
   departures_ = answer.departures;
-  if (answer.verdict == Verdict::Found) findStatus_ = FindStatusOf(answer);
+  findStatus_ = FindStatusOf(answer);
   return answer;
 }
 
@@ -231,7 +237,7 @@ int AuSearcher::StartWithRecord(std::string_view record)
 {
   const QueryRecord query = ReadQueryRecord(record, settings_.delimiter);
   if (!query.dpid.empty()) return StartWithDpid(query.dpid);
-  if (query.hasOthers) return PAF_ERR_NOT_IMPLEMENTED;
+  if (query.hasOthers) return FailQuery(PAF_ERR_NOT_IMPLEMENTED, std::string_view());
   if (!query.latitude.empty() || !query.longitude.empty()) return StartNear(query.latitude, query.longitude);
   if (query.locality.empty() && query.state.empty() && query.postcode.empty())
     return FailQuery(PAF_AU_ERR_BAD_QUERY, std::string_view());

@@ -250,6 +250,7 @@ int AuSearcher::BeginGifConcordance(std::intptr_t a, std::intptr_t b, std::intpt
     if (!from || !to) return FailQuery(PAF_AU_ERR_BAD_CONCORDANCE, std::string_view());
     const double percent = n > 0 ? n : static_cast<double>(settings_.search.minimumPercent);
     concordance.Start(*from, Trimmed(TextOf(TextAt(b))), *to, percent);
+    findStatus_ = concordance.Current() ? PAF_AU_FIND_MATCHED : PAF_AU_FIND_NOTHING;
     return 0;
   });
 }

@@ -173,4 +173,28 @@ TEST_F(Validation, Formatting)
             "abbreviations.");
 }
 
+/** Laying out looks an address up: what was read and how the search went belong together. */
+TEST_F(Validation, FormattingSetsFindStatusAndParsedInput)
+{
+  struct Row
+  {
+    const char* written;
+    int findStatus;
+  };
+  const Row rows[] = {{"1 george st sydney", PAF_AU_FIND_MATCHED},     {"138 pitt st sydney", PAF_AU_FIND_NO_NUMBER},
+                      {"1 qwertz st sydney", PAF_AU_FIND_NO_STREET},   {"1 windsor st richmond", PAF_AU_FIND_SEVERAL},
+                      {"12 foo st,atlantis", PAF_AU_FIND_NO_LOCALITY}, {"mary", PAF_AU_FIND_NOTHING}};
+  for (const Row& row : rows) {
+    searcher_.Lookup("483 gorge st sydney", 0);
+    EXPECT_EQ(searcher_->GetFindStatus(), PAF_AU_FIND_CHANGED);
+    EXPECT_EQ(Format(row.written).status, 0) << row.written;
+    EXPECT_EQ(searcher_->GetFindStatus(), row.findStatus) << row.written;
+    EXPECT_EQ(searcher_.Property("MatchPenalties"), (Answer{0, ""})) << row.written;
+    const std::string parsed = searcher_.Parsed().text;
+    EXPECT_NE(parsed.find('\t' + std::to_string(row.findStatus) + '\t'), std::string::npos) << parsed;
+  }
+  EXPECT_EQ(Format(std::string(5000, 'a')).status, PAF_AU_ERR_INPUT_TOO_LONG);
+  EXPECT_EQ(searcher_->GetFindStatus(), PAF_AU_FIND_NOT_SEARCHED);
+}
+
 }  // namespace

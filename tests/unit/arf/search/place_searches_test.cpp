@@ -221,6 +221,7 @@ TEST(DocumentedExamples, SearchesByPlaceAndByWords)
   PafAuConcordance weight = {0, 0, 0};
   const auto text = [](const char* t) { return reinterpret_cast<std::intptr_t>(t); };
   ASSERT_EQ(searcher->BeginGifConcordance(text("Locality"), text("Victoria Point"), text("Postcode"), 0, 0, 0), 0);
+  EXPECT_EQ(searcher->GetFindStatus(), PAF_AU_FIND_MATCHED);
   EXPECT_EQ(searcher->GetNextGifConcordance(out, sizeof out, other, sizeof other, &weight), 0);
   EXPECT_STREQ(out, "VICTORIA POINT QLD 4165");
   EXPECT_STREQ(other, "4165");
