@@ -153,6 +153,17 @@ int AuSearcher::FailQuery(int code, std::string_view detail)
   return lastFailure_.Record(code, detail);
 }
 
+/** Codes taken over from other data may be of a kind that these data do not have: nothing would fit them. */
+int AuSearcher::CheckFilters()
+{
+  const std::string_view kind = MissingCodeKind(settings_.search, searches_->Data());
+  if (kind.empty()) return 0;
+  FixedText<200> detail("The data has no codes of the kind \"");
+  detail.Append(kind);
+  detail.Append("\", which \"GeographicalCodes\" asks for.");
+  return FailQuery(PAF_AU_ERR_PROPERTY_VALUE, detail.View());
+}
+
 int AuSearcher::LookupAddress(const char* address, char* out, int outSize, int amas)
 {
   return Answer(out, outSize, [&](BoundedText& text) {
@@ -271,6 +282,7 @@ int AuSearcher::StartWithDpid(std::string_view text)
 
 int AuSearcher::StartWithLine(std::string_view line)
 {
+  if (const int status = CheckFilters(); status != 0) return status;
   if (const int status = FindLocalitiesOf(line, searches_->addresses.Localities()); status != 0) return status;
   findStatus_ = PAF_AU_FIND_MATCHED;
   searches_->addresses.StartLocalities(searches_->places.addressFilter.Configure(settings_.search));

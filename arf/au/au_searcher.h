@@ -120,6 +120,7 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   int WriteCurrent(BoundedText& out);
   int FailSearch(Verdict verdict, const Failure& failure);
   int FailQuery(int code, std::string_view detail);
+  int CheckFilters();
   int Read(std::string_view property, BoundedText& out);
   int FinishHintStart(InputFault fault, HintEnumeration& hints, BoundedText& out);
   int NextHint(std::unique_ptr<HintEnumeration> HintEnumerations::*which, char* out, int outSize);

@@ -10,6 +10,8 @@ int AuSearcher::BeginAddressSearch(const char* query)
   return Guarded([&] {
     if (!IsOpen()) return NotOpen();
     FreeTextSearch& search = searches_->freeText;
+    search.Reset();
+    if (const int status = CheckFilters(); status != 0) return status;
     PointFilter* filter = searches_->freeTextFilter.Configure(settings_.search);
     if (search.Start(TextOf(query), filter) != InputFault::None) {
       Failure failure;

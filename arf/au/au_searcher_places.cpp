@@ -85,6 +85,7 @@ int AuSearcher::StartNear(std::string_view latitude, std::string_view longitude)
   if (!fault.empty()) return FailQuery(PAF_AU_ERR_BAD_PLACE, fault);
   PlaceSearches& places = searches_->places;
   if (places.tree.PointCount() == 0) return FailQuery(PAF_AU_ERR_NO_PLACES, std::string_view());
+  if (const int status = CheckFilters(); status != 0) return status;
   places.near.StartNear(centre, settings_.search.rangeMetres, places.addressFilter.Configure(settings_.search));
   if (!places.near.Current()) {
     FixedText<128> detail("There is no address within ");
@@ -112,6 +113,7 @@ int AuSearcher::BeginPolygonSearch(const char* text1, const char* text2)
     GeoPoint centre = area.Edges().empty() ? GeoPoint() : MiddleOf(area.Bounds());
     if (!written.empty()) fault = ReadPlace(written, centre);
     if (!fault.empty()) return FailQuery(PAF_AU_ERR_BAD_PLACE, fault);
+    if (const int status = CheckFilters(); status != 0) return status;
     places.polygon.StartPolygon(centre, places.polygonFilter.Configure(settings_.search));
     findStatus_ = places.polygon.Current() ? PAF_AU_FIND_MATCHED : PAF_AU_FIND_NOTHING;
     return 0;
@@ -142,6 +144,7 @@ int AuSearcher::GetSearchStatistics(const char* text1, const char* text2, const 
     if (!IsOpen()) return NotOpen();
     if (!Trimmed(TextOf(text4)).empty())
       return FailQuery(PAF_AU_ERR_BAD_STATISTICS, "The fourth text is reserved and must be empty.");
+    if (const int status = CheckFilters(); status != 0) return status;
     searches_->places.statistics.Clear();
     const int status = Count(Trimmed(TextOf(text1)), Trimmed(TextOf(text2)), Trimmed(TextOf(text3)));
     if (status != 0) return status;

@@ -123,6 +123,16 @@ std::string_view SetGeographicalCodes(std::string_view text, const Database& dat
   return {};
 }
 
+std::string_view MissingCodeKind(const SearchSettings& settings, const Database& database)
+{
+  std::string_view rest = settings.geographicalCodesApply ? settings.geographicalCodes.View() : std::string_view();
+  while (!rest.empty()) {
+    const WrittenCode written = SplitCode(TakeListEntry(rest));
+    if (!written.kind.empty() && !FindCodeKind(database, written.kind)) return written.kind;
+  }
+  return {};
+}
+
 std::string_view SetGeographicalCodesApply(std::string_view text, SearchSettings& settings)
 {
   return ReadTruth(text, settings.geographicalCodesApply) ? std::string_view() : kTruth;

@@ -41,6 +41,9 @@ std::string_view SetGeographicalCodes(std::string_view text, const Database& dat
 std::string_view SetGeographicalCodesApply(std::string_view text, SearchSettings& settings);
 std::string_view SetMinimumPercent(std::string_view text, SearchSettings& settings);
 
+/** The first kind of the geographical codes that apply which a database does not have; empty when there is none. */
+std::string_view MissingCodeKind(const SearchSettings& settings, const Database& database);
+
 /** The name of one kind, as SetAddressKinds reads it. */
 std::string_view AddressKindName(unsigned kind);
 

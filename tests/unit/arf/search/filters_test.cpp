@@ -119,4 +119,42 @@ TEST_F(Filters, AreTakenOver)
   EXPECT_EQ(next.Property("LatLongSearchRange").text, "7");
 }
 
+/** Codes of a kind that newer data lack would leave nothing over: searches say so until they are set anew. */
+TEST_F(Filters, CodesThatNewerDataLack)
+{
+  const test_support::TempDir dir;
+  const std::string directory =
+      arf_test::BuiltDirectory(dir,
+                               "dpid,number_first,street_name,locality,state,postcode,latitude,longitude\n"
+                               "30000001,1,HIGH,ALDERTON,NSW,2991,-33.5,151\n");
+  const arf_test::DatabasePointer newer(GetDb());
+  char error[255] = "";
+  ASSERT_EQ(newer->Open(directory.c_str(), 2, error, sizeof error), 0) << error;
+  Set("GeographicalCodes", "Postcode=2991;MeshBlock=M1");
+  auto next = std::make_unique<arf_test::Searcher>(*newer);
+  (*next)->TakeOverFrom(&**searcher);
+  searcher = std::move(next);
+  EXPECT_EQ(searcher->Property("GeographicalCodes"), (Answer{0, "Postcode=2991;MeshBlock=M1"}));
+  Set("OutputFields", "DPID");
+  const std::string refused = "status " + std::to_string(PAF_AU_ERR_PROPERTY_VALUE);
+  const auto expectAll = [&](const std::string& found, const Answer& count) {
+    EXPECT_EQ(Get("\t\t\tAlderton"), found);
+    EXPECT_EQ(Near("-33.5", "151"), found);
+    EXPECT_EQ(Polygon(), found);
+    EXPECT_EQ(Search("high alderton"), found);
+    EXPECT_EQ(Statistics("Postcode", "2991"), count);
+  };
+  expectAll(refused, {PAF_AU_ERR_PROPERTY_VALUE, ""});
+  EXPECT_EQ((*searcher)->GetFindStatus(), PAF_AU_FIND_NOT_SEARCHED);
+  EXPECT_EQ(searcher->Description(PAF_AU_ERR_PROPERTY_VALUE),
+            "The data has no codes of the kind \"MeshBlock\", which \"GeographicalCodes\" asks for. The documentation "
+            "says which values it takes.");
+  EXPECT_EQ(Get("\t\t\t\t\t\t\t30000001"), "01") << "an identifier is found whatever is filtered";
+  Set("GeographicalCodesFilter", "False");
+  expectAll("01", {0, "1\t1\t1"});
+  Set("GeographicalCodesFilter", "True");
+  Set("GeographicalCodes", "Postcode=2991");
+  expectAll("01", {0, "1\t1\t1"});
+}
+
 }  // namespace
