@@ -239,7 +239,7 @@ int AuSearcher::CountInLocalities(CountedIn in, std::string_view line)
   return 0;
 }
 
-int AuSearcher::BeginGifConcordance(std::intptr_t a, std::intptr_t b, std::intptr_t c, std::intptr_t, std::intptr_t,
+int AuSearcher::BeginGifConcordance(std::intptr_t a, std::intptr_t b, std::intptr_t c, std::intptr_t d, std::intptr_t e,
                                     int n)
 {
   return Guarded([&] {
@@ -248,6 +248,10 @@ int AuSearcher::BeginGifConcordance(std::intptr_t a, std::intptr_t b, std::intpt
     concordance.Reset();
     if (!MayBeText(a) || !MayBeText(b) || !MayBeText(c))
       return FailQuery(PAF_AU_ERR_BAD_CONCORDANCE, "A number is no text.");
+    if (d != 0 || e != 0)
+      return FailQuery(PAF_AU_ERR_BAD_CONCORDANCE, "The fourth and fifth argument are reserved and must be 0.");
+    if (n < 0 || n > 100)
+      return FailQuery(PAF_AU_ERR_BAD_CONCORDANCE, "The least percentage is a whole number from 0 to 100.");
     const auto from = FindCodeKind(searches_->Data(), Trimmed(TextOf(TextAt(a))));
     const auto to = FindCodeKind(searches_->Data(), Trimmed(TextOf(TextAt(c))));
     if (!from || !to) return FailQuery(PAF_AU_ERR_BAD_CONCORDANCE, std::string_view());

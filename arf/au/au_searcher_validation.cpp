@@ -7,6 +7,7 @@
 #include "arf/match/locality_query.h"
 #include "arf/match/street_query.h"
 #include "arf/print/address_layout.h"
+#include "arf/print/address_lines.h"
 
 namespace arf {
 namespace {
@@ -15,6 +16,9 @@ namespace {
 constexpr std::string_view kStreet = "STREET";
 constexpr std::string_view kLocality = "LOCALITY";
 constexpr std::string_view kSeveral = "SEVERAL";
+
+constexpr std::string_view kMostLines = "The text has more than 32 lines, or one of more than 512 bytes.";
+static_assert(AddressLines::kMaxLines == 32 && AddressLines::kMaxLength == 512);
 
 /** How far a search that found no single address got. */
 char VerdictLetter(Verdict verdict)
@@ -135,7 +139,9 @@ int AuSearcher::Format(std::string_view input, const LayoutOptions& options, Bou
   const bool fits = answer.verdict == Verdict::Found
                         ? LayOutAddress(searches_->Data(), answer.ordinal, options, settings_.delimiter, out)
                         : LayOutText(input, options, settings_.delimiter, out);
-  return fits ? 0 : lastFailure_.Record(PAF_AU_ERR_LAYOUT, std::string_view());
+  if (fits) return 0;
+  const bool isLimited = options.maxLines > 0 || options.maxWidth > 0;
+  return lastFailure_.Record(PAF_AU_ERR_LAYOUT, isLimited ? std::string_view() : kMostLines);
 }
 
 }  // namespace arf

@@ -37,12 +37,13 @@ int ReadDelimiter(const PropertyRequest& request)
 
 bool WriteDelimiter(std::string_view value, const Database&, Settings& settings, BoundedText& reason)
 {
+  // What numbers and coordinates are written with cannot divide them.
   const auto isPlain = [](char c) {
     const char lower = LowerAscii(c);
-    return c > 0 && c != '\n' && !(lower >= 'a' && lower <= 'z') && !(c >= '0' && c <= '9');
+    return c > 0 && c != '\n' && c != '-' && c != '.' && !(lower >= 'a' && lower <= 'z') && !(c >= '0' && c <= '9');
   };
   if (value.size() != 1 || !isPlain(value.front())) {
-    reason << "The delimiter must be one ASCII character that is no letter, digit or line feed.";
+    reason << "The delimiter must be one ASCII character that is no letter, digit, dash, dot or line feed.";
     return false;
   }
   settings.delimiter = value.front();
@@ -87,7 +88,10 @@ int ReadNotice(const PropertyRequest& request)
 int ReadInfo(const PropertyRequest& request, std::string_view key)
 {
   const std::string_view value = request.source.database ? request.source.database->Info(key) : std::string_view();
-  if (value.empty()) return PAF_AU_ERR_UNKNOWN_PROPERTY;
+  if (value.empty()) {
+    request.reason << "The database was built without this value.";
+    return PAF_AU_ERR_UNKNOWN_PROPERTY;
+  }
   request.out << value;
   return 0;
 }

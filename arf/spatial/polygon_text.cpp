@@ -193,11 +193,20 @@ bool ReadTextPolygon(Scanner& scanner, Polygon& polygon)
   return ReadBracketed(scanner, [&] { return ReadBracketed(scanner, [&] { return ReadTextRing(scanner, polygon); }); });
 }
 
+/** A shape's name, perhaps with the mark of its further coordinates behind it or run together with it. */
+bool TakeShape(Scanner& scanner, std::string_view name, std::string_view withBoth, std::string_view withHeight,
+               std::string_view withMeasure)
+{
+  if (scanner.TakeWord(withBoth) || scanner.TakeWord(withHeight) || scanner.TakeWord(withMeasure)) return true;
+  if (!scanner.TakeWord(name)) return false;
+  static_cast<void>(scanner.TakeWord("ZM") || scanner.TakeWord("Z") || scanner.TakeWord("M"));
+  return true;
+}
+
 bool ReadWellKnownText(Scanner& scanner, Polygon& polygon)
 {
-  const bool isMulti = scanner.TakeWord("MULTIPOLYGON");
-  if (!isMulti && !scanner.TakeWord("POLYGON")) return scanner.Fail(kOtherShape);
-  static_cast<void>(scanner.TakeWord("ZM") || scanner.TakeWord("Z") || scanner.TakeWord("M"));
+  const bool isMulti = TakeShape(scanner, "MULTIPOLYGON", "MULTIPOLYGONZM", "MULTIPOLYGONZ", "MULTIPOLYGONM");
+  if (!isMulti && !TakeShape(scanner, "POLYGON", "POLYGONZM", "POLYGONZ", "POLYGONM")) return scanner.Fail(kOtherShape);
   if (scanner.TakeWord("EMPTY")) return true;
   const auto readOne = [&] { return ReadTextPolygon(scanner, polygon); };
   return isMulti ? ReadBracketed(scanner, readOne) : readOne();

@@ -79,10 +79,10 @@ TEST_F(Properties, Delimiter)
     EXPECT_EQ(searcher_.Property("Delimiter").text, value);
   }
   searcher_.SetProperty("Delimiter", "|");
-  for (const std::string value : {"", "a", "Z", "0", "9", "\n", "||", "\xE9", "\xC2\xA7"}) {
+  for (const std::string value : {"", "a", "Z", "0", "9", "-", ".", "\n", "||", "\xE9", "\xC2\xA7"}) {
     EXPECT_EQ(searcher_.SetProperty("Delimiter", value),
               (Answer{PAF_AU_ERR_PROPERTY_VALUE,
-                      "The delimiter must be one ASCII character that is no letter, digit or line feed."}));
+                      "The delimiter must be one ASCII character that is no letter, digit, dash, dot or line feed."}));
     EXPECT_EQ(searcher_.Property("Delimiter").text, "|");
   }
   EXPECT_EQ(searcher_->SetProperties("Delimiter", nullptr, nullptr, 0), PAF_AU_ERR_PROPERTY_VALUE);

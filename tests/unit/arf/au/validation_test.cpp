@@ -171,6 +171,14 @@ TEST_F(Validation, Formatting)
   EXPECT_EQ(searcher_.Description(PAF_AU_ERR_LAYOUT),
             "The address does not fit the lines that the format option allows. Allow more or longer lines, or "
             "abbreviations.");
+  EXPECT_EQ(Format(std::string(511, 'x')).status, 0);
+  std::string lines;
+  for (int i = 0; i < 33; ++i) lines += "x,";
+  for (const std::string& text : {std::string(513, 'x'), lines}) {
+    EXPECT_EQ(Format(text), (Answer{PAF_AU_ERR_LAYOUT, ""}));
+    EXPECT_EQ(searcher_.Description(PAF_AU_ERR_LAYOUT).substr(0, 63),
+              "The text has more than 32 lines, or one of more than 512 bytes.");
+  }
 }
 
 /** Laying out looks an address up: what was read and how the search went belong together. */

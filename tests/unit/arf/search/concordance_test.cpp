@@ -56,6 +56,21 @@ TEST_F(Concordances, PairsWithTheirWeights)
   EXPECT_EQ(List("Locality", "Nowhere", "mesh_block"), "");
 }
 
+TEST_F(Concordances, ArgumentsThatAreRefused)
+{
+  const std::string refused = "status " + std::to_string(PAF_AU_ERR_BAD_CONCORDANCE);
+  for (const int percent : {-5, -1, 101, 1000000}) EXPECT_EQ(List("Postcode", "", "Locality", percent), refused);
+  EXPECT_EQ(searcher->Description(PAF_AU_ERR_BAD_CONCORDANCE).substr(0, 53),
+            "The least percentage is a whole number from 0 to 100.");
+  EXPECT_NE(List("Postcode", "", "Locality", 100), refused);
+  IArfSearcher& s = **searcher;
+  EXPECT_EQ(s.BeginGifConcordance(Text("Postcode"), 0, Text("Locality"), 1, 0, 0), PAF_AU_ERR_BAD_CONCORDANCE);
+  EXPECT_EQ(s.BeginGifConcordance(Text("Postcode"), 0, Text("Locality"), 0, Text("x"), 0), PAF_AU_ERR_BAD_CONCORDANCE);
+  EXPECT_EQ(searcher->Description(PAF_AU_ERR_BAD_CONCORDANCE).substr(0, 61),
+            "The fourth and fifth argument are reserved and must be 0. Use");
+  EXPECT_EQ(s.GetFindStatus(), PAF_AU_FIND_NOT_SEARCHED);
+}
+
 TEST_F(Concordances, LeastPercent)
 {
   EXPECT_EQ(List("Postcode", "", "LocalGovernmentArea", 50), "2991>L1 7/8, 3991>L2 3/3");

@@ -48,7 +48,12 @@ TEST(PolygonText, WellKnownText)
   EXPECT_EQ(EdgesOf(" polygon ( ( 1 2 , 3 4 , 5 2 , 1 2 ) , ( 2 2.5 , 3 3 , 4 2.5 , 2 2.5 ) ) "), 6U);
   EXPECT_EQ(EdgesOf("MULTIPOLYGON(((1 2,3 4,5 2,1 2)),((11 2,13 4,15 2,11 2),(12 2.5,13 3,14 2.5,12 2.5)))"), 9U);
   EXPECT_EQ(EdgesOf("SRID=4326;POLYGON Z((1 2 9,3 4 9,5 2 9,1 2 9))"), 3U);
+  for (const char* name : {"POLYGONZ", "polygon m", "PolygonM", "POLYGON ZM", "POLYGONZM "})
+    EXPECT_EQ(EdgesOf(std::string(name) + "((1 2 9,3 4 9,5 2 9,1 2 9))"), 3U) << name;
+  for (const char* name : {"MULTIPOLYGON Z", "MULTIPOLYGONZ", "MultiPolygonM", "MULTIPOLYGONZM"})
+    EXPECT_EQ(EdgesOf(std::string(name) + "(((1 2 9,3 4 9,5 2 9,1 2 9)))"), 3U) << name;
   EXPECT_EQ(EdgesOf("POLYGON EMPTY"), 0U);
+  EXPECT_EQ(EdgesOf("POLYGONZ EMPTY"), 0U);
 }
 
 TEST(PolygonText, WellKnownTextIsLongitudeFirst)
@@ -74,7 +79,8 @@ TEST(PolygonText, FaultsAreNamed)
   EXPECT_EQ(FaultOf("1,2;3,4;5,6|"), "A ring has fewer than three vertices.");
   EXPECT_EQ(FaultOf("1,2;3,x;5,6"), "A number is expected where there is none.");
   EXPECT_EQ(FaultOf("LINESTRING(1 2,3 4)"), "Only POLYGON and MULTIPOLYGON are areas.");
-  EXPECT_EQ(FaultOf("POLYGONS((1 2,3 4,5 6))"), "Only POLYGON and MULTIPOLYGON are areas.");
+  for (const char* name : {"POLYGONS", "POLYGONZZ", "POLYGONMZ", "MULTIPOLYGONX"})
+    EXPECT_EQ(FaultOf(std::string(name) + "((1 2,3 4,5 6))"), "Only POLYGON and MULTIPOLYGON are areas.") << name;
   EXPECT_EQ(FaultOf("SRID=3857;POLYGON((1 2,3 4,5 6))"), "Only SRID 4326, degrees of latitude and longitude, is read.");
   for (const char* text : {"POLYGON(1 2,3 4,5 6)", "POLYGON((1 2,3 4,5 6)", "POLYGON((1 2,3 4,5 6)))", "POLYGON"})
     EXPECT_EQ(FaultOf(text), "The brackets do not fit.") << text;
