@@ -147,6 +147,19 @@ int AuSearcher::FailSearch(Verdict verdict, const Failure& failure)
   return lastFailure_.Record(row->status, failure);
 }
 
+/** A text that was to be a last line; advice about streets would not help. */
+int AuSearcher::FailLine(Verdict verdict, const Failure& failure)
+{
+  const int status = FailSearch(verdict, failure);
+  if (status == PAF_AU_ERR_NOT_FOUND) {
+    lastFailure_.Record(status, "No locality was recognised.");
+    lastFailure_.Advise("Write locality, state and postcode.");
+  } else if (status == PAF_AU_ERR_SEVERAL_FOUND) {
+    lastFailure_.Advise("Add the locality, the state or the postcode.");
+  }
+  return status;
+}
+
 int AuSearcher::FailQuery(int code, std::string_view detail)
 {
   findStatus_ = code == PAF_AU_ERR_UNKNOWN_DPID ? PAF_AU_FIND_NOTHING : PAF_AU_FIND_NOT_SEARCHED;
@@ -199,7 +212,7 @@ int AuSearcher::Fix(std::string_view input, BoundedText& out)
   if (!IsOpen()) return NotOpen();
   parsed_ = Parsed::LastLine;
   const LastLineAnswer answer = searches_->fixer.Fix(input);
-  if (answer.verdict != Verdict::Found) return FailSearch(answer.verdict, searches_->fixer.LastFailure());
+  if (answer.verdict != Verdict::Found) return FailLine(answer.verdict, searches_->fixer.LastFailure());
   findStatus_ = answer.changed ? PAF_AU_FIND_CHANGED : PAF_AU_FIND_MATCHED;
   AppendLocality(out, searches_->Data().LocalityAt(answer.locality));
   return 0;
@@ -301,7 +314,7 @@ int AuSearcher::FindLocalitiesOf(std::string_view line, std::vector<std::uint32_
 {
   if (const int status = ReadQuery(line); status != 0) return status;
   const Failure failure = FindLocalities(*searches_->data->engine, searches_->query, found);
-  return failure.fault == Fault::None ? 0 : FailSearch(VerdictOf(failure.fault), failure);
+  return failure.fault == Fault::None ? 0 : FailLine(VerdictOf(failure.fault), failure);
 }
 
 int AuSearcher::GetParsedInput(char* out, int outSize)

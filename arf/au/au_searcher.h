@@ -119,6 +119,7 @@ class AuSearcher final : public IArfSearcher, private LiveObject
   int FindCounted(CountedIn in, std::string_view line, std::vector<std::uint32_t>& found);
   int WriteCurrent(BoundedText& out);
   int FailSearch(Verdict verdict, const Failure& failure);
+  int FailLine(Verdict verdict, const Failure& failure);
   int FailQuery(int code, std::string_view detail);
   int CheckFilters();
   int Read(std::string_view property, BoundedText& out);

@@ -8,6 +8,7 @@ namespace arf {
 int LastFailure::Record(int code, const Failure& failure)
 {
   code_ = code;
+  remedy_ = {};
   failure_ = failure;
   detail_.Clear();
   return code;
@@ -16,6 +17,7 @@ int LastFailure::Record(int code, const Failure& failure)
 int LastFailure::Record(int code, std::string_view detail)
 {
   code_ = code;
+  remedy_ = {};
   failure_ = {};
   detail_ = FixedText<200>(detail);
   return code;
@@ -32,7 +34,7 @@ void LastFailure::Describe(int code, const Database* database, BoundedText& text
     AppendFailure(text, *database, failure_);
   else
     text << status->meaning;
-  text.Word(status->remedy);
+  text.Word(isLast && !remedy_.empty() ? remedy_ : status->remedy);
 }
 
 }  // namespace arf

@@ -17,6 +17,9 @@ class LastFailure
   /** Records another failure with a sentence of its own, cut if it is long. @return code */
   int Record(int code, std::string_view detail);
 
+  /** Replaces what can be done about the failure recorded last. @param remedy  a sentence; must outlive this object */
+  void Advise(std::string_view remedy) { remedy_ = remedy; }
+
   /**
    * Appends the text of one of the plug-in's codes: the detail if the last failure had this code, otherwise what the
    * code means, and then what can be done. Nothing for codes that are not the plug-in's.
@@ -29,6 +32,7 @@ class LastFailure
   int code_ = 0;
   Failure failure_;
   FixedText<200> detail_;
+  std::string_view remedy_;  ///< empty: that of the code
 };
 
 }  // namespace arf

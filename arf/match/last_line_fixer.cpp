@@ -8,7 +8,8 @@
 namespace arf {
 namespace {
 
-constexpr std::size_t kLongestName = 8;       // words
+constexpr std::size_t kLongestName = 8;  // words
+constexpr std::size_t kPostcodeDigits = 4;
 constexpr std::size_t kShortestMistyped = 4;  // letters; shorter names are too close to each other
 
 /** A name with a typing error is preferred to a name with another state or postcode. */
@@ -65,8 +66,11 @@ void LastLineFixer::Collect()
   if (!candidates_.Empty() || failure_.fault != Fault::None) return;
   const bool something = !barest.place.Empty();
   failure_.fault = something ? Fault::LocalityUnknown : Fault::NothingRecognised;
-  failure_.written.Append(input_.Text(barest.name));
-  failure_.writtenPlace = barest.place.Text();
+  // Digits in front that are no postcode as they stand are more likely a house's number.
+  const bool isNumbered = input_.Count() > 0 && input_[0].isNumber && input_[0].text.size() < kPostcodeDigits;
+  const Tail& tail = *tails.begin();
+  failure_.written.Append(isNumbered ? input_.Text(0, tail.localityEnd) : input_.Text(barest.name));
+  failure_.writtenPlace = isNumbered ? tail.place.Text() : barest.place.Text();
 }
 
 void LastLineFixer::CollectFrom(const Line& line)

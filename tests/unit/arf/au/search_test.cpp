@@ -131,6 +131,28 @@ TEST_F(Search, DescriptionsHaveTheDetailOfTheLastFailure)
             "No address has the identifier 99999999. Check the identifier, and that the right database is open.");
 }
 
+TEST_F(Search, AdviceForLastLines)
+{
+  const DescriptionRow rows[] = {
+      {PAF_AU_ERR_NOT_FOUND, "xyzzy", "No locality was recognised. Write locality, state and postcode."},
+      {PAF_AU_ERR_NOT_FOUND, "", "No locality was recognised. Write locality, state and postcode."},
+      {PAF_AU_ERR_SEVERAL_FOUND, "Richmond",
+       "2 localities fit: RICHMOND NSW 2753; RICHMOND VIC 3121. Add the locality, the state or the postcode."},
+      {PAF_AU_ERR_WRONG_LOCALITY, "Sydney VIC",
+       "SYDNEY is NSW 2000, NSW 2001, not VIC. Check locality, state and postcode."},
+  };
+  for (const DescriptionRow& row : rows) {
+    EXPECT_EQ(searcher_.Fix(row.written).status, row.status) << row.written;
+    EXPECT_EQ(searcher_.Description(row.status), row.text);
+  }
+  EXPECT_EQ(searcher_.Get("").status, PAF_AU_ERR_NOT_FOUND);
+  EXPECT_EQ(searcher_.Description(PAF_AU_ERR_NOT_FOUND), rows[0].text);
+  searcher_.Lookup("xyzzy");
+  EXPECT_EQ(searcher_.Description(PAF_AU_ERR_NOT_FOUND),
+            "Neither a locality nor a street was recognised. Write number, street, locality, state and postcode.")
+      << "the advice belongs to one failure";
+}
+
 TEST_F(Search, DetailSurvivesLaterSuccesses)
 {
   searcher_.Lookup("900 George St, Sydney NSW 2000");

@@ -95,6 +95,10 @@ TEST(FailureText, OfLastLines)
       {"xyzzy NSW 2000", "No locality was recognised in \"XYZZY\" for NSW 2000."},
       {"xyzzy", "Neither a locality nor a street was recognised."},
       {"NSW", "No locality was recognised for NSW."},
+      {"2000 xyzzy", "No locality was recognised in \"XYZZY\" for 2000."},
+      {"483 gorge st sydney", "No locality was recognised in \"483 GORGE ST SYDNEY\"."},
+      {"483 xyzzy nsw 2000", "No locality was recognised in \"483 XYZZY\" for NSW 2000."},
+      {"12 xyzzy nsw", "No locality was recognised in \"12 XYZZY\" for NSW."},
   };
   const auto fixer = std::make_unique<arf::LastLineFixer>(arf_test::SmallEngine());
   for (const FailureRow& row : rows) {
