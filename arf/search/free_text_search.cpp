@@ -6,7 +6,9 @@
 #include <tuple>
 
 #include "arf/match/canonical_words.h"
+#include "arf/match/postal_words.h"
 #include "arf/tables/level_types.h"
+#include "arf/tables/postal_types.h"
 #include "arf/tables/states.h"
 #include "arf/tables/street_types.h"
 #include "arf/tables/unit_types.h"
@@ -32,6 +34,7 @@ constexpr int kPostcodeWeight = 20;
 constexpr int kTypeWeight = 4;
 constexpr int kNumberWeight = 14;
 constexpr int kUnitWeight = 8;
+constexpr int kPostalWeight = 20;
 constexpr int kMissingWord = 4;
 
 constexpr std::size_t kShortestPrefix = 3;
@@ -50,7 +53,7 @@ bool IsPostcode(const Word& word)
 }  // namespace
 
 FreeTextSearch::FreeTextSearch(const Database& database)
-    : database_(database), index_(database.Section(layout::SectionId::BuildingNames))
+    : database_(database), index_(database.Section(layout::SectionId::BuildingNames)), postalLists_(database)
 {
 }
 
@@ -87,11 +90,32 @@ InputFault FreeTextSearch::Start(std::string_view text, PointFilter* filter)
 
 /* Words. */
 
+/** The first kind of postal delivery; a single word that is short for one only with a number behind it. */
+void FreeTextSearch::ReadPostalType()
+{
+  constexpr std::size_t kLongestType = 5;
+  postalType_ = {};
+  postalWords_ = {};
+  const std::size_t count = std::min(input_.Count(), kMaxWords);
+  for (std::size_t first = 0; first < count && postalType_.empty(); ++first) {
+    if (!MayBeginPostalType(input_[first].text.front())) continue;
+    for (std::size_t last = std::min(count, first + kLongestType); last > first && postalType_.empty(); --last) {
+      const std::string_view text = input_.Text(first, last), type = ExpandPostalType(text);
+      const bool isNumbered = last < count && input_[last].hasDigit;
+      if (type.empty() || (text != type && last == first + 1 && !isNumbered)) continue;
+      postalType_ = type;
+      postalWords_ = {first, last};
+    }
+  }
+}
+
 void FreeTextSearch::ReadWords()
 {
   wordCount_ = 0;
   numberCount_ = 0;
   state_ = {};
+  ReadPostalType();
+  postalMask_ = 0;
   for (std::size_t i = 0; i < input_.Count() && wordCount_ < kMaxWords; ++i) {
     const std::string_view text = input_[i].text;
     if (text.size() <= 3 && StateCode(text) == text && !text.empty()) {
@@ -102,6 +126,7 @@ void FreeTextSearch::ReadWords()
     FindMistyped(wordCount_);
     WeighWord(wordCount_);
     if (input_[i].hasDigit) AddNumber(wordCount_);
+    if (i >= postalWords_.first && i < postalWords_.last) postalMask_ |= BitOf(wordCount_, Likeness::Same);
     if (IsPostcode(input_[i]) && !database_.LocalitiesOfPostcode(text).empty())
       words_[wordCount_].weight = std::max(words_[wordCount_].weight, kPostcodeWeight);
     ++wordCount_;
@@ -113,13 +138,19 @@ void FreeTextSearch::AddNumber(std::size_t word)
 {
   if (numberCount_ == kMaxNumbers) return;
   const std::string_view text = words_[word].text;
-  WrittenNumber written{0, {}, text, word};
+  WrittenNumber written{0, {}, text, word, {}};
   const auto [end, fault] = std::from_chars(text.data(), text.data() + text.size(), written.number);
   const std::string_view rest = text.substr(static_cast<std::size_t>(end - text.data()));
   const bool isNumber =
       fault == std::errc() && rest.size() <= 2 && std::all_of(rest.begin(), rest.end(), IsUpperLetter);
   written.suffix = isNumber ? rest : std::string_view();
   if (!isNumber) written.number = 0;
+  PostalNumber box;
+  if (!isNumber && !postalType_.empty() && ReadPostalNumber(text, box)) {
+    written.number = box.number;
+    written.prefix = box.prefix;
+    written.suffix = box.suffix;
+  }
   numbers_[numberCount_++] = written;
 }
 
@@ -263,6 +294,7 @@ void FreeTextSearch::FindGroups()
 {
   groups_.clear();
   buildingGroups_.clear();
+  AddPostal();
   for (const NameHit& name : streets_) AddStreetsOfLocalities(name);
   int best = 0;
   for (const Group& group : groups_) best = std::max(best, group.score);
@@ -310,6 +342,26 @@ void FreeTextSearch::AddStreet(std::uint32_t index, const NameHit& name, const L
   group.count = street.points.count;
   group.index = index;
   groups_.push_back(group);
+}
+
+void FreeTextSearch::AddPostal()
+{
+  if (postalType_.empty()) return;
+  for (const LocalityHit& hit : localityHits_) {
+    const IndexRange kinds = database_.PostalStreetsOf(database_.LocalityAt(hit.locality));
+    for (std::uint32_t i = kinds.first; i - kinds.first < kinds.count; ++i) AddPostalStreet(i, &hit);
+  }
+  for (std::size_t kind = 0; kind < postalLists_.Count(); ++kind)
+    for (const std::uint32_t index : postalLists_.At(kind)) AddPostalStreet(index, nullptr);
+}
+
+void FreeTextSearch::AddPostalStreet(std::uint32_t index, const LocalityHit* locality)
+{
+  const Street street = database_.StreetAt(index);
+  if (!street.isPostal || street.type != postalType_) return;
+  const std::size_t before = groups_.size();
+  AddStreet(index, {kNoIndex, postalMask_, 0, 0}, locality);
+  if (groups_.size() > before) groups_.back().score += kPostalWeight;
 }
 
 /** A street that was found with and without its locality counts once, with the better score. */
@@ -372,7 +424,7 @@ FreeTextSearch::Fit FreeTextSearch::FitOf(const Point& point, std::size_t number
   const WrittenNumber& written = numbers_[number];
   const bool isFirst = point.numberFirst == written.number;
   const bool isInRange = point.numberFirst <= written.number && written.number <= point.numberLast;
-  if (!isFirst && !isInRange) return kAnyNumber;
+  if ((!isFirst && !isInRange) || point.numberPrefix != written.prefix) return kAnyNumber;
   if (!written.suffix.empty() && written.suffix != point.numberFirstSuffix &&
       (written.number != point.numberLast || written.suffix != point.numberLastSuffix))
     return kAnyNumber;
@@ -395,6 +447,18 @@ void FreeTextSearch::AddBuilding(const NameHit& name)
   }
 }
 
+/** What a building's boxes weigh more when they are of the kind, or one has the number, that was written. */
+int FreeTextSearch::PostalWeight(const NameHit& name, IndexRange points, const Street& street) const
+{
+  if (!street.isPostal || street.type != postalType_) return 0;
+  const std::span<const std::uint32_t> all = index_.PointsOf(name.id);
+  for (std::uint32_t i = 0; i < points.count; ++i)
+    for (std::size_t number = 0; number < numberCount_; ++number)
+      if (numbers_[number].number != 0 && FitOf(database_.PointAt(all[points.first + i]), number) != kAnyNumber)
+        return kPostalWeight + kNumberWeight;
+  return kPostalWeight;
+}
+
 /** @param points  places in the building's list, of points in one street */
 void FreeTextSearch::AddBuildingPoints(const NameHit& name, IndexRange points)
 {
@@ -406,9 +470,11 @@ void FreeTextSearch::AddBuildingPoints(const NameHit& name, IndexRange points)
     if (other.id == street.nameIndex) words |= other.words;
   for (const LocalityHit& hit : localityHits_)
     if (hit.locality == street.locality) words |= hit.words;
+  const int postalWeight = PostalWeight(name, points, street);
+  if (postalWeight > 0) words |= postalMask_;
   Group group;
   group.kind = Kind::Building;
-  group.score = Weight(words) - kMissingWord * name.missing;
+  group.score = Weight(words) - kMissingWord * name.missing + postalWeight;
   group.count = points.count;
   group.index = name.id;
   group.points = points;

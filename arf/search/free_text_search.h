@@ -6,7 +6,8 @@
  * collect the weights of the words that lead to them, less a little for words of their names that were not written; a
  * street also for its type, and for a house number and unit that it has. They are answered by descending weight, then
  * number of addresses, then order of the file, down to half the weight of the best. An address is answered once. A
- * state's code (NT, not NORTHERN TERRITORY) leaves out all others.
+ * state's code (NT, not NORTHERN TERRITORY) leaves out all others. A kind of postal delivery (GPO BOX) stands for the
+ * boxes of the localities written, and for those of the largest localities.
  *
  * The work is bounded whatever the text is; all memory is taken by the first search.
  */
@@ -19,6 +20,7 @@
 #include <vector>
 
 #include "arf/format/database.h"
+#include "arf/hint/postal_lists.h"
 #include "arf/match/input_text.h"
 #include "arf/format/word_index.h"
 #include "arf/spatial/point_filter.h"
@@ -77,6 +79,7 @@ class FreeTextSearch
     std::string_view suffix;
     std::string_view text;
     std::size_t word = 0;
+    std::string_view prefix;  ///< of a box's number, "C" of C96
   };
 
   /** A name with words of the text; `id` is of the kind's names. */
@@ -137,6 +140,7 @@ class FreeTextSearch
   };
 
   void Reserve();
+  void ReadPostalType();
   void ReadWords();
   void AddNumber(std::size_t word);
   void WeighWord(std::size_t word);
@@ -162,6 +166,9 @@ class FreeTextSearch
   void AddStreetsOfLocalities(const NameHit& name);
   void AddStreetsAnywhere(const NameHit& name, int bestScore);
   void AddStreet(std::uint32_t index, const NameHit& name, const LocalityHit* locality);
+  void AddPostal();
+  void AddPostalStreet(std::uint32_t index, const LocalityHit* locality);
+  int PostalWeight(const NameHit& name, IndexRange points, const Street& street) const;
   void AddBuilding(const NameHit& name);
   void AddBuildingPoints(const NameHit& name, IndexRange points);
   void AddLocalities();
@@ -181,13 +188,17 @@ class FreeTextSearch
 
   const Database& database_;
   WordIndex index_;
+  PostalLists postalLists_;
   InputText input_;
   PointFilter* filter_ = nullptr;
   std::array<QueryWord, kMaxWords> words_;
   std::size_t wordCount_ = 0;
   std::array<WrittenNumber, kMaxNumbers> numbers_;
   std::size_t numberCount_ = 0;
-  std::string_view state_;  ///< the code that was written
+  std::string_view state_;       ///< the code that was written
+  std::string_view postalType_;  ///< the kind of delivery that was written
+  WordRange postalWords_;        ///< of it, in the input
+  WordMask postalMask_ = 0;      ///< of it
 
   std::vector<NameHit> links_, streets_, localities_, buildings_;
   std::vector<LocalityHit> localityHits_;

@@ -148,4 +148,49 @@ TEST(FreeTextSearch, RandomWords)
   EXPECT_GT(found, 10'000U);
 }
 
+/** Boxes of the kind that was written: those of the locality, or of the largest ones; the number first. */
+TEST(FreeTextOfBoxes, KindsNumbersAndPlaces)
+{
+  constexpr const char* kBoxes =
+      "dpid,building,number_first,street_name,street_type,postal_type,postal_number,locality,state,postcode\n"
+      "30000001,,,,,PO BOX,12,ALDERTON,NSW,2991\n"
+      "30000002,,,,,PO BOX,13,ALDERTON,NSW,2991\n"
+      "30000003,,,,,PO BOX,C12,ALDERTON,NSW,2991\n"
+      "30000004,,,,,GPO BOX,12,ALDERTON,NSW,2991\n"
+      "30000005,Alderton Mill,,,,PO BOX,14,ALDERTON,NSW,2991\n"
+      "30000006,,,,,PO BOX,12,BRAMLEY,VIC,3991\n"
+      "30000007,,,,,CARE PO,,BRAMLEY,VIC,3991\n"
+      "30000008,,12,ALDERTON,ROAD,,,BRAMLEY,VIC,3991\n"
+      "30000009,Alderton Hall,12,MILL,LANE,,,ALDERTON,NSW,2991\n"
+      "30000010,,5,BOX,LANE,,,BOX HILL,VIC,3992\n";
+  const test_support::TempDir dir;
+  const arf_test::DatabasePointer database(GetDb());
+  char error[255] = "";
+  ASSERT_EQ(database->Open(arf_test::BuiltDirectory(dir, kBoxes).c_str(), 2, error, sizeof error), 0) << error;
+  arf_test::Searcher searcher(*database);
+  EXPECT_EQ(searcher.SetProperty("OutputFields", "DPID").status, 0);
+  const auto found = [&](const char* text) {
+    char out[64];
+    std::string all;
+    EXPECT_EQ(searcher->BeginAddressSearch(text), 0) << text;
+    while (searcher->GetNextAddressSearch(out, sizeof out) == 0 && out[0] != '\0')
+      all += (all.empty() ? "" : " ") + std::string(out).substr(6);
+    return all;
+  };
+  EXPECT_EQ(found("po box 13"), "02 01 03 05 06");
+  EXPECT_EQ(found("po box 12").substr(0, 5), "01 06");
+  EXPECT_EQ(found("p.o. box 12 bramley").substr(0, 2), "06");
+  EXPECT_EQ(found("bramley box 12").substr(0, 2), "06");
+  EXPECT_EQ(found("po box 12 nsw").substr(0, 2), "01");
+  EXPECT_EQ(found("po box 12 3991").substr(0, 2), "06");
+  EXPECT_EQ(found("po box c12 alderton").substr(0, 2), "03");
+  EXPECT_EQ(found("po box 14 alderton").substr(0, 2), "05") << "a box with a building's name";
+  EXPECT_EQ(found("gpo box 12"), "04");
+  EXPECT_EQ(found("gpo 12"), "04");
+  EXPECT_EQ(found("care po"), "07");
+  EXPECT_NE(found("locked bag 12 bramley").substr(0, 2), "06") << "another kind";
+  EXPECT_EQ(found("12 alderton road bramley").substr(0, 2), "08");
+  EXPECT_EQ(found("box hill"), "10") << "a single word that is short for a kind is a name without a number";
+}
+
 }  // namespace
