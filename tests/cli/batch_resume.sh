@@ -50,3 +50,11 @@ paf batch in.csv out.csv --resume 2>&1 | sed -E 's/[0-9]+/N/g'
 paf batch in.csv out.csv --restart >/dev/null 2>&1
 tail -n 1 out.csv
 ls
+
+# A database with as many addresses as the one before, in the same directory, is another one.
+stop INT >/dev/null
+sed 's/,HIGH,/,HIGHER,/' "$CASE_DATA/addresses.csv" >other.csv
+paf build other.csv database >/dev/null
+paf batch in.csv out.csv --resume 2>&1 | sed -E 's/"[0-9a-f]{16}"/STAMP/g'
+paf build "$CASE_DATA/addresses.csv" database >/dev/null
+paf batch in.csv out.csv --resume 2>/dev/null | sed -n 's/^[0-9]* of the rows/N of the rows/p'

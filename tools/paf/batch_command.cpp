@@ -10,6 +10,7 @@
 #include "batch_output.h"
 #include "batch_rows.h"
 #include "command.h"
+#include "database_stamp.h"
 #include "exit_code.h"
 #include "interruption.h"
 #include "json.h"
@@ -76,6 +77,7 @@ Json RunIdentity(const BatchOptions& options, const CsvRows& rows, const Address
           {"time of change of the input", rows.Modified()},
           {"database", LibraryName(options.query.database)},
           {"version of the database", session.Property("PafVersionInfo").text},
+          {"build of the database", DatabaseStamp(session)},
           {"choice of columns", columns.Names()},
           {"choice of fields", options.fields},
           {"delimiter", options.delimiter},
