@@ -6,7 +6,15 @@ namespace arf {
 namespace {
 
 constexpr const char* kBadQuotes = "the quotes of the row are not as they should be";
+constexpr const char* kTooLong = "the row is longer than a mebibyte; is a closing quote missing?";
 constexpr std::uint64_t kRowsPerReport = 1 << 14;
+
+/** Why a row cannot be used; null when it can. */
+const char* FaultOf(CsvReader::Result result)
+{
+  if (result == CsvReader::Result::BadQuotes) return kBadQuotes;
+  return result == CsvReader::Result::TooLong ? kTooLong : nullptr;
+}
 
 }  // namespace
 
@@ -14,8 +22,8 @@ bool CsvInput::ReadHeader(ReportWriter& report)
 {
   const CsvReader::Result result = csv_.Next();
   if (result == CsvReader::Result::End) throw BuildError(path_ + ": is empty");
-  if (result == CsvReader::Result::BadQuotes) {
-    report.AddError(path_, csv_.Line(), kBadQuotes);
+  if (const char* fault = FaultOf(result)) {
+    report.AddError(path_, csv_.Line(), fault);
     return false;
   }
   const std::vector<std::string> faults = columns_.Read(csv_.Fields());
@@ -39,7 +47,7 @@ void CsvInput::ReadRows(AddressTable& table, ReportWriter& report, const BytesRe
 void CsvInput::TakeRow(CsvReader::Result result, RowParser& parser, AddressTable& table, ReportWriter& report)
 {
   const std::uint32_t line = csv_.Line();
-  if (result == CsvReader::Result::BadQuotes) return report.AddFault(path_, {line, kBadQuotes, kBadQuotes});
+  if (const char* fault = FaultOf(result)) return report.AddFault(path_, {line, fault, fault});
   const ParsedRow* row = parser.Parse(csv_.Fields());
   if (!row) {
     const RowFault fault{line, parser.Fault(), parser.Reason()};

@@ -14,7 +14,7 @@
 namespace arf {
 namespace {
 
-constexpr std::size_t kBufferSize = 1 << 20;
+constexpr std::size_t kReadSize = 1 << 20;
 constexpr std::size_t kFieldGrowth = 1 << 14;  // by which the parser's field buffer grows
 
 bool IsBlank(std::string_view text)
@@ -30,10 +30,18 @@ std::size_t LineLength(std::string_view text)
   return std::min(end + 1, text.size());
 }
 
+bool EndsLine(std::string_view piece)
+{
+  return piece.ends_with('\n') || piece.ends_with('\r');
+}
+
 }  // namespace
 
 CsvReader::CsvReader(const std::string& path, char delimiter)
-    : path_(path), file_(open(path.c_str(), O_RDONLY | O_CLOEXEC)), delimiter_(delimiter), buffer_(kBufferSize)
+    : path_(path),
+      file_(open(path.c_str(), O_RDONLY | O_CLOEXEC)),
+      delimiter_(delimiter),
+      buffer_(kMaxRowBytes + kReadSize)
 {
   struct stat status;
   if (!file_.IsOpen() || fstat(file_.Value(), &status) != 0) throw BuildError(SystemError(path, errno));
@@ -55,14 +63,18 @@ void CsvReader::StartParser()
   csv_set_blk_size(&parser_, kFieldGrowth);
 }
 
+/** Reads more behind the later lines of the row, which come to the buffer's front. */
 void CsvReader::FillBuffer()
 {
+  if (!laterLines_.empty()) std::memmove(buffer_.data(), laterLines_.data(), laterLines_.size());
+  char* const to = buffer_.data() + laterLines_.size();
   ssize_t got;
   do {
-    got = read(file_.Value(), buffer_.data(), buffer_.size());
+    got = read(file_.Value(), to, kReadSize);
   } while (got < 0 && errno == EINTR);
   if (got < 0) throw BuildError(SystemError(path_, errno));
-  rest_ = {buffer_.data(), static_cast<std::size_t>(got)};
+  laterLines_ = {buffer_.data(), laterLines_.size()};
+  rest_ = {to, static_cast<std::size_t>(got)};
   bytesRead_ += rest_.size();
 }
 
@@ -91,15 +103,15 @@ CsvReader::Result CsvReader::Next()
   texts_.clear();
   ends_.clear();
   rowBytes_ = 0;
-  rowDone_ = inRow_ = false;
+  rowDone_ = inRow_ = hasLaterLines_ = false;
+  laterLines_ = {};
   while (!rowDone_) {
     if (rest_.empty()) FillBuffer();
     if (rest_.empty()) return FinishFile();
     const std::string_view piece = TakePiece();
-    if (!Feed(piece)) {
-      PassRestOfLine(piece);
-      return Result::BadQuotes;
-    }
+    if (rowBytes_ > kMaxRowBytes) return GiveUp(Result::TooLong, piece);
+    if (!Feed(piece)) return GiveUp(Result::BadQuotes, piece);
+    EndFirstLine(piece);
   }
   return DeliverRow();
 }
@@ -113,6 +125,11 @@ std::string_view CsvReader::TakePiece()
     inRow_ = true;
     rowLine_ = line_;
   }
+  if (inRow_) rowBytes_ += piece.size();
+  if (hasLaterLines_) {
+    const char* const begin = laterLines_.empty() ? piece.data() : laterLines_.data();
+    laterLines_ = {begin, laterLines_.size() + piece.size()};
+  }
   CountLine(piece);
   return piece;
 }
@@ -124,41 +141,63 @@ void CsvReader::CountLine(std::string_view piece)
   if (!isSecondHalf && (piece.back() == '\n' || afterReturn_)) ++line_;
 }
 
+void CsvReader::EndFirstLine(std::string_view piece)
+{
+  if (!inRow_ || hasLaterLines_ || !EndsLine(piece)) return;
+  hasLaterLines_ = true;
+  laterLine_ = line_;
+  laterLinesAfterReturn_ = afterReturn_;
+}
+
 /** False when the quotes are wrong. */
 bool CsvReader::Feed(std::string_view piece)
 {
-  rowBytes_ += piece.size();
-  if (rowBytes_ > kMaxRowBytes) {
-    throw BuildError(path_ + ":" + std::to_string(rowLine_) +
-                     ": the row is longer than a mebibyte; is a closing quote missing?");
-  }
   const std::size_t used = csv_parse(&parser_, piece.data(), piece.size(), OnField, OnRow, this);
   if (used == piece.size()) return true;
   if (csv_error(&parser_) != CSV_EPARSE) throw std::bad_alloc();
   return false;
 }
 
-void CsvReader::PassRestOfLine(std::string_view piece)
+CsvReader::Result CsvReader::FinishFile()
+{
+  if (csv_fini(&parser_, OnField, OnRow, this) != 0) return GiveUp(Result::BadQuotes, {});
+  return rowDone_ ? DeliverRow() : Result::End;
+}
+
+/** @param piece  the last that was taken of the row */
+CsvReader::Result CsvReader::GiveUp(Result why, std::string_view piece)
 {
   csv_free(&parser_);
   StartParser();
-  while (piece.back() != '\n' && piece.back() != '\r') {
+  if (hasLaterLines_) {
+    GoBackToLaterLines();
+  } else {
+    PassRestOfLine(piece);
+  }
+  return why;
+}
+
+void CsvReader::PassRestOfLine(std::string_view piece)
+{
+  while (!EndsLine(piece)) {
     if (rest_.empty()) FillBuffer();
     if (rest_.empty()) return;
     piece = TakePiece();
   }
 }
 
-CsvReader::Result CsvReader::FinishFile()
+void CsvReader::GoBackToLaterLines()
 {
-  if (finished_) return Result::End;
-  finished_ = true;
-  if (csv_fini(&parser_, OnField, OnRow, this) != 0) return Result::BadQuotes;
-  return rowDone_ ? DeliverRow() : Result::End;
+  if (!laterLines_.empty()) rest_ = {laterLines_.data(), laterLines_.size() + rest_.size()};
+  line_ = laterLine_;
+  afterReturn_ = laterLinesAfterReturn_;
 }
 
 CsvReader::Result CsvReader::DeliverRow()
 {
+  const bool isWholeLine = !hasLaterLines_ || laterLines_.empty();
+  if (!isWholeLine && columns_ != 0 && ends_.size() != columns_) return GiveUp(Result::BadQuotes, {});
+  if (columns_ == 0) columns_ = ends_.size();
   fields_.clear();
   std::size_t begin = 0;
   for (const std::size_t end : ends_) {

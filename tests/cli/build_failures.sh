@@ -14,3 +14,8 @@ check --name "NZ Post" good.csv out.d
 ls -A
 check --skip-bad-rows bad.csv out.d
 ls -A out.d
+# A quote that nobody closes costs its own line, and so does a row that has no end.
+{ cat good.csv; printf '40000004,%01100000d,EXAMPLETON,VIC,3999\n40000003,OTHER,EXAMPLETON,VIC,3999\n' 7
+  printf '40000002,"LOW,EXAMPLETON,VIC,3999\n40000005,LAST,EXAMPLETON,VIC,3999\n'; } >quote.csv
+check quote.csv unclosed.d
+check --skip-bad-rows quote.csv unclosed.d
