@@ -60,6 +60,22 @@ class RemoteTest(Case):
                 self.assertNotEqual(here[1], "")
                 self.assertEqual(self.run_paf(command, remote), here)
 
+    def test_doctor_asks_the_server(self):
+        server = self.start_sample()
+        remote = self.remote_environment(server)
+        status, out, _ = self.run_paf(["doctor"], remote)
+        self.assertEqual(status, 0, out)
+        self.assertRegex(out, rf"Socket server\n  127.0.0.1:{server.port} +answers\n +opens AU +yes\n")
+        self.assertIn("none configured here", out)
+        status, out, _ = self.run_paf(["doctor"], dict(remote, PAF_DATABASE="AU.Gone"))
+        self.assertEqual(status, 2, out)
+        self.assertRegex(out, r"answers\n +opens AU.Gone +NO: .*\(status 64\d\d\)")
+        self.assertIn("its own configuration must name the database", out)
+        server.end()
+        status, out, _ = self.run_paf(["doctor"], remote)
+        self.assertEqual(status, 2, out)
+        self.assertIn("DOES NOT ANSWER", out)
+
     def converse(self, server):
         conversation = subprocess.Popen([PAF, "lookup"], cwd=self.directory, env=self.remote_environment(server),
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)

@@ -4,7 +4,9 @@
 #include <system_error>
 
 #include "configuration.h"
+#include "country.h"
 #include "exit_code.h"
+#include "qxpaf/arf_au.h"
 #include "qxpaf/paf.h"
 
 namespace tool {
@@ -57,6 +59,26 @@ std::string NotConfiguredAdvice(const std::string& database)
          ".\n" + LineAdvice(database, file->path);
 }
 
+/** The directory of a database, with a slash behind it; empty when it is not known. */
+std::string DirectoryText(const std::string& database)
+{
+  const auto dll = SplitDllName(database);
+  std::string directory = dll ? dll->path : database.find('/') == std::string::npos ? "" : database;
+  for (const ConfiguredDatabase& known : ConfiguredDatabases()) {
+    if (UpperCase(known.name) == UpperCase(database)) {
+      directory = known.path;
+    }
+  }
+  return directory.empty() || directory.back() == '/' ? directory : directory + "/";
+}
+
+std::string BuildText(const std::string& database)
+{
+  const std::string directory = DirectoryText(database);
+  return "make it again from its source:\n  paf build addresses.csv " +
+         (directory.empty() ? "/path/to/database" : directory.substr(0, directory.size() - 1));
+}
+
 std::string StatusAdvice(const std::string& database, int status)
 {
   switch (status) {
@@ -72,6 +94,15 @@ std::string StatusAdvice(const std::string& database, int status)
              "own.";
     case PAF_ERR_OPEN_FILE:
       return "A database directory holds the files PAF.ver and address.arf; paf build makes one from a CSV file.";
+    case PAF_AU_ERR_NOT_A_DATABASE:
+      return DirectoryText(database) +
+             "address.arf is not what paf build writes. Name the directory of a database, or " + BuildText(database);
+    case PAF_AU_ERR_DATABASE_VERSION:
+      return DirectoryText(database) + "address.arf was written by another version of paf build. With this one, " +
+             BuildText(database);
+    case PAF_AU_ERR_DATABASE_TRUNCATED:
+    case PAF_AU_ERR_DATABASE_DAMAGED:
+      return DirectoryText(database) + "address.arf is not as it was written. Copy it again, or " + BuildText(database);
     default:
       return "";
   }
@@ -81,6 +112,10 @@ std::string StatusAdvice(const std::string& database, int status)
 
 std::string OpenAdvice(const std::string& database, int status)
 {
+  if (IsRemoteConfigured() && !IsAboutTheConnection(status)) {
+    return "The socket server answers, but it cannot open that: its own configuration must name the database, and its "
+           "log says more.\nOn its machine, paf doctor checks both.";
+  }
   if (IsRemoteConfigured()) {
     return "The configuration switches remote mode on: the socket server that it names must be running. Without its "
            "lines\nPindleSvr/TcpHost= and PindleSvr/TcpPort= databases are opened on this machine.";

@@ -56,6 +56,15 @@ Json DatabaseJson(const DatabaseReport& database)
           {"description", database.open.description}};
 }
 
+Json ServerJson(const ServerReport& server)
+{
+  return {{"place", server.place},
+          {"reached", server.IsReached()},
+          {"database", server.database},
+          {"status", server.open.status},
+          {"description", server.open.description}};
+}
+
 template <class T>
 Json ArrayOf(const std::vector<T>& items, Json (*convert)(const T&))
 {
@@ -77,6 +86,7 @@ Json ToJson(const DoctorReport& report)
   return {{"configuration", ArrayOf(report.places, PlaceJson)},
           {"settings", settings},
           {"remote", report.remote},
+          {"server", report.server ? ServerJson(*report.server) : Json(nullptr)},
           {"plugins", ArrayOf(report.plugins, PluginJson)},
           {"databases", ArrayOf(report.databases, DatabaseJson)},
           {"notes", report.notes},

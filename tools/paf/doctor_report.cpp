@@ -121,6 +121,24 @@ std::string OpenProblem(const DatabaseReport& database)
          (advice.empty() ? "" : "\n" + advice);
 }
 
+ServerReport ExamineServer()
+{
+  ServerReport report;
+  report.place = ConfigurationValue("PindleSvr", "TcpHost").value_or("") + ":" +
+                 ConfigurationValue("PindleSvr", "TcpPort").value_or("");
+  report.database = DefaultDatabase();
+  Session session;
+  report.open = session.Open(report.database);
+  return report;
+}
+
+std::string ServerProblem(const ServerReport& server)
+{
+  const std::string what = server.IsReached() ? " does not open " + server.database : " does not answer";
+  return "The socket server " + server.place + what + ": " + StatusText(server.open) + "\n" +
+         OpenAdvice(server.database, server.open.status);
+}
+
 void CollectProblems(DoctorReport& report)
 {
   const auto used = std::find_if(report.places.begin(), report.places.end(),
@@ -136,8 +154,12 @@ void CollectProblems(DoctorReport& report)
     report.problems.push_back("The configuration names no database. Add a line to " + used->path + ":\n  " +
                               ConfigurationLine(kDefaultDatabase) + "/path/to/database");
   }
+  if (report.server && report.server->open.status != 0) {
+    report.problems.push_back(ServerProblem(*report.server));
+  }
+  const bool isServed = !report.server || report.server->IsReached();
   for (const DatabaseReport& database : report.databases) {
-    if (database.open.status != 0) {
+    if (database.open.status != 0 && isServed) {
       report.problems.push_back(OpenProblem(database));
     }
   }
@@ -191,6 +213,9 @@ DoctorReport Examine()
   report.places = ConfigurationPlaces();
   report.settings = Settings();
   report.remote = IsRemoteConfigured();
+  if (report.remote) {
+    report.server = ExamineServer();
+  }
   for (const ConfiguredDatabase& database : ConfiguredDatabases()) {
     report.databases.push_back(ExamineDatabase(database));
   }
@@ -198,6 +223,11 @@ DoctorReport Examine()
   CollectProblems(report);
   CollectNotes(report);
   return report;
+}
+
+bool ServerReport::IsReached() const
+{
+  return !IsAboutTheConnection(open.status);
 }
 
 std::string DisplayName(const ConfiguredDatabase& database)

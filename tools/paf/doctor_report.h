@@ -36,11 +36,23 @@ struct DatabaseReport
   bool hasMintedIdentifiers = false;        ///< made by the builder, not those of a post office
 };
 
+/** The socket server of remote mode. */
+struct ServerReport
+{
+  std::string place;     ///< "host:port", as the configuration has them
+  std::string database;  ///< the one that was asked for
+  Reply open;            ///< what opening an instance answered
+
+  /** False when no answer came. */
+  bool IsReached() const;
+};
+
 struct DoctorReport
 {
   std::vector<Place> places;
   std::vector<Setting> settings;
   bool remote = false;
+  std::optional<ServerReport> server;  ///< in remote mode
   std::vector<PluginProbe> plugins;
   std::vector<DatabaseReport> databases;
   std::vector<std::string> problems;  ///< what is wrong and what to do about it, a few lines each

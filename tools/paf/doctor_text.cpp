@@ -90,11 +90,23 @@ void PrintDatabase(std::ostream& out, const DatabaseReport& database)
   PrintRow(out, "  opens", database.open.status == 0 ? "yes" : "NO: " + StatusText(database.open));
 }
 
+void PrintServer(std::ostream& out, const ServerReport& server)
+{
+  out << "\nSocket server\n";
+  PrintRow(out, server.place, server.IsReached() ? "answers" : "DOES NOT ANSWER: " + StatusText(server.open));
+  if (server.IsReached()) {
+    PrintRow(out, "  opens " + server.database, server.open.status == 0 ? "yes" : "NO: " + StatusText(server.open));
+  }
+}
+
 }  // namespace
 
 void PrintReport(std::ostream& out, const DoctorReport& report)
 {
   PrintConfiguration(out, report);
+  if (report.server) {
+    PrintServer(out, *report.server);
+  }
   out << "\nPlug-ins\n";
   for (const PluginProbe& plugin : report.plugins) {
     PrintPlugin(out, plugin);
@@ -104,7 +116,7 @@ void PrintReport(std::ostream& out, const DoctorReport& report)
     PrintDatabase(out, database);
   }
   if (report.databases.empty()) {
-    out << "  none configured\n";
+    out << (report.remote ? "  none configured here; the socket server has its own\n" : "  none configured\n");
   }
   PrintBullets(out, "Notes", report.notes);
   PrintBullets(out, "Problems", report.problems);

@@ -1,5 +1,7 @@
 #include "reply.h"
 
+#include "qxpaf/paf.h"
+
 namespace tool {
 namespace {
 
@@ -10,6 +12,12 @@ constexpr int kFirstLibraryStatus = 600;
 bool IsAboutTheQuestion(int status)
 {
   return status > 0 && status < kFirstLibraryStatus;
+}
+
+bool IsAboutTheConnection(int status)
+{
+  return (status >= PAF_ERR_SOCKET_CREATE && status <= PAF_ERR_SOCKET_SELECT) ||
+         (status >= PAF_ERR_SOCKET_READLINE && status <= PAF_ERR_SOCKET_BROKEN);
 }
 
 std::string StatusText(const Reply& reply)

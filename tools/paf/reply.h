@@ -18,6 +18,9 @@ struct Reply
     their own statuses below 600, the library from 600 on. */
 bool IsAboutTheQuestion(int status);
 
+/** True when the status says that a socket server could not be reached, or did not answer. */
+bool IsAboutTheConnection(int status);
+
 /** "description (status 12)", or "status 12" where there is no description. */
 std::string StatusText(const Reply& reply);
 
