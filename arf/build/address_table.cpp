@@ -81,9 +81,9 @@ void AddressTable::Reserve(std::size_t count)
   for (AttributeTable& attribute : attributes) attribute.values.Reserve(count);
 }
 
-std::optional<std::uint32_t> AddressTable::Add(const ParsedRow& row, std::uint32_t line)
+std::optional<AddressTable::OtherRow> AddressTable::Add(const ParsedRow& row, std::uint32_t line)
 {
-  if (const std::optional<std::uint32_t> other = Claim(row.dpid)) return other;
+  if (const std::optional<OtherRow> other = Claim(row.dpid)) return other;
   AddressRow entry;
   entry.street = StreetOf(row);
   entry.numberFirst = row.numberFirst;
@@ -98,12 +98,12 @@ std::optional<std::uint32_t> AddressTable::Add(const ParsedRow& row, std::uint32
   return std::nullopt;
 }
 
-/** Nothing when a row may have the DPID, otherwise the line of the row that has it. */
-std::optional<std::uint32_t> AddressTable::Claim(std::uint32_t dpid)
+/** Nothing when a row may have the DPID, otherwise the row that has it. */
+std::optional<AddressTable::OtherRow> AddressTable::Claim(std::uint32_t dpid)
 {
   if (rows.size() >= kNoIndex) throw BuildError("more than four thousand million addresses");
   if (dpid == 0 || dpids_.Add(dpid)) return std::nullopt;
-  return LineOf(dpid);
+  return RowOf(dpid);
 }
 
 std::vector<AddressTable::RepeatedDpid> AddressTable::Append(const AddressTable& other)
@@ -113,8 +113,8 @@ std::vector<AddressTable::RepeatedDpid> AddressTable::Append(const AddressTable&
   std::vector<bool> taken(other.rows.size(), true);
   for (std::size_t i = 0; i < other.rows.size(); ++i) {
     AddressRow row = other.rows[i];
-    if (const std::optional<std::uint32_t> line = Claim(row.dpid)) {
-      repeated.push_back({row.dpid, row.line, *line});
+    if (const std::optional<OtherRow> claimed = Claim(row.dpid)) {
+      repeated.push_back({row.dpid, row.line, *claimed});
       taken[i] = false;
       continue;
     }
@@ -214,10 +214,15 @@ void AddressTable::DropEmpty()
 }
 
 /** Only for messages, so a search through all rows will do. */
-std::uint32_t AddressTable::LineOf(std::uint32_t dpid) const
+AddressTable::OtherRow AddressTable::RowOf(std::uint32_t dpid) const
 {
   const auto row = std::find_if(rows.begin(), rows.end(), [&](const AddressRow& r) { return r.dpid == dpid; });
-  return row != rows.end() ? row->line : 0;
+  if (row == rows.end()) return {};
+  const auto number = static_cast<std::size_t>(row - rows.begin());
+  auto input = inputs_.rbegin();
+  while (input != inputs_.rend() && input->first > number) ++input;
+  const bool isOther = input != inputs_.rbegin() && input != inputs_.rend();
+  return {row->line, isOther ? input->second : std::string()};
 }
 
 std::uint32_t AddressTable::LocalityOf(const ParsedRow& row)

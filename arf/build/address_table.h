@@ -106,16 +106,27 @@ class DpidSet
 class AddressTable
 {
  public:
+  /** A row that was taken before. */
+  struct OtherRow
+  {
+    std::uint32_t line = 0;
+    std::string input;  ///< the path of its file; empty when that is the file of the row which is to be taken
+  };
+
   /** What is wrong with a row whose DPID is that of another. */
   struct RepeatedDpid
   {
-    std::uint32_t dpid, line, otherLine;
+    std::uint32_t dpid = 0, line = 0;
+    OtherRow other;
   };
 
   explicit AddressTable(const std::vector<std::string>& attributeNames);
 
-  /** Takes a row, unless its DPID is in use: then the line of the row that has it is returned. DPID 0 is none. */
-  std::optional<std::uint32_t> Add(const ParsedRow& row, std::uint32_t line);
+  /** The rows that are taken from now on are of this file. */
+  void BeginInput(const std::string& path) { inputs_.emplace_back(rows.size(), path); }
+
+  /** Takes a row, unless its DPID is in use: then the row that has it is returned. DPID 0 is none. */
+  std::optional<OtherRow> Add(const ParsedRow& row, std::uint32_t line);
 
   /** Takes the rows of another table with the same attributes, but for those whose DPID is in use, which it returns. */
   std::vector<RepeatedDpid> Append(const AddressTable& other);
@@ -158,14 +169,15 @@ class AddressTable
   };
 
   Renumbering Renumber(const AddressTable& other);
-  std::optional<std::uint32_t> Claim(std::uint32_t dpid);
+  std::optional<OtherRow> Claim(std::uint32_t dpid);
   std::uint32_t Part(std::string_view text);
   std::uint32_t DetailsOf(const ParsedRow& row);
   void CountParts(AddressDetails entry);
-  std::uint32_t LineOf(std::uint32_t dpid) const;
+  OtherRow RowOf(std::uint32_t dpid) const;
   std::uint32_t LocalityOf(const ParsedRow& row);
   std::uint32_t StreetOf(const ParsedRow& row);
 
+  std::vector<std::pair<std::size_t, std::string>> inputs_;  ///< number of the first row, and path
   DpidSet dpids_;
   std::unordered_map<LocalityEntry, std::uint32_t, EntryHash> localityNumbers_;
   std::unordered_map<StreetEntry, std::uint32_t, EntryHash> streetNumbers_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <filesystem>
 #include <memory>
 #include <new>
 #include <optional>
@@ -41,6 +42,8 @@ class Build
 
   void Run()
   {
+    if (std::error_code error; std::filesystem::is_regular_file(options_.outputDirectory, error))
+      throw BuildError(options_.outputDirectory + ": is a file; name a directory for the database behind the inputs");
     if (!options_.sortPlanPath.empty()) TakeSortPlan();
     std::vector<AreaTable> areas;
     for (const std::string& path : options_.areaPaths) areas.emplace_back(path);

@@ -135,6 +135,7 @@ struct BuildReport
   std::vector<std::string> errors;    ///< "file.csv:12: postcode: …" in file order, or one without a line
   std::uint64_t errorCount = 0;       ///< all of them; at most one a row
   std::vector<std::string> warnings;  ///< such as types that are not in the tables
+  bool hasBadRows = false;            ///< errors are about rows, which `skipBadRows` would leave out
   std::uint64_t rowsRead = 0;
   std::uint64_t rowsSkipped = 0;     ///< left out because of `skipBadRows`, or for one of the reasons in `skipped`
   std::vector<SkippedRows> skipped;  ///< of registers; most frequent first

@@ -33,6 +33,7 @@ bool CsvInput::ReadHeader(ReportWriter& report)
 
 void CsvInput::ReadRows(AddressTable& table, ReportWriter& report, const BytesRead& read)
 {
+  table.BeginInput(path_);
   RowParser parser(columns_);
   std::uint64_t rows = 0;
   for (CsvReader::Result result; (result = csv_.Next()) != CsvReader::Result::End;) {
@@ -53,8 +54,8 @@ void CsvInput::TakeRow(CsvReader::Result result, RowParser& parser, AddressTable
     const RowFault fault{line, parser.Fault(), parser.Reason()};
     return parser.IsLeftOut() ? report.AddSkipped(path_, fault) : report.AddFault(path_, fault);
   }
-  if (const std::optional<std::uint32_t> other = table.Add(*row, line)) {
-    report.AddFault(path_, RepeatedDpid(row->dpid, line, *other));
+  if (const std::optional<AddressTable::OtherRow> other = table.Add(*row, line)) {
+    report.AddFault(path_, RepeatedDpid({row->dpid, line, *other}));
   }
 }
 

@@ -19,7 +19,7 @@ class RowMaker
 {
  public:
   virtual ~RowMaker() = default;
-  /** The result lives until the next call, as long as `fields`. */
+  /** The result lives until the next call, as long as `fields`, which are as many as in the first line. */
   virtual std::span<const std::string_view> Make(std::span<const std::string_view> fields) = 0;
 };
 

@@ -14,14 +14,17 @@ namespace {
 
 constexpr double kUnitsPerDegree = 1e6;
 
-/** Calls `take` with each row of a table in use; does nothing when the table is missing. */
+/** Calls `take` with each row of a table in use; does nothing when the table is missing. The report is told of one that
+    was cut off. */
 template <class TakeRow>
-void ForEachRow(const TablePaths& tables, std::string_view table, std::initializer_list<std::string_view> columns,
-                TakeRow take)
+void ForEachRow(const TablePaths& tables, ReportWriter& report, std::string_view table,
+                std::initializer_list<std::string_view> columns, TakeRow take)
 {
   const auto path = tables.find(table);
   if (path == tables.end()) return;
-  for (RegisterTable rows(path->second, columns); rows.Next();) take(rows);
+  RegisterTable rows(path->second, columns);
+  while (rows.Next()) take(rows);
+  if (const auto& row = rows.CutOffRow()) report.AddBadRow(path->second, *row);
 }
 
 /** The entry of an identifier, added when it is new. */
@@ -83,8 +86,7 @@ class DetailColumns
 class JoinedRows : public RowMaker
 {
  public:
-  JoinedRows(const RegisterJoin& join, const std::vector<std::string_view>& header)
-      : join_(join), fieldCount_(header.size())
+  JoinedRows(const RegisterJoin& join, const std::vector<std::string_view>& header) : join_(join)
   {
     const DetailColumns at(header);
     const std::array<std::string_view, kCopied> copied = {"ADDRESS_DETAIL_PID", "BUILDING_NAME",   "FLAT_TYPE_CODE",
@@ -104,7 +106,6 @@ class JoinedRows : public RowMaker
 
   std::span<const std::string_view> Make(std::span<const std::string_view> fields) override
   {
-    if (fields.size() != fieldCount_) return {};
     fields_ = fields;
     made_.fill({});
     static constexpr std::array<std::size_t, kCopied> kCopiedTo = {0, 1, 3, 5, 20, 21};
@@ -172,7 +173,6 @@ class JoinedRows : public RowMaker
   }
 
   const RegisterJoin& join_;
-  std::size_t fieldCount_;
   std::array<std::size_t, kCopied> copied_{};
   std::array<std::array<std::size_t, 3>, kNumbers> numbers_{};
   std::size_t street_ = 0, locality_ = 0, postcode_ = 0, site_ = 0;
@@ -184,7 +184,7 @@ class JoinedRows : public RowMaker
 
 }  // namespace
 
-RegisterJoin::RegisterJoin(const TablePaths& tables)
+RegisterJoin::RegisterJoin(const TablePaths& tables, ReportWriter& report) : report_(report)
 {
   ReadLocalities(tables);
   ReadStreets(tables);
@@ -198,9 +198,9 @@ RegisterJoin::RegisterJoin(const TablePaths& tables)
 void RegisterJoin::ReadLocalities(const TablePaths& tables)
 {
   std::map<std::string, std::uint32_t, std::less<>> states;
-  ForEachRow(tables, "STATE", {"STATE_PID", "STATE_ABBREVIATION"},
+  ForEachRow(tables, report_, "STATE", {"STATE_PID", "STATE_ABBREVIATION"},
              [&](const RegisterTable& row) { states[std::string(row.At(0))] = texts_.Intern(row.At(1)); });
-  ForEachRow(tables, "LOCALITY", {"LOCALITY_PID", "LOCALITY_NAME", "STATE_PID", "PRIMARY_POSTCODE"},
+  ForEachRow(tables, report_, "LOCALITY", {"LOCALITY_PID", "LOCALITY_NAME", "STATE_PID", "PRIMARY_POSTCODE"},
              [&](const RegisterTable& row) {
                const auto state = states.find(row.At(2));
                EntryOf(localityPids_, localities_, row.At(0)) = {
@@ -210,7 +210,7 @@ void RegisterJoin::ReadLocalities(const TablePaths& tables)
 
 void RegisterJoin::ReadStreets(const TablePaths& tables)
 {
-  ForEachRow(tables, "STREET_LOCALITY",
+  ForEachRow(tables, report_, "STREET_LOCALITY",
              {"STREET_LOCALITY_PID", "STREET_NAME", "STREET_TYPE_CODE", "STREET_SUFFIX_CODE", "LOCALITY_PID"},
              [&](const RegisterTable& row) {
                EntryOf(streetPids_, streets_, row.At(0)) = {texts_.Intern(row.At(1)), texts_.Intern(row.At(2)),
@@ -220,7 +220,7 @@ void RegisterJoin::ReadStreets(const TablePaths& tables)
 
 void RegisterJoin::ReadSites(const TablePaths& tables)
 {
-  ForEachRow(tables, "ADDRESS_SITE", {"ADDRESS_SITE_PID", "ADDRESS_SITE_NAME"}, [&](const RegisterTable& row) {
+  ForEachRow(tables, report_, "ADDRESS_SITE", {"ADDRESS_SITE_PID", "ADDRESS_SITE_NAME"}, [&](const RegisterTable& row) {
     if (!row.At(1).empty()) EntryOf(sitePids_, siteNames_, row.At(0)) = texts_.Intern(row.At(1));
   });
 }
@@ -228,10 +228,10 @@ void RegisterJoin::ReadSites(const TablePaths& tables)
 void RegisterJoin::ReadGeocodes(const TablePaths& tables)
 {
   std::map<std::string, std::uint32_t, std::less<>> types;
-  ForEachRow(tables, "GEOCODE_TYPE_AUT", {"CODE", "NAME"},
+  ForEachRow(tables, report_, "GEOCODE_TYPE_AUT", {"CODE", "NAME"},
              [&](const RegisterTable& row) { types[std::string(row.At(0))] = texts_.Intern(row.At(1)); });
-  ForEachRow(tables, "ADDRESS_DEFAULT_GEOCODE", {"ADDRESS_DETAIL_PID", "LATITUDE", "LONGITUDE", "GEOCODE_TYPE_CODE"},
-             [&](const RegisterTable& row) {
+  ForEachRow(tables, report_, "ADDRESS_DEFAULT_GEOCODE",
+             {"ADDRESS_DETAIL_PID", "LATITUDE", "LONGITUDE", "GEOCODE_TYPE_CODE"}, [&](const RegisterTable& row) {
                Place& place = EntryOf(addressPids_, places_, row.At(0));
                place.latitude = Degrees(row.At(1), 90);
                place.longitude = Degrees(row.At(2), 180);
@@ -242,11 +242,11 @@ void RegisterJoin::ReadGeocodes(const TablePaths& tables)
 
 void RegisterJoin::ReadRelatedAddresses(const TablePaths& tables)
 {
-  ForEachRow(tables, "ADDRESS_ALIAS", {"ALIAS_PID", "PRINCIPAL_PID"}, [&](const RegisterTable& row) {
+  ForEachRow(tables, report_, "ADDRESS_ALIAS", {"ALIAS_PID", "PRINCIPAL_PID"}, [&](const RegisterTable& row) {
     const std::uint32_t principal = addressPids_.Intern(row.At(1));
     EntryOf(addressPids_, places_, row.At(0)).principal = principal;
   });
-  ForEachRow(tables, "PRIMARY_SECONDARY", {"SECONDARY_PID", "PRIMARY_PID"}, [&](const RegisterTable& row) {
+  ForEachRow(tables, report_, "PRIMARY_SECONDARY", {"SECONDARY_PID", "PRIMARY_PID"}, [&](const RegisterTable& row) {
     const std::uint32_t primary = addressPids_.Intern(row.At(1));
     EntryOf(addressPids_, places_, row.At(0)).primary = primary;
   });
@@ -256,9 +256,9 @@ void RegisterJoin::ReadMeshBlocks(const TablePaths& tables, const std::string& y
 {
   StringPool pids;
   std::vector<std::uint32_t> codes;
-  ForEachRow(tables, "MB_" + year, {"MB_" + year + "_PID", "MB_" + year + "_CODE"},
+  ForEachRow(tables, report_, "MB_" + year, {"MB_" + year + "_PID", "MB_" + year + "_CODE"},
              [&](const RegisterTable& row) { EntryOf(pids, codes, row.At(0)) = texts_.Intern(row.At(1)); });
-  ForEachRow(tables, "ADDRESS_MESH_BLOCK_" + year, {"ADDRESS_DETAIL_PID", "MB_" + year + "_PID"},
+  ForEachRow(tables, report_, "ADDRESS_MESH_BLOCK_" + year, {"ADDRESS_DETAIL_PID", "MB_" + year + "_PID"},
              [&](const RegisterTable& row) {
                if (const std::uint32_t* code = Find(pids, codes, row.At(1)))
                  EntryOf(addressPids_, places_, row.At(0)).meshBlock = *code;
@@ -277,7 +277,7 @@ void RegisterJoin::AddRelations(const TablePaths& tables, AddressTable& table) c
   const auto nameOf = [&](const Locality& locality) {
     return LocalityName{names.Name(Text(locality.name)), names.Name(Text(locality.state))};
   };
-  ForEachRow(tables, "STREET_LOCALITY_ALIAS",
+  ForEachRow(tables, report_, "STREET_LOCALITY_ALIAS",
              {"STREET_LOCALITY_PID", "STREET_NAME", "STREET_TYPE_CODE", "STREET_SUFFIX_CODE"},
              [&](const RegisterTable& row) {
                const Street* street = FindStreet(row.At(0));
@@ -287,14 +287,15 @@ void RegisterJoin::AddRelations(const TablePaths& tables, AddressTable& table) c
                                               names.StreetSuffix(Text(street->suffix)), names.Name(row.At(1)),
                                               names.StreetType(row.At(2)), names.StreetSuffix(row.At(3))});
              });
-  ForEachRow(tables, "LOCALITY_ALIAS", {"LOCALITY_PID", "NAME"}, [&](const RegisterTable& row) {
+  ForEachRow(tables, report_, "LOCALITY_ALIAS", {"LOCALITY_PID", "NAME"}, [&](const RegisterTable& row) {
     const Locality* locality = FindLocality(row.At(0));
     if (locality && !row.At(1).empty()) table.localityAliases.push_back({nameOf(*locality), names.Name(row.At(1))});
   });
-  ForEachRow(tables, "LOCALITY_NEIGHBOUR", {"LOCALITY_PID", "NEIGHBOUR_LOCALITY_PID"}, [&](const RegisterTable& row) {
-    const Locality *locality = FindLocality(row.At(0)), *other = FindLocality(row.At(1));
-    if (locality && other) table.neighbours.emplace_back(nameOf(*locality), nameOf(*other));
-  });
+  ForEachRow(tables, report_, "LOCALITY_NEIGHBOUR", {"LOCALITY_PID", "NEIGHBOUR_LOCALITY_PID"},
+             [&](const RegisterTable& row) {
+               const Locality *locality = FindLocality(row.At(0)), *other = FindLocality(row.At(1));
+               if (locality && other) table.neighbours.emplace_back(nameOf(*locality), nameOf(*other));
+             });
 }
 
 std::unique_ptr<RowMaker> MakeJoinedRows(const RegisterJoin& join, const std::vector<std::string_view>& header)

@@ -32,8 +32,9 @@ inline constexpr std::array<std::string_view, 24> kJoinedColumns = {
 class RegisterJoin
 {
  public:
-  /** Reads the tables that there are. Throws BuildError when one cannot be read. */
-  explicit RegisterJoin(const TablePaths& tables);
+  /** Reads the tables that there are, and tells the report of those that were cut off. Throws BuildError when one
+      cannot be read. */
+  RegisterJoin(const TablePaths& tables, ReportWriter& report);
 
   struct Street
   {
@@ -76,6 +77,7 @@ class RegisterJoin
   void ReadRelatedAddresses(const TablePaths& tables);
   void ReadMeshBlocks(const TablePaths& tables, const std::string& year);
 
+  ReportWriter& report_;
   StringPool texts_, streetPids_, localityPids_, addressPids_, sitePids_;
   std::vector<Street> streets_;
   std::vector<Locality> localities_;

@@ -27,12 +27,24 @@ std::size_t RegisterTable::PlaceOf(std::string_view column) const
 bool RegisterTable::Next()
 {
   do {
-    if (rest_.empty()) {
-      if (!lines_.Next(block_)) return false;
-      rest_ = block_.text;
-    }
-    SplitFields(TakeLine(rest_), fields_);
+    if (!TakeRow()) return false;
   } while (fields_.size() < lines_.Header().size() || !FieldAt(retired_).empty());
+  return true;
+}
+
+bool RegisterTable::TakeRow()
+{
+  if (rest_.empty()) {
+    if (!lines_.Next(block_)) return false;
+    rest_ = block_.text;
+    line_ = block_.firstLine;
+  }
+  const std::string_view row = TakeLine(rest_);
+  SplitFields(row, fields_);
+  const std::size_t columns = lines_.Header().size();
+  if (rest_.empty() && !row.empty() && fields_.size() < columns && !block_.text.ends_with('\n'))
+    cutOff_ = CutOff(line_, fields_.size(), columns);
+  ++line_;
   return true;
 }
 

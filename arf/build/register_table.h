@@ -4,11 +4,13 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "arf/build/line_reader.h"
+#include "arf/build/report_writer.h"
 
 namespace arf {
 
@@ -20,10 +22,13 @@ class RegisterTable
 
   /** The next row that is not retired. */
   bool Next();
+  /** At the end: what is wrong with the last row, when the file ends in the middle of it. */
+  const std::optional<RowFault>& CutOffRow() const { return cutOff_; }
   /** A field of the row, by the place of its column in the constructor's list. */
   std::string_view At(std::size_t column) const { return FieldAt(places_[column]); }
 
  private:
+  bool TakeRow();
   std::size_t PlaceOf(std::string_view column) const;
   std::string_view FieldAt(std::size_t place) const
   {
@@ -35,6 +40,8 @@ class RegisterTable
   std::size_t retired_;
   LineBlock block_;
   std::string_view rest_;
+  std::uint32_t line_ = 0;
+  std::optional<RowFault> cutOff_;
   std::vector<std::string_view> fields_;
 };
 

@@ -73,7 +73,7 @@ class RegisterInput : public Input
 
   void ReadRows(AddressTable& table, ReportWriter& report, const BytesRead& read) override
   {
-    const RegisterJoin join(tables_);
+    const RegisterJoin join(tables_, report);
     ReadLines(
         details_, columns_, [&] { return MakeJoinedRows(join, details_.Header()); }, threads_, table, report, read);
     join.AddRelations(tables_, table);

@@ -12,9 +12,28 @@ std::string Placed(const std::string& path, std::uint32_t line, const std::strin
 
 }  // namespace
 
-RowFault RepeatedDpid(std::uint32_t dpid, std::uint32_t line, std::uint32_t otherLine)
+RowFault WrongFieldCount(std::uint32_t line, std::size_t count, std::size_t expected)
 {
-  return {line, "dpid: " + std::to_string(dpid) + " is already that of line " + std::to_string(otherLine),
+  return {line,
+          "the row has " + std::to_string(count) + (count == 1 ? " field" : " fields") + " where the first row has " +
+              std::to_string(expected),
+          "the number of fields is not that of the first row"};
+}
+
+RowFault CutOff(std::uint32_t line, std::size_t count, std::size_t expected)
+{
+  return {line,
+          "the last row has " + std::to_string(count) + " of " + std::to_string(expected) +
+              " fields and no line end; the file was cut off",
+          "the file was cut off"};
+}
+
+RowFault RepeatedDpid(const AddressTable::RepeatedDpid& repeated)
+{
+  const AddressTable::OtherRow& other = repeated.other;
+  return {repeated.line,
+          "dpid: " + std::to_string(repeated.dpid) + " is already that of line " + std::to_string(other.line) +
+              (other.input.empty() ? "" : " of " + other.input),
           "dpid: is already that of another line"};
 }
 
@@ -24,9 +43,22 @@ void ReportWriter::AddError(const std::string& path, std::uint32_t line, const s
   if (report_.errors.size() < BuildReport::kMaxErrors) report_.errors.push_back(Placed(path, line, what));
 }
 
-void ReportWriter::AddFault(const std::string& path, const RowFault& fault)
+void ReportWriter::AddBadRow(const std::string& path, const RowFault& fault)
 {
   AddError(path, fault.line, fault.what);
+  report_.hasBadRows = true;
+}
+
+void ReportWriter::AddBadRows(const std::string& path, const std::string& what)
+{
+  ++report_.errorCount;
+  report_.hasBadRows = true;
+  if (report_.errors.size() < BuildReport::kMaxErrors) report_.errors.push_back(path + ": " + what);
+}
+
+void ReportWriter::AddFault(const std::string& path, const RowFault& fault)
+{
+  AddBadRow(path, fault);
   report_.rowsSkipped += skipBadRows_;
 }
 

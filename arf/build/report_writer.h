@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "arf/build/address_table.h"
 #include "arf/build/builder.h"
 #include "arf/build/row_parser.h"
 
@@ -18,8 +19,14 @@ struct RowFault
   std::string reason;  ///< the same without the value
 };
 
-/** A row has the DPID of the row in `otherLine`. */
-RowFault RepeatedDpid(std::uint32_t dpid, std::uint32_t line, std::uint32_t otherLine);
+/** A row has another number of fields than the first row. */
+RowFault WrongFieldCount(std::uint32_t line, std::size_t count, std::size_t expected);
+
+/** A row without a line end, the file's last, that has too few fields. */
+RowFault CutOff(std::uint32_t line, std::size_t count, std::size_t expected);
+
+/** A row has the DPID of another. */
+RowFault RepeatedDpid(const AddressTable::RepeatedDpid& repeated);
 
 class ReportWriter
 {
@@ -31,6 +38,9 @@ class ReportWriter
 
   /** Something that ends the build unless bad rows are skipped. */
   void AddError(const std::string& path, std::uint32_t line, const std::string& what);
+  /** The same about rows of a file. */
+  void AddBadRow(const std::string& path, const RowFault& fault);
+  void AddBadRows(const std::string& path, const std::string& what);
   /** A faulty row of a file that someone wrote for this build. */
   void AddFault(const std::string& path, const RowFault& fault);
   /** A row of a register, whose faults nobody here can mend: it is left out and counted. */
@@ -39,6 +49,7 @@ class ReportWriter
   /** Puts the warnings and the reasons, most frequent first, into the report. */
   void Finish();
 
+  bool SkipsBadRows() const { return skipBadRows_; }
   std::uint64_t ErrorCount() const { return report_.errorCount; }
 
  private:

@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "arf/build/report_writer.h"
 #include "arf/build/text_input.h"
 #include "arf/format/fold.h"
 #include "arf/tables/level_types.h"
@@ -79,9 +80,9 @@ RowParser::RowParser(const ColumnMap& columns)
 const ParsedRow* RowParser::Parse(std::span<const std::string_view> fields)
 {
   if (fields.size() != columns_.FieldCount()) {
-    fault_ = "the row has " + std::to_string(fields.size()) + " fields where the first row has " +
-             std::to_string(columns_.FieldCount());
-    reason_ = "the number of fields is not that of the first row";
+    const RowFault fault = WrongFieldCount(0, fields.size(), columns_.FieldCount());
+    fault_ = fault.what;
+    reason_ = fault.reason;
     isLeftOut_ = false;
     return nullptr;
   }

@@ -10,6 +10,8 @@ check columns.csv out.d
 check bad.csv out.d
 check good.csv no/such/parent
 check good.csv good.csv
+cp good.csv again.csv
+check good.csv again.csv out.d
 check --name "NZ Post" good.csv out.d
 ls -A
 check --skip-bad-rows bad.csv out.d

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <iomanip>
@@ -104,16 +103,6 @@ void PrintSummary(const arf::BuildOptions& options, const arf::BuildReport& repo
               << Count(report.sortPlanPostcodes, "postcode", "postcodes") << '\n';
 }
 
-/** True when rows are what is wrong, so that leaving them out would help. */
-bool HasBadRows(const arf::BuildOptions& options, const arf::BuildReport& report)
-{
-  const auto isPlace = [&report](const std::string& path) {
-    return report.errors.front().compare(0, path.size() + 1, path + ":") == 0;
-  };
-  return report.rowsRead > 0 && !report.errors.empty() &&
-         std::any_of(options.inputs.begin(), options.inputs.end(), isPlace);
-}
-
 int Run(const arf::BuildOptions& options)
 {
   if (CountryOfDatabaseTitle(options.databaseName) != kDefaultDatabase) {
@@ -133,9 +122,8 @@ int Run(const arf::BuildOptions& options)
     case arf::BuildOutcome::Failed:
       break;
   }
-  throw Failure(HasBadRows(options, report)
-                    ? "no database was built; --skip-bad-rows leaves rows out that cannot be used"
-                    : "no database was built");
+  throw Failure(report.hasBadRows ? "no database was built; --skip-bad-rows leaves rows out that cannot be used"
+                                  : "no database was built");
 }
 
 }  // namespace

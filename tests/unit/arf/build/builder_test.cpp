@@ -292,7 +292,7 @@ TEST(Build, SaysWhichPathItCannotUse)
   dir.MakeDirectory("taken/address.arf/x");
   const BadPath rows[] = {
       {"none.csv", "db", "none.csv: No such file or directory"},   {".", "db", "has no table ADDRESS_DETAIL"},
-      {"in.csv", "none/db", "none/db: No such file or directory"}, {"in.csv", "file", "Not a directory"},
+      {"in.csv", "none/db", "none/db: No such file or directory"}, {"in.csv", "file", ": is a file; name a directory"},
       {"in.csv", "taken", "taken/address.arf: Is a directory"},
   };
   for (const BadPath& row : rows) {

@@ -33,13 +33,14 @@ std::string Row(const std::string& pid, const std::string& number, const std::st
 }
 
 BuildReport Build(const test_support::TempDir& dir, std::vector<std::string> inputs, const std::string& output,
-                  const std::string& previous = {}, unsigned threads = 2)
+                  const std::string& previous = {}, unsigned threads = 2, bool skipBadRows = false)
 {
   BuildOptions options;
   options.inputs = std::move(inputs);
   options.outputDirectory = dir.Path(output);
   options.previousDirectory = previous.empty() ? "" : dir.Path(previous);
   options.threads = threads;
+  options.skipBadRows = skipBadRows;
   return arf::BuildDatabase(options);
 }
 
@@ -110,7 +111,7 @@ TEST(RegisterFile, CountsWhatItLeavesOut)
       Row("GAQLD_1", "1") + Row("GAQLD_2", "2", "QUARTZ", "OPALTON", "4735", "A") +
       Row("GAQLD_3", "3", "QUARTZ", "OPALTON", "") + Row("GAQLD_4", "4", "QUARTZ", "OPALTON", "473") +
       Row("GAQLD_5", "5", "QUARTZ", "OPALTON", "") + Row("", "6") + Row("GAQLD_1", "7") + "too|few\n";
-  const BuildReport report = Build(dir, {dir.Write("in.psv", kHeader + rows)}, "db");
+  const BuildReport report = Build(dir, {dir.Write("in.psv", kHeader + rows)}, "db", {}, 2, true);
   ASSERT_EQ(report.outcome, BuildOutcome::Built);
   EXPECT_EQ(report.rowsRead, 8U);
   EXPECT_EQ(report.rowsSkipped, 7U);
@@ -127,6 +128,53 @@ TEST(RegisterFile, CountsWhatItLeavesOut)
   EXPECT_EQ(reasons, expected);
   EXPECT_THAT(report.skipped.front().example, HasSubstr("in.psv:4: postcode: is empty"));
   EXPECT_EQ(OpenOrFail(dir.Path("db"), arf::OpenMode::Memory)->PointAt(0).numberFirst, 1U);
+}
+
+TEST(RegisterFile, IsRefusedWhenMostOfItsRowsCannotBeUsed)
+{
+  const test_support::TempDir dir;
+  const std::string bad = Row("GAQLD_3", "3", "QUARTZ", "OPALTON", "473");
+  const std::string good = Row("GAQLD_1", "1") + Row("GAQLD_2", "2", "QUARTZ", "OPALTON", "4735", "A");
+  dir.Write("half.psv", kHeader + good + bad + bad);
+  dir.Write("most.psv", kHeader + good + bad + bad + bad);
+  ASSERT_EQ(Build(dir, {dir.Path("half.psv")}, "db").outcome, BuildOutcome::Built);
+  const auto before = arf_test::ReadFile(dir.Path("db/address.arf"));
+  const BuildReport report = Build(dir, {dir.Path("half.psv"), dir.Path("most.psv")}, "db");
+  EXPECT_EQ(report.outcome, BuildOutcome::Failed);
+  EXPECT_THAT(report.errors, ElementsAre(dir.Path("most.psv") + ": 3 of 5 rows cannot be used; the first is line 4: "
+                                                                "postcode: \"473\" is not four digits (a leading zero "
+                                                                "may be lost)"));
+  EXPECT_EQ(arf_test::ReadFile(dir.Path("db/address.arf")), before);
+  EXPECT_EQ(Build(dir, {dir.Path("most.psv")}, "db", {}, 2, true).outcome, BuildOutcome::Built);
+}
+
+TEST(RegisterFile, TellsInWhichFileADpidIsAlready)
+{
+  const test_support::TempDir dir;
+  const std::string head = "dpid|street_name|locality|state|postcode\n", row = "30000001|A|B|NSW|2000\n";
+  const std::string one = dir.Write("one.psv", head + row), two = dir.Write("two.psv", head + row + row);
+  EXPECT_THAT(Build(dir, {one, two}, "db").errors,
+              ElementsAre(two + ":3: dpid: 30000001 is already that of line 2",
+                          two + ":2: dpid: 30000001 is already that of line 2 of " + one));
+}
+
+TEST(RegisterFile, IsRefusedWhenItWasCutOff)
+{
+  const test_support::TempDir dir;
+  const std::string rows = kHeader + Row("GAQLD_1", "1") + Row("GAQLD_2", "2");
+  const std::string last = Row("GAQLD_3", "3");
+  const std::string cut = dir.Write("cut.psv", rows + last.substr(0, 20));
+  const BuildReport report = Build(dir, {cut}, "db");
+  EXPECT_EQ(report.outcome, BuildOutcome::Failed);
+  EXPECT_THAT(report.errors,
+              ElementsAre(cut + ":4: the last row has 9 of 19 fields and no line end; the file was cut off"));
+  EXPECT_FALSE(std::filesystem::exists(dir.Path("db/address.arf")));
+  const BuildReport skipped = Build(dir, {cut}, "db", {}, 2, true);
+  EXPECT_EQ(skipped.outcome, BuildOutcome::Built);
+  EXPECT_EQ(skipped.addresses, 2U);
+  EXPECT_EQ(skipped.rowsSkipped, 1U);
+  const std::string open = dir.Write("open.psv", rows + last.substr(0, last.size() - 1));
+  EXPECT_EQ(Build(dir, {open}, "db").addresses, 3U) << "the last row is whole, it only lacks its line end";
 }
 
 TEST(RegisterFile, KeepsNoStreetOfRowsThatAreLeftOut)
@@ -289,6 +337,35 @@ TEST_F(RegisterTables, GiveReasonsForWhatIsLeftOut)
                                                            {"an alias of an address that is not said", 1},
                                                            {"postcode: is empty", 1},
                                                            {"number_first: is given without street_name", 1}}));
+}
+
+TEST_F(RegisterTables, AreRefusedWhenOneWasCutOff)
+{
+  for (const std::string table : {"ADDRESS_DETAIL", "LOCALITY", "STREET_LOCALITY", "STATE"}) {
+    const std::string path = dir_.Path("gnaf/Standard/QLD_" + table + "_psv.psv");
+    const std::vector<std::uint8_t> whole = arf_test::ReadFile(path);
+    std::vector<std::uint8_t> cut = whole;
+    cut.push_back('L');
+    cut.push_back('|');
+    arf_test::WriteFile(path, cut);
+    const BuildReport report = BuildTables();
+    EXPECT_EQ(report.outcome, BuildOutcome::Failed) << table;
+    EXPECT_THAT(report.errors,
+                ElementsAre(testing::AllOf(testing::StartsWith(path + ":"), HasSubstr(": the last row has 2 of "))))
+        << table;
+    EXPECT_EQ(Build(dir_, {dir_.Path("gnaf")}, "db", {}, 2, true).outcome, BuildOutcome::Built) << table;
+    arf_test::WriteFile(path, whole);
+  }
+}
+
+TEST_F(RegisterTables, TellHowManyFieldsARowHas)
+{
+  std::vector<std::uint8_t> rows = arf_test::ReadFile(dir_.Path("gnaf/Standard/QLD_ADDRESS_DETAIL_psv.psv"));
+  for (const char c : std::string("GAQLD_7|x\n")) rows.push_back(static_cast<std::uint8_t>(c));
+  arf_test::WriteFile(dir_.Path("gnaf/Standard/QLD_ADDRESS_DETAIL_psv.psv"), rows);
+  std::vector<std::string> examples;
+  for (const arf::SkippedRows& skipped : BuildTables().skipped) examples.push_back(skipped.example);
+  EXPECT_THAT(examples, testing::Contains(HasSubstr(":8: the row has 2 fields where the first row has 15")));
 }
 
 TEST_F(RegisterTables, GiveOtherNamesAndNeighbours)
