@@ -15,8 +15,9 @@ constexpr int kShortestMaxLine = 255;
 constexpr int kLongestMaxLine = 16 * 1024 * 1024;
 
 constexpr const char* kFooter =
-    "Signals: TERM and INT finish the calls in flight and end the server; HUP moves it onto newly installed "
-    "databases.\n"
+    "Signals: TERM and INT finish the calls in flight and end the server; HUP moves the open databases to the\n"
+    "directories that the configuration names now. One that was built anew in its old directory does not move:\n"
+    "build it into another directory, name that in the configuration, then send HUP.\n"
     "Exit status: 0 ended by a signal, 2 it could not start.";
 
 /** Options in the form that the parser fills. */

@@ -37,7 +37,11 @@ void Update::Run()
   int databases = 0;
   int instances = 0;
   const int status = pafUpdateArfs(&databases, &instances);
-  if (status == 0) {
+  if (status == 0 && databases == 0) {
+    spdlog::info(
+        "update: 0 databases and 0 instances moved: the configuration names no other path for any that is open. "
+        "Build the newer database into another directory, name that in the configuration, and send HUP again");
+  } else if (status == 0) {
     spdlog::info("update: {} databases and {} instances moved", databases, instances);
   } else {
     spdlog::error("update: {} databases and {} instances moved, then {}", databases, instances, StatusText(status));

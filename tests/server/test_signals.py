@@ -119,6 +119,7 @@ class UpdateTest(Case):
         server = self.start()
         server.process.send_signal(signal.SIGHUP)
         self.wait_for(lambda: "update: 0 databases and 0 instances moved" in server.log(), "the update ends")
+        self.assertIn("into another directory, name that in the configuration", server.log())
 
     def test_requests_are_served_while_an_update_waits(self):
         server = self.start(lines=["ARF/AU/=/echo"])
