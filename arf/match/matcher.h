@@ -140,6 +140,7 @@ class Matcher
   void SearchUnitBehind(const Place& place, const OccupancyWords& unit);
   void SearchBehindBuilding(const Place& place);
   void SearchEnding(const Place& place, const StreetEnding& ending);
+  void SearchSpelledOut(const Place& place, const StreetEnding& ending);
   void SearchName(const Place& place, const StreetEnding& ending, std::size_t start, const NameHit& hit);
   void SearchAliases(const Place& place, const StreetEnding& ending, std::size_t start);
   void SearchStreet(Reading& reading, const Premises& premises, std::uint32_t street, const Departures& departures);

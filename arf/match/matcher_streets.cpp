@@ -127,6 +127,8 @@ void Matcher::SearchStreetsOf(const Place& place)
 {
   const StreetEndings endings(input_, place.body);
   for (const StreetEnding& ending : endings) SearchEnding(place, ending);
+  if (decision_.HasCandidates() || seen_.street) return;
+  for (const StreetEnding& ending : endings) SearchSpelledOut(place, ending);
 }
 
 void Matcher::SearchEnding(const Place& place, const StreetEnding& ending)
@@ -139,6 +141,19 @@ void Matcher::SearchEnding(const Place& place, const StreetEnding& ending)
       if (hit.fit != NameFit::Article || stage_ == Stage::Alike) SearchName(place, ending, start, hit);
     if (stage_ == Stage::Alike) SearchLikeNames(place, ending, start);
     if (stage_ == Stage::AsWritten && data_.StreetAliasCount() > 0) SearchAliases(place, ending, start);
+  }
+}
+
+/** Streets whose names have a word that was abbreviated: "The Pde", "High St Rd". */
+void Matcher::SearchSpelledOut(const Place& place, const StreetEnding& ending)
+{
+  const std::size_t first = place.body.first;
+  std::size_t start = ending.nameEnd - std::min(kLongestStreetName, ending.nameEnd - first);
+  for (; start < ending.nameEnd; ++start) {
+    const bool isTypeTwice = start + 1 == ending.nameEnd && !ending.type.empty();  // "Gren Rd" is no GREEN ROAD
+    if (isTypeTwice || !MayStartName(input_, first, start)) continue;
+    for (const NameHit& hit : engine_.StreetNames().FindSpelledOut(input_, {start, ending.nameEnd}))
+      if (hit.fit != NameFit::Article || stage_ == Stage::Alike) SearchName(place, ending, start, hit);
   }
 }
 

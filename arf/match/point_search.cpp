@@ -6,6 +6,7 @@
 
 #include "arf/match/canonical_words.h"
 #include "arf/match/occupancy_words.h"
+#include "arf/tables/street_types.h"
 
 namespace arf {
 namespace {
@@ -35,6 +36,31 @@ std::string_view WithoutZeros(std::string_view text)
   return text;
 }
 
+std::string_view TakeWord(std::string_view& text)
+{
+  const std::string_view word = text.substr(0, text.find(' '));
+  text.remove_prefix(std::min(word.size() + 1, text.size()));
+  return word;
+}
+
+/** Whether a word is a street type's short form, as in "Flinders St Station". */
+bool HasShortForm(std::string_view words)
+{
+  while (!words.empty())
+    if (!SpelledOutType(TakeWord(words)).empty()) return true;
+  return false;
+}
+
+/** Whether two names are the same word for word, short forms of street types written out. */
+bool SameSpelledOut(std::string_view stored, std::string_view written)
+{
+  while (!stored.empty() && !written.empty()) {
+    const std::string_view a = TakeWord(stored), b = TakeWord(written);
+    if (CanonicalWord(a) != CanonicalWord(b) && a != SpelledOutType(b)) return false;
+  }
+  return stored.empty() && written.empty();
+}
+
 /** Compares one premise with address after address. */
 class PremiseComparison
 {
@@ -43,7 +69,8 @@ class PremiseComparison
       : premise_(premise),
         lenient_(rules == Rules::Lenient),
         buildingWords_(input.Text(premise.building)),
-        building_(buildingWords_)
+        building_(buildingWords_),
+        hasShortForm_(HasShortForm(buildingWords_))
   {
   }
 
@@ -81,7 +108,10 @@ class PremiseComparison
 
   bool HasBuilding(const Point& point) const
   {
-    return !point.building.empty() && CanonicalName(KeyBuffer(point.building).View()).View() == building_.View();
+    if (point.building.empty()) return false;
+    const KeyBuffer stored(point.building);
+    return CanonicalName(stored.View()).View() == building_.View() ||
+           (hasShortForm_ && SameSpelledOut(stored.View(), buildingWords_));
   }
 
  private:
@@ -167,6 +197,7 @@ class PremiseComparison
   bool lenient_;
   std::string_view buildingWords_;
   CanonicalName building_;
+  bool hasShortForm_;
 };
 
 /** Whether two points have the same number and unit. */

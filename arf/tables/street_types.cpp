@@ -319,6 +319,14 @@ std::string_view ExpandStreetType(std::string_view upper)
   return Table().Expand(upper);
 }
 
+std::string_view SpelledOutType(std::string_view upper)
+{
+  if (upper.size() < 2) return {};
+  const std::string_view full = ExpandStreetType(upper);
+  const bool isOneWord = full.find(' ') == std::string_view::npos;
+  return full != upper && isOneWord ? full : std::string_view();
+}
+
 std::string_view AbbreviateStreetType(std::string_view full)
 {
   return Table().Abbreviate(full);

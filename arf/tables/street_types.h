@@ -19,6 +19,9 @@ std::span<const WordRow> StreetTypeRows();
  */
 std::string_view ExpandStreetType(std::string_view upper);
 
+/** The full form of another form ("PDE" gives "PARADE"); empty when the word is no type's other form. */
+std::string_view SpelledOutType(std::string_view upper);
+
 /** The abbreviation for print ("STREET" gives "ST"); the argument itself when its full form is not known. */
 std::string_view AbbreviateStreetType(std::string_view full);
 

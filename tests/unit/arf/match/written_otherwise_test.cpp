@@ -1,0 +1,84 @@
+// Ways of writing that are tried when nothing was found as it stands: short forms within names, and noise in a line.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "arf/match/matcher.h"
+#include "unit/arf/match/engine_fixture.h"
+
+namespace {
+
+using arf::Rules;
+
+constexpr const char* kAddresses =
+    "dpid,building,number_first,number_last,street_name,street_type,locality,state,postcode\n"
+    "50000001,,100,,THE PARADE,,ALDERTON,SA,5960\n"
+    "50000002,,600,,HIGH STREET,ROAD,ALDERTON,SA,5960\n"
+    "50000003,,5,,NORTH SHORE,ROAD,ALDERTON,SA,5960\n"
+    "50000004,,8,,AVENUE OF HEROES,,ALDERTON,SA,5960\n"
+    "50000005,,600,,HIGH,STREET,ALDERTON,SA,5960\n"
+    "50000006,HARBOUR STREET STATION,,,HARBOUR,STREET,ALDERTON,SA,5960\n"
+    "50000007,,3,,HARBOUR,STREET,ALDERTON,SA,5960\n"
+    "50000008,,7,,SAINT MARK,ROAD,ALDERTON,SA,5960\n";
+
+/** One database for the whole test program. */
+const arf::Engine& TownEngine()
+{
+  static const test_support::TempDir dir;
+  static const std::unique_ptr<const arf::Engine> engine = [] {
+    dir.Write("town.csv", kAddresses);
+    return arf_test::OpenEngine(arf_test::BuildDatabaseFrom(dir, dir.Path("town.csv")));
+  }();
+  return *engine;
+}
+
+struct LookupRow
+{
+  const char* written;
+  std::uint32_t strict;   ///< identifier; 0: nothing found
+  std::uint32_t lenient;  ///< likewise
+  const char* departures;
+};
+
+void ExpectLookups(std::span<const LookupRow> rows)
+{
+  const auto matcher = std::make_unique<arf::Matcher>(TownEngine());
+  const auto find = [&](const char* written, Rules rules, std::string& departures) -> std::uint32_t {
+    const arf::LookupAnswer answer = matcher->Lookup(written, rules);
+    if (answer.verdict != arf::Verdict::Found) return 0;
+    char buffer[512];
+    arf::BoundedText text(buffer, sizeof buffer);
+    arf::AppendDepartures(text, answer.departures);
+    departures = buffer;
+    return TownEngine().Data().DpidOf(answer.ordinal);
+  };
+  for (const LookupRow& row : rows) {
+    std::string departures;
+    EXPECT_EQ(find(row.written, Rules::Strict, departures), row.strict) << row.written;
+    departures.clear();
+    EXPECT_EQ(find(row.written, Rules::Lenient, departures), row.lenient) << row.written;
+    EXPECT_EQ(departures, row.departures) << row.written;
+  }
+}
+
+TEST(WrittenOtherwise, ShortFormsWithinNames)
+{
+  const LookupRow rows[] = {
+      {"100 The Pde, Alderton SA 5960", 50000001, 50000001, "street_variant=1"},
+      {"100 The Pd Alderton", 50000001, 50000001, "street_variant=1"},
+      {"100 Pde, Alderton", 0, 50000001, "street_article=8"},
+      {"100 The Ave, Alderton", 0, 0, ""},
+      {"600 High St Rd, Alderton", 50000002, 50000002, "street_variant=1"},
+      {"600 High Str Road, Alderton", 50000002, 50000002, "street_variant=1"},
+      {"600 High St, Alderton", 50000005, 50000005, ""},
+      {"5 N Shore Rd, Alderton", 50000003, 50000003, "street_variant=1"},
+      {"8 Ave of Heroes, Alderton", 50000004, 50000004, "street_variant=1"},
+      {"Harbour St Station, Harbour St, Alderton", 50000006, 50000006, ""},
+      {"Harbour St Stadium, Harbour St, Alderton", 0, 0, ""},
+      {"7 St Mark Rd, Alderton", 50000008, 50000008, "street_variant=1"},
+  };
+  ExpectLookups(rows);
+}
+
+}  // namespace
