@@ -73,6 +73,7 @@ enum class Departure : std::uint8_t
   NumberBehind,     ///< "Smith St 12"
   SurplusPlace,     ///< a further place behind the locality: "12 Smith St, Richmond, Melbourne VIC"
   Corner,           ///< the other street of a corner was left out: "12 Smith St cnr Jones St"
+  JoinedNumbers,    ///< "6 & 8" for "6-8"
   kCount
 };
 
@@ -140,6 +141,7 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::NumberBehind, "number_behind", 8},
     {Departure::SurplusPlace, "surplus_place", 12},
     {Departure::Corner, "corner", 6},
+    {Departure::JoinedNumbers, "joined_numbers", 8},
 }};
 
 /** Sums from here on are too far from what was written. */

@@ -94,6 +94,7 @@ class PremiseParser
   {
     ReadRange(end);
     ReadSpelledRange(end);
+    ReadJoinedNumbers(end);
     ReadDetachedSuffix(end);
     ReadSingleNumber(end);
     ReadPrefixedNumber(end);
@@ -192,9 +193,22 @@ class PremiseParser
     if (!FollowsDesignator(end - 3)) ReadLeftOfRange(first, last, end - 3);
   }
 
-  void ReadLeftOfRange(const HouseNumber& first, const HouseNumber& last, std::size_t start)
+  /** "6 & 8", "6 and 8": two houses that may be one address; the second is never a house whose unit is the first. */
+  void ReadJoinedNumbers(std::size_t end)
   {
+    const std::size_t start = end - std::min(end, Has(end) && Before(end).afterAnd ? std::size_t{2} : std::size_t{3});
+    HouseNumber first, last;
+    if (start < first_ || end < start + 2 || !ReadHouseNumber(Before(end), last)) return;
+    const bool isJoined = Before(end).afterAnd || (end == start + 3 && Before(end - 1).text == "AND");
+    if (!isJoined || !ReadHouseNumber(input_[start], first) || !IsBefore(first, last)) return;
     Premise premise;
+    premise.lenientOnly = true;
+    premise.departures.Add(Departure::JoinedNumbers);
+    if (!FollowsDesignator(start)) ReadLeftOfRange(first, last, start, premise);
+  }
+
+  void ReadLeftOfRange(const HouseNumber& first, const HouseNumber& last, std::size_t start, Premise premise = {})
+  {
     SetNumber(premise, first);
     premise.numberLast = last.number;
     premise.numberLastSuffix = last.suffix;
@@ -315,7 +329,7 @@ class PremiseParser
       --position;
     }
     ReadElements(premise, position);
-    ReadBarePair(premise, position, hasLink);
+    if (!input_[start].afterAnd) ReadBarePair(premise, position, hasLink);
   }
 
   /** "Unit 3 of 12", "3 of 12", "Rear of 12" */

@@ -184,10 +184,23 @@ class WordRepair
   std::size_t NoiseAt(std::size_t i, std::size_t end) const
   {
     if (const std::size_t count = std::max(CompanyNumberAt(i, end), DetourAt(i, end)); count > 0) return count;
+    if (const std::size_t count = NumberedNameAt(i, end); count > 0) return count;
     std::size_t number = i;
     while (number < end && number < i + 2 && IsOneOf(kPhoneWords, words_[number].text)) ++number;
     const std::size_t count = number < end ? PhoneAt(number, end) : 0;
     return count > 0 ? number - i + count : 0;
+  }
+
+  /** "7-Eleven,": a name that begins with a number, where a number of its own follows for the house. */
+  std::size_t NumberedNameAt(std::size_t first, std::size_t end) const
+  {
+    if (!words_[first].isNumber || words_[first].before != Joint::Break || first + 2 >= end) return 0;
+    const Word& name = words_[first + 1];
+    if (name.before != Joint::Dash || name.hasDigit || name.text.size() < kShortestStuckName || IsType(first + 1))
+      return 0;
+    std::size_t i = first + 2;
+    while (i < end && words_[i].before != Joint::Break && !words_[i].hasDigit && !IsType(i)) ++i;
+    return i < end && words_[i].before == Joint::Break && words_[i].hasDigit ? i - first : 0;
   }
 
   /** "ABN 12 345 678 901" */

@@ -20,7 +20,9 @@ constexpr const char* kAddresses =
     "50000005,,600,,HIGH,STREET,ALDERTON,SA,5960\n"
     "50000006,HARBOUR STREET STATION,,,HARBOUR,STREET,ALDERTON,SA,5960\n"
     "50000007,,3,,HARBOUR,STREET,ALDERTON,SA,5960\n"
-    "50000008,,7,,SAINT MARK,ROAD,ALDERTON,SA,5960\n";
+    "50000008,,7,,SAINT MARK,ROAD,ALDERTON,SA,5960\n"
+    "50000009,,6,8,BOX,STREET,ALDERTON,SA,5960\n"
+    "50000010,,4,18,LONG,STREET,ALDERTON,SA,5960\n";
 
 /** One database for the whole test program. */
 const arf::Engine& TownEngine()
@@ -77,6 +79,22 @@ TEST(WrittenOtherwise, ShortFormsWithinNames)
       {"Harbour St Station, Harbour St, Alderton", 50000006, 50000006, ""},
       {"Harbour St Stadium, Harbour St, Alderton", 0, 0, ""},
       {"7 St Mark Rd, Alderton", 50000008, 50000008, "street_variant=1"},
+  };
+  ExpectLookups(rows);
+}
+
+TEST(WrittenOtherwise, NumbersOfTwoHouses)
+{
+  const LookupRow rows[] = {
+      {"6 & 8 Box St, Alderton", 0, 50000009, "joined_numbers=8"},
+      {"6 and 8 Box St, Alderton SA", 0, 50000009, "joined_numbers=8"},
+      {"6 + 8 Boxx St, Alderton SA", 0, 50000009, "street_typo_short=16;joined_numbers=8"},
+      {"4 & 18 Long St, Alderton", 0, 50000010, "joined_numbers=8"},
+      {"4 & 6 Long St, Alderton", 0, 0, ""},
+      {"6 & 18 Long St, Alderton", 0, 0, ""},
+      {"8 & 6 Box St, Alderton", 0, 0, ""},
+      {"600 & 602 High St, Alderton", 0, 0, ""},
+      {"7-Eleven, 3 Harbour St, Alderton", 0, 50000007, "noise=4"},
   };
   ExpectLookups(rows);
 }
