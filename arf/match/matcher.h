@@ -158,6 +158,7 @@ class Matcher
   // A lenient search beyond what was written; matcher_lenient.cpp.
   void SearchLeniently();
   void SearchRepaired(std::string_view text, Stage last);
+  void SearchRepaired(std::string_view text, Stage last, Detour detour);
   void SearchWithoutCity();
   void ReadLocalityLeniently(const Tail& tail, std::size_t start);
   void TryNames(const WrittenPlace& written, Place& place);

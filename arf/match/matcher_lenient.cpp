@@ -341,11 +341,20 @@ bool Matcher::IsConvincing(const Departures& departures) const
  */
 void Matcher::SearchRepaired(std::string_view text, Stage last)
 {
+  const bool hasDetour = HasDetour(input_);
+  for (const Detour detour : {Detour::ToBreak, Detour::WordOnly, Detour::ToPlace}) {
+    SearchRepaired(text, last, detour);
+    if (!hasDetour || decision_.HasCandidates()) return;
+  }
+}
+
+void Matcher::SearchRepaired(std::string_view text, Stage last, Detour detour)
+{
   const Seen seen = seen_;
   quiet_ = true;
   for (const StuckLetter letter : {StuckLetter::OfName, StuckLetter::OfNumber}) {
     repaired_ = {};
-    const std::string_view repaired = Repair(text, letter, input_, repairBuffer_, repaired_);
+    const std::string_view repaired = Repair(text, {letter, detour}, input_, repairBuffer_, repaired_);
     if (repaired.empty()) break;
     seen_ = {};
     if (input_.Read(repaired) == InputFault::None) {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "arf/match/last_line.h"
+#include "arf/match/postal_words.h"
 #include "arf/match/premise.h"
 #include "arf/tables/states.h"
 #include "arf/tables/street_types.h"
@@ -22,6 +23,8 @@ constexpr std::string_view kPhoneWords[] = {"PH",  "PHONE", "TEL",   "TELEPHONE"
 
 /** What says that the words behind are a place beside the address. */
 constexpr std::string_view kBesideWords[] = {"OFF", "NEAR", "OPP", "OPPOSITE", "BEHIND", "BESIDE", "NEXT", "ADJACENT"};
+
+constexpr std::string_view kVia = "VIA";
 
 /** A number that companies put behind their names. */
 struct CompanyNumber
@@ -109,8 +112,8 @@ StuckWord TakeTypeApart(std::string_view word)
 class WordRepair
 {
  public:
-  WordRepair(const InputText& words, StuckLetter letter, FixedText<kMaxInputBytes>& out)
-      : words_(words), letter_(letter), out_(out)
+  WordRepair(const InputText& words, RepairChoice choice, FixedText<kMaxInputBytes>& out)
+      : words_(words), choice_(choice), out_(out)
   {
     out_.Clear();
   }
@@ -217,16 +220,24 @@ class WordRepair
     return 0;
   }
 
-  /** "via Bundaberg", up to state or postcode; "(off the highway)", ", near the park,", up to the next break as well.
-   */
+  /** "via Bundaberg"; "(off the highway)", ", near the park,", up to the next break, state or postcode. */
   std::size_t DetourAt(std::size_t first, std::size_t end) const
   {
-    const bool isVia = words_[first].text == "VIA";
+    const bool isVia = words_[first].text == kVia;
     const bool isBeside = words_[first].before == Joint::Break && IsOneOf(kBesideWords, words_[first].text);
     if (!sawNumber_ || (!isVia && !isBeside)) return 0;
+    const bool stopsAtBreak = !isVia || choice_.detour == Detour::ToBreak;
     std::size_t i = first + 1;
-    while (i < end && !words_[i].hasDigit && !IsState(i) && (isVia || words_[i].before != Joint::Break)) ++i;
-    return i > first + 1 ? i - first : 0;
+    while (i < end && !words_[i].hasDigit && !IsState(i) && (!stopsAtBreak || words_[i].before != Joint::Break)) ++i;
+    if (i == first + 1) return 0;
+    if (isVia && choice_.detour == Detour::WordOnly) return MayPrecedeLocality(first) ? 1 : 0;
+    return i - first;
+  }
+
+  /** Whether "via" is no street's name, as in "12 Via Roma". */
+  bool MayPrecedeLocality(std::size_t via) const
+  {
+    return !words_[via - 1].hasDigit || !ReadPostalAtEnd(words_, {0, via}).type.empty();
   }
 
   /** How many words from `first` on make a telephone number, or one that is too long for a house. */
@@ -260,7 +271,7 @@ class WordRepair
   {
     Separate(afterNoise_ ? Joint::Break : word.before);
     afterNoise_ = false;
-    StuckWord parts = word.hasDigit && !word.isNumber ? TakeDigitsApart(word.text, letter_) : StuckWord{};
+    StuckWord parts = word.hasDigit && !word.isNumber ? TakeDigitsApart(word.text, choice_.letter) : StuckWord{};
     if (parts.IsOne()) {
       tookApart_ = true;
       out_.Append(parts.first);
@@ -295,7 +306,7 @@ class WordRepair
   }
 
   const InputText& words_;
-  StuckLetter letter_;
+  RepairChoice choice_;
   FixedText<kMaxInputBytes>& out_;
   bool isNoise_ = false;
   bool afterNoise_ = false;
@@ -308,12 +319,19 @@ class WordRepair
 
 }  // namespace
 
-std::string_view Repair(std::string_view text, StuckLetter letter, InputText& words, RepairBuffer& buffer,
+bool HasDetour(const InputText& words)
+{
+  for (std::size_t i = 0; i < words.Count(); ++i)
+    if (words[i].text == kVia) return true;
+  return false;
+}
+
+std::string_view Repair(std::string_view text, RepairChoice choice, InputText& words, RepairBuffer& buffer,
                         Departures& departures)
 {
   const bool hasLinks = RemoveLinks(text, buffer.withoutLinks);
   if (hasLinks && words.Read(buffer.withoutLinks.View()) != InputFault::None) return {};
-  WordRepair repair(words, letter, buffer.repaired);
+  WordRepair repair(words, choice, buffer.repaired);
   repair.Run();
   if (hasLinks || repair.LeftOut()) departures.Add(Departure::Noise);
   if (repair.TookApart()) departures.Add(Departure::RunTogether);

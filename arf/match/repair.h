@@ -28,6 +28,24 @@ enum class StuckLetter : std::uint8_t
   OfNumber  ///< "12A King"
 };
 
+/** What "via" says that is to be left out. */
+enum class Detour : std::uint8_t
+{
+  ToBreak,   ///< "12 Smith St, via Bundaberg, Sydney": up to the next break, state or postcode
+  WordOnly,  ///< "12 Smith St via Dubbo": the word, the place behind it is the locality
+  ToPlace    ///< up to state or postcode
+};
+
+/** One way to repair a text, of several. */
+struct RepairChoice
+{
+  StuckLetter letter = StuckLetter::OfName;
+  Detour detour = Detour::ToBreak;
+};
+
+/** Whether a text says "via", so that there are choices. */
+bool HasDetour(const InputText& words);
+
 /**
  * Leaves out e-mail and web addresses, telephone numbers, numbers of companies and of seven digits and more, "via" and
  * "(near …)" with a place, and words behind state and postcode; takes "12SmithSt" and "Richmond3121" apart; puts
@@ -37,7 +55,7 @@ enum class StuckLetter : std::uint8_t
  * @param departures  receives what was done
  * @return            a view of the buffer; empty when there was nothing to repair
  */
-std::string_view Repair(std::string_view text, StuckLetter letter, InputText& words, RepairBuffer& buffer,
+std::string_view Repair(std::string_view text, RepairChoice choice, InputText& words, RepairBuffer& buffer,
                         Departures& departures);
 
 }  // namespace arf

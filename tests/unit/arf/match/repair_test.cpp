@@ -16,13 +16,13 @@ struct RepairRow
   const char* repaired;  ///< empty: nothing to repair
 };
 
-std::string Repaired(const std::string& text, StuckLetter letter = StuckLetter::OfName)
+std::string Repaired(const std::string& text, arf::RepairChoice choice = {})
 {
   const auto words = std::make_unique<arf::InputText>();
   const auto buffer = std::make_unique<arf::RepairBuffer>();
   arf::Departures departures;
   if (words->Read(text) != arf::InputFault::None) return "unreadable";
-  const std::string_view repaired = arf::Repair(text, letter, *words, *buffer, departures);
+  const std::string_view repaired = arf::Repair(text, choice, *words, *buffer, departures);
   EXPECT_EQ(repaired.empty(), departures.Empty()) << text;
   return std::string(repaired);
 }
@@ -99,9 +99,33 @@ TEST(Repair, Rows)
 TEST(Repair, TheLetterBehindDigitsMayBeOfTheNumber)
 {
   EXPECT_EQ(Repaired("12ASmith St"), "12 ASMITH ST");
-  EXPECT_EQ(Repaired("12ASmith St", StuckLetter::OfNumber), "12A SMITH ST");
-  EXPECT_EQ(Repaired("12AElm St", StuckLetter::OfNumber), "12A ELM ST");
-  EXPECT_EQ(Repaired("12Elm St", StuckLetter::OfNumber), "12 ELM ST");
+  EXPECT_EQ(Repaired("12ASmith St", {StuckLetter::OfNumber}), "12A SMITH ST");
+  EXPECT_EQ(Repaired("12AElm St", {StuckLetter::OfNumber}), "12A ELM ST");
+  EXPECT_EQ(Repaired("12Elm St", {StuckLetter::OfNumber}), "12 ELM ST");
+}
+
+TEST(Repair, WhatViaSays)
+{
+  struct ViaRow
+  {
+    const char* written;
+    const char* toBreak;
+    const char* wordOnly;
+    const char* toPlace;
+  };
+  const ViaRow rows[] = {
+      {"12 Smith St via Dubbo NSW", "12 SMITH ST, NSW", "12 SMITH ST, DUBBO NSW", "12 SMITH ST, NSW"},
+      {"12 Smith St, via Dubbo, Sydney", "12 SMITH ST, SYDNEY", "12 SMITH ST, DUBBO, SYDNEY", "12 SMITH ST"},
+      {"RMB 1234 via Dubbo", "RMB 1234", "RMB 1234, DUBBO", "RMB 1234"},
+      {"12 Via Roma, Sydney", "12, SYDNEY", "", "12"},
+      {"Via Roma 12, Sydney", "", "", ""},
+      {"12 Smith St via 2000", "", "", ""},
+  };
+  for (const ViaRow& row : rows) {
+    EXPECT_EQ(Repaired(row.written, {StuckLetter::OfName, arf::Detour::ToBreak}), row.toBreak) << row.written;
+    EXPECT_EQ(Repaired(row.written, {StuckLetter::OfName, arf::Detour::WordOnly}), row.wordOnly) << row.written;
+    EXPECT_EQ(Repaired(row.written, {StuckLetter::OfName, arf::Detour::ToPlace}), row.toPlace) << row.written;
+  }
 }
 
 TEST(Repair, LongTextsFit)

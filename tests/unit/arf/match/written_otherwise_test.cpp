@@ -12,17 +12,18 @@ namespace {
 using arf::Rules;
 
 constexpr const char* kAddresses =
-    "dpid,building,number_first,number_last,street_name,street_type,locality,state,postcode\n"
-    "50000001,,100,,THE PARADE,,ALDERTON,SA,5960\n"
-    "50000002,,600,,HIGH STREET,ROAD,ALDERTON,SA,5960\n"
-    "50000003,,5,,NORTH SHORE,ROAD,ALDERTON,SA,5960\n"
-    "50000004,,8,,AVENUE OF HEROES,,ALDERTON,SA,5960\n"
-    "50000005,,600,,HIGH,STREET,ALDERTON,SA,5960\n"
-    "50000006,HARBOUR STREET STATION,,,HARBOUR,STREET,ALDERTON,SA,5960\n"
-    "50000007,,3,,HARBOUR,STREET,ALDERTON,SA,5960\n"
-    "50000008,,7,,SAINT MARK,ROAD,ALDERTON,SA,5960\n"
-    "50000009,,6,8,BOX,STREET,ALDERTON,SA,5960\n"
-    "50000010,,4,18,LONG,STREET,ALDERTON,SA,5960\n";
+    "dpid,building,number_first,number_last,street_name,street_type,postal_type,postal_number,locality,state,postcode\n"
+    "50000001,,100,,THE PARADE,,,,ALDERTON,SA,5960\n"
+    "50000002,,600,,HIGH STREET,ROAD,,,ALDERTON,SA,5960\n"
+    "50000003,,5,,NORTH SHORE,ROAD,,,ALDERTON,SA,5960\n"
+    "50000004,,8,,AVENUE OF HEROES,,,,ALDERTON,SA,5960\n"
+    "50000005,,600,,HIGH,STREET,,,ALDERTON,SA,5960\n"
+    "50000006,HARBOUR STREET STATION,,,HARBOUR,STREET,,,ALDERTON,SA,5960\n"
+    "50000007,,3,,HARBOUR,STREET,,,ALDERTON,SA,5960\n"
+    "50000008,,7,,SAINT MARK,ROAD,,,ALDERTON,SA,5960\n"
+    "50000009,,6,8,BOX,STREET,,,ALDERTON,SA,5960\n"
+    "50000010,,4,18,LONG,STREET,,,ALDERTON,SA,5960\n"
+    "50000011,,,,,,RMB,12,ALDERTON,SA,5960\n";
 
 /** One database for the whole test program. */
 const arf::Engine& TownEngine()
@@ -79,6 +80,22 @@ TEST(WrittenOtherwise, ShortFormsWithinNames)
       {"Harbour St Station, Harbour St, Alderton", 50000006, 50000006, ""},
       {"Harbour St Stadium, Harbour St, Alderton", 0, 0, ""},
       {"7 St Mark Rd, Alderton", 50000008, 50000008, "street_variant=1"},
+  };
+  ExpectLookups(rows);
+}
+
+TEST(WrittenOtherwise, ViaTheLocalityOrAnotherPlace)
+{
+  const LookupRow rows[] = {
+      {"3 Harbour St via Alderton", 0, 50000007, "noise=4"},
+      {"3 Harbour St via Alderton SA 5960", 0, 50000007, "noise=4"},
+      {"3 Harbur St via Alderton SA 5960", 0, 50000007, "street_typo=12;noise=4"},
+      {"3 Harbour St, Alderton via Beech", 0, 50000007, "noise=4"},
+      {"3 Harbour St, via Beech, Alderton", 0, 50000007, "noise=4"},
+      {"3 Harbour St, via Beech, Alderton SA 5960", 0, 50000007, "noise=4"},
+      {"3 Harbour St, via Beech", 0, 0, ""},
+      {"RMB 12 via Alderton", 0, 50000011, "noise=4"},
+      {"600 Via High, Alderton", 0, 0, ""},
   };
   ExpectLookups(rows);
 }
