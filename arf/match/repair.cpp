@@ -51,16 +51,40 @@ bool IsLink(std::string_view token)
          token.substr(0, 4) == "www.";
 }
 
-/** Copies a text without its e-mail and web addresses; false when it has none. */
+/** The characters before the next gap. */
+std::string_view FirstToken(std::string_view text)
+{
+  return text.substr(0, static_cast<std::size_t>(std::find_if(text.begin(), text.end(), IsGap) - text.begin()));
+}
+
+/** Whether a token says that the next one is an e-mail or web address: "Email", "E-mail:". */
+bool IsLinkLabel(std::string_view token)
+{
+  constexpr std::string_view kLabels[] = {"EMAIL", "E-MAIL", "MAIL", "WEB", "WEBSITE", "E", "W"};
+  std::array<char, 8> upper{};
+  if (!token.empty() && token.back() == ':') token.remove_suffix(1);
+  if (token.size() > upper.size()) return false;
+  std::transform(token.begin(), token.end(), upper.begin(),
+                 [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  return IsOneOf(kLabels, std::string_view(upper.data(), token.size()));
+}
+
+/** Whether the next token of a text that begins with gaps is an e-mail or web address. */
+bool IsBeforeLink(std::string_view text)
+{
+  const auto start = std::find_if_not(text.begin(), text.end(), IsGap);
+  return IsLink(FirstToken(text.substr(static_cast<std::size_t>(start - text.begin()))));
+}
+
+/** Copies a text without its e-mail and web addresses and what announces them; false when it has none. */
 bool RemoveLinks(std::string_view text, FixedText<kMaxInputBytes>& out)
 {
   bool found = false;
   out.Clear();
   while (!text.empty()) {
-    const auto gap = std::find_if(text.begin(), text.end(), IsGap);
-    const std::string_view token = text.substr(0, static_cast<std::size_t>(gap - text.begin()));
+    const std::string_view token = FirstToken(text);
     text.remove_prefix(token.size());
-    if (IsLink(token))
+    if (IsLink(token) || (IsLinkLabel(token) && IsBeforeLink(text)))
       found = true;
     else
       out.Append(token);
@@ -122,13 +146,14 @@ class WordRepair
   {
     const std::size_t end = AddressEnd();
     isNoise_ = end < words_.Count();
-    const std::size_t numberBehind = NumberBehindStreet(end);
-    const std::size_t street = numberBehind < end ? PartOf(numberBehind - 1) : end;
+    const WordRange numberBehind = NumberBehindStreet(end);
+    const std::size_t street = numberBehind.Empty() ? end : PartOf(numberBehind.first - 1);
     for (std::size_t i = 0; i < end;) {
-      if (i == street) Copy(words_[numberBehind]);
-      if (i == numberBehind) {
+      if (i == street)
+        for (std::size_t number = numberBehind.first; number < numberBehind.last; ++number) Copy(words_[number]);
+      if (i == numberBehind.first && !numberBehind.Empty()) {
         movedNumber_ = true;
-        ++i;
+        i = numberBehind.last;
         continue;
       }
       const std::size_t noise = NoiseAt(i, end);
@@ -156,15 +181,18 @@ class WordRepair
 
   bool IsType(std::size_t i) const { return words_[i].text.size() > 1 && !ExpandStreetType(words_[i].text).empty(); }
 
-  /** The number of "Smith Street 12, Sydney" when there is no other before it; otherwise `end`. */
-  std::size_t NumberBehindStreet(std::size_t end) const
+  /** The number of "Smith Street 12, Sydney" or "Smith Street 12-14, Sydney" when there is no other before it. */
+  WordRange NumberBehindStreet(std::size_t end) const
   {
     std::size_t i = 0;
     while (i < end && !words_[i].hasDigit) ++i;
     HouseNumber number;
-    const bool isBehind = i > 1 && i + 1 < end && IsType(i - 1) && !words_[i + 1].hasDigit && !IsState(i + 1) &&
+    const bool isRange =
+        i + 1 < end && words_[i + 1].before == Joint::Dash && ReadHouseNumber(words_[i + 1].text, number);
+    const std::size_t next = i + 1 + isRange;
+    const bool isBehind = i > 1 && next < end && IsType(i - 1) && !words_[next].hasDigit && !IsState(next) &&
                           words_[i].before == Joint::Space && ReadHouseNumber(words_[i].text, number);
-    return isBehind ? i : end;
+    return isBehind ? WordRange{i, next} : WordRange{};
   }
 
   /** Where the words between breaks begin that word `i` is one of. */
@@ -224,14 +252,27 @@ class WordRepair
   std::size_t DetourAt(std::size_t first, std::size_t end) const
   {
     const bool isVia = words_[first].text == kVia;
-    const bool isBeside = words_[first].before == Joint::Break && IsOneOf(kBesideWords, words_[first].text);
+    const bool isBeside = IsOneOf(kBesideWords, words_[first].text);
     if (!sawNumber_ || (!isVia && !isBeside)) return 0;
+    if (isBeside && words_[first].before != Joint::Break) return StreetBesideAt(first, end);
     const bool stopsAtBreak = !isVia || choice_.detour == Detour::ToBreak;
     std::size_t i = first + 1;
     while (i < end && !words_[i].hasDigit && !IsState(i) && (!stopsAtBreak || words_[i].before != Joint::Break)) ++i;
     if (i == first + 1) return 0;
     if (isVia && choice_.detour == Detour::WordOnly) return MayPrecedeLocality(first) ? 1 : 0;
     return i - first;
+  }
+
+  /** Behind a street, "near High St" without brackets: up to the next break or, where there is none, to a type. */
+  std::size_t StreetBesideAt(std::size_t first, std::size_t end) const
+  {
+    if (!IsType(first - 1)) return 0;
+    std::size_t type = 0;
+    std::size_t i = first + 1;
+    for (; i < end && !words_[i].hasDigit && !IsState(i) && words_[i].before != Joint::Break; ++i)
+      if (i > first + 1 && IsType(i)) type = i + 1 - first;
+    const bool isBeforePlace = i < end && words_[i].before == Joint::Break && !words_[i].hasDigit && !IsState(i);
+    return isBeforePlace && i > first + 1 ? i - first : type;
   }
 
   /** Whether "via" is no street's name, as in "12 Via Roma". */

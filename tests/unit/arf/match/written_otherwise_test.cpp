@@ -100,6 +100,18 @@ TEST(WrittenOtherwise, ViaTheLocalityOrAnotherPlace)
   ExpectLookups(rows);
 }
 
+TEST(WrittenOtherwise, NoiseAndNumbersBehindStreets)
+{
+  const LookupRow rows[] = {
+      {"3 Harbour St near High St, Alderton", 0, 50000007, "noise=4"},
+      {"3 Harbour St near High St Alderton SA 5960", 0, 50000007, "noise=4"},
+      {"3 Harbour St, Alderton Ph 0412 345 678 Email a@b.example", 0, 50000007, "noise=4"},
+      {"Box St 6-8, Alderton", 0, 50000009, "number_behind=8"},
+      {"Box St 6-10, Alderton", 0, 0, ""},
+  };
+  ExpectLookups(rows);
+}
+
 TEST(WrittenOtherwise, NumbersOfTwoHouses)
 {
   const LookupRow rows[] = {
