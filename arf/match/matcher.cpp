@@ -54,6 +54,7 @@ LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
   SearchCorners();
   if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text, Stage::Alike);
   if (!Strict() && !decision_.HasCandidates()) SearchWithoutCity();
+  if (!Strict() && !decision_.HasCandidates()) SearchMisread(text);
   return Answer();
 }
 

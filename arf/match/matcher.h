@@ -160,6 +160,9 @@ class Matcher
   void SearchRepaired(std::string_view text, Stage last);
   void SearchRepaired(std::string_view text, Stage last, Detour detour);
   void SearchWithoutCity();
+  void SearchMisread(std::string_view text);
+  void SearchMeant(std::string_view meant, const Departures& departures, Stage last);
+  bool IsLeftOut(std::string_view inner);
   void ReadLocalityLeniently(const Tail& tail, std::size_t start);
   void TryNames(const WrittenPlace& written, Place& place);
   void TryKnownName(const WrittenPlace& written, Place& place, const NameHit& hit);

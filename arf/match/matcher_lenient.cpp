@@ -6,6 +6,8 @@
 
 #include "arf/format/partition_point.h"
 #include "arf/match/matcher.h"
+#include "arf/match/misread.h"
+#include "arf/match/occupancy_words.h"
 
 namespace arf {
 namespace {
@@ -56,6 +58,15 @@ std::optional<Departure> DepartureOf(Likeness likeness, const LikenessCosts& cos
 {
   if (likeness == Likeness::None) return std::nullopt;
   return costs[static_cast<std::size_t>(likeness) - 1];
+}
+
+/** Whether the locality is another than the one written, so that it confirms nothing. */
+bool GuessesLocality(const Departures& departures)
+{
+  constexpr Departure kGuesses[] = {
+      Departure::LocalityTypo, Departure::LocalityTypoShort, Departure::LocalityTwoTypos, Departure::LocalitySound,
+      Departure::LocalityPart, Departure::LocalityMissing,   Departure::LocalityArticle,  Departure::Neighbour};
+  return std::any_of(std::begin(kGuesses), std::end(kGuesses), [&](Departure kind) { return departures.Has(kind); });
 }
 
 }  // namespace
@@ -327,6 +338,7 @@ bool Matcher::IsConvincing(const Departures& departures) const
 {
   if (departures.Sum() >= kPenaltyLimit) return false;
   if (departures.Has(Departure::Neighbour) && !departures.ChangesOnly(Departure::Neighbour)) return false;
+  if (departures.Has(Departure::StateTypo) && GuessesLocality(departures)) return false;
   // "12AKing" may have been 12A King: letters at the place where words were taken apart must be right.
   const bool isMistyped = departures.Has(Departure::StreetTypo) || departures.Has(Departure::StreetTypoShort) ||
                           departures.Has(Departure::StreetTwoTypos) || departures.Has(Departure::StreetSound);
@@ -388,6 +400,61 @@ void Matcher::SearchWithoutCity()
     for (std::size_t start = first; start < end; ++start) ReadLocalityLeniently(tail, start);
   stage_ = Stage::AsWritten;
   seen_ = seen;
+}
+
+/** Guesses at what the text was before signs were mistaken and its parts put into another order, each by itself. */
+void Matcher::SearchMisread(std::string_view text)
+{
+  const Seen seen = seen_;
+  if (seen.number) return;
+  RepairedText& meant = repairBuffer_.repaired;
+  RepairedText& other = repairBuffer_.withoutLinks;
+  Departures departures;
+  input_.Read(text);
+  PutRight(input_, 'I', meant, departures);
+  PutRight(input_, 'L', other, departures);
+  if (!departures.Empty()) {
+    const Stage last = departures.Has(Departure::LookAlike) ? Stage::AsWritten : Stage::Alike;
+    SearchMeant(meant.View(), departures, last);
+    // The digit 1 may have been either letter, so one of them alone proves nothing.
+    const bool isFirst = decision_.HasCandidates();
+    if (other.View() != meant.View()) SearchMeant(other.View(), departures, last);
+    if (isFirst) input_.Read(meant.View());
+  }
+  if (!decision_.HasCandidates() && input_.Read(text) == InputFault::None && !PutLocalityLast(input_, meant).empty())
+    SearchMeant(meant.View(), Departure::LocalityFirst, Stage::AsWritten);
+  std::string_view inner;
+  if (!decision_.HasCandidates() && !LeaveBracketsOut(text, meant, inner).empty() && IsLeftOut(inner))
+    SearchMeant(meant.View(), Departure::Noise, Stage::AsWritten);
+  if (decision_.HasCandidates()) return;
+  input_.Read(text);  // what was noted of it are views
+  seen_ = seen;
+  quiet_ = false;
+  repaired_ = {};
+}
+
+void Matcher::SearchMeant(std::string_view meant, const Departures& departures, Stage last)
+{
+  quiet_ = true;
+  repaired_ = departures;
+  seen_ = {};
+  if (input_.Read(meant) != InputFault::None) return;
+  ForEachPlace(&Matcher::SearchStreets);
+  if (last == Stage::Alike) SearchLeniently();
+}
+
+/** Whether what was in brackets is no part of the address: neither unit nor level, state, postcode or locality. */
+bool Matcher::IsLeftOut(std::string_view inner)
+{
+  if (input_.Read(inner) != InputFault::None || input_.Count() == 0) return false;
+  const WordRange words{0, input_.Count()};
+  const auto isUnit = [&](Preference preference) {
+    for (std::size_t end = 1; end <= words.last; ++end)
+      if (ReadOccupancyBefore(input_, 0, end, preference).count > 0) return true;
+    return false;
+  };
+  return !isUnit(Preference::Units) && !isUnit(Preference::Levels) &&
+         ReadPlaceBefore(input_, 0, words.last, {}).count == 0 && engine_.LocalityNames().Find(input_, words).Empty();
 }
 
 }  // namespace arf

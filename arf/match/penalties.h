@@ -74,6 +74,9 @@ enum class Departure : std::uint8_t
   SurplusPlace,     ///< a further place behind the locality: "12 Smith St, Richmond, Melbourne VIC"
   Corner,           ///< the other street of a corner was left out: "12 Smith St cnr Jones St"
   JoinedNumbers,    ///< "6 & 8" for "6-8"
+  LookAlike,        ///< digits for letters or the other way round: "Sm1th", "283O"
+  StateTypo,        ///< one typing error in the state
+  LocalityFirst,    ///< "Dubbo NSW, 12 Smith St"
   kCount
 };
 
@@ -142,6 +145,9 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::SurplusPlace, "surplus_place", 12},
     {Departure::Corner, "corner", 6},
     {Departure::JoinedNumbers, "joined_numbers", 8},
+    {Departure::LookAlike, "look_alike", 12},
+    {Departure::StateTypo, "state_typo", 8},
+    {Departure::LocalityFirst, "locality_first", 6},
 }};
 
 /** Sums from here on are too far from what was written. */

@@ -77,7 +77,7 @@ bool IsBeforeLink(std::string_view text)
 }
 
 /** Copies a text without its e-mail and web addresses and what announces them; false when it has none. */
-bool RemoveLinks(std::string_view text, FixedText<kMaxInputBytes>& out)
+bool RemoveLinks(std::string_view text, RepairedText& out)
 {
   bool found = false;
   out.Clear();
@@ -136,8 +136,7 @@ StuckWord TakeTypeApart(std::string_view word)
 class WordRepair
 {
  public:
-  WordRepair(const InputText& words, RepairChoice choice, FixedText<kMaxInputBytes>& out)
-      : words_(words), choice_(choice), out_(out)
+  WordRepair(const InputText& words, RepairChoice choice, RepairedText& out) : words_(words), choice_(choice), out_(out)
   {
     out_.Clear();
   }
@@ -310,7 +309,10 @@ class WordRepair
 
   void Copy(const Word& word)
   {
-    Separate(afterNoise_ ? Joint::Break : word.before);
+    if (!afterNoise_)
+      AppendJoint(out_, word);
+    else if (!out_.Empty())
+      out_.Append(", ");
     afterNoise_ = false;
     StuckWord parts = word.hasDigit && !word.isNumber ? TakeDigitsApart(word.text, choice_.letter) : StuckWord{};
     if (parts.IsOne()) {
@@ -340,15 +342,9 @@ class WordRepair
     out_.Append(parts.second);
   }
 
-  void Separate(Joint joint)
-  {
-    if (out_.Empty()) return;
-    out_.Append(joint == Joint::Break ? ", " : joint == Joint::Slash ? "/" : joint == Joint::Dash ? "-" : " ");
-  }
-
   const InputText& words_;
   RepairChoice choice_;
-  FixedText<kMaxInputBytes>& out_;
+  RepairedText& out_;
   bool isNoise_ = false;
   bool afterNoise_ = false;
   bool tookApart_ = false;
@@ -359,6 +355,14 @@ class WordRepair
 };
 
 }  // namespace
+
+void AppendJoint(RepairedText& text, const Word& word)
+{
+  if (text.Empty()) return;
+  const Joint joint = word.before;
+  text.Append(joint == Joint::Break ? ", " : joint == Joint::Slash ? "/" : joint == Joint::Dash ? "-" : " ");
+  if (word.afterAnd) text.Append("& ");
+}
 
 bool HasDetour(const InputText& words)
 {

@@ -14,12 +14,17 @@
 
 namespace arf {
 
+using RepairedText = FixedText<kMaxInputBytes>;
+
 /** Room for repaired texts; kept from search to search. */
 struct RepairBuffer
 {
-  FixedText<kMaxInputBytes> withoutLinks;
-  FixedText<kMaxInputBytes> repaired;
+  RepairedText withoutLinks;
+  RepairedText repaired;
 };
+
+/** What stood before a word, between it and the text so far. */
+void AppendJoint(RepairedText& text, const Word& word);
 
 /** Whose the letter behind the digits of "12AKing" is. */
 enum class StuckLetter : std::uint8_t

@@ -23,6 +23,10 @@ constexpr const char* kAddresses =
     "50000008,,7,,SAINT MARK,ROAD,,,ALDERTON,SA,5960\n"
     "50000009,,6,8,BOX,STREET,,,ALDERTON,SA,5960\n"
     "50000010,,4,18,LONG,STREET,,,ALDERTON,SA,5960\n"
+    "50000012,,9,,LIAM,STREET,,,ALDERTON,SA,5960\n"
+    "50000013,,9,,IIAM,STREET,,,ALDERTON,SA,5960\n"
+    "50000014,,9,,SMITHS,STREET,,,ALDERTON,SA,5960\n"
+    "50000015,,5,,MITHS,STREET,,,ALDERTON,SA,5960\n"
     "50000011,,,,,,RMB,12,ALDERTON,SA,5960\n";
 
 /** One database for the whole test program. */
@@ -108,6 +112,56 @@ TEST(WrittenOtherwise, NoiseAndNumbersBehindStreets)
       {"3 Harbour St, Alderton Ph 0412 345 678 Email a@b.example", 0, 50000007, "noise=4"},
       {"Box St 6-8, Alderton", 0, 50000009, "number_behind=8"},
       {"Box St 6-10, Alderton", 0, 0, ""},
+  };
+  ExpectLookups(rows);
+}
+
+TEST(WrittenOtherwise, MisreadSigns)
+{
+  const LookupRow rows[] = {
+      {"9 Sm1ths Street, Alderton", 0, 50000014, "look_alike=12"},
+      {"9 5miths 5treet, Alderton SA 596O", 0, 50000014, "look_alike=12"},
+      {"9 Smiths St A1derton", 0, 50000014, "look_alike=12"},
+      {"9 Smiths St Alderton 5A 5960", 0, 50000014, "look_alike=12"},
+      {"9 Smiths St, Alderton 596O", 0, 50000014, "look_alike=12"},
+      {"9 Smiths St, Alderton 59G1", 0, 0, ""},
+      {"8 Sm1ths Street, Alderton", 0, 0, ""},
+      {"9 1iam St, Alderton", 0, 0, ""},  // LIAM or IIAM
+      {"5miths Street, Alderton", 0, 50000015, "run_together=8"},
+      {"9 Sm7ths Street, Alderton", 0, 0, ""},
+  };
+  ExpectLookups(rows);
+}
+
+TEST(WrittenOtherwise, MistypedStatesAndWordsBehindThem)
+{
+  const LookupRow rows[] = {
+      {"9 Smiths St, Alderton South Austrlia", 0, 50000014, "state_typo=8"},
+      {"9 Smths St, Alderton South Austrlia 5960", 0, 50000014, "street_typo=12;state_typo=8"},
+      {"9 Smiths St, Aldrton South Austrlia", 0, 0, ""},
+      {"9 Smiths St, Alderton Victria", 0, 0, ""},
+      {"9 Smiths St, Alderton VCI 5960", 0, 0, ""},
+      {"9 Smiths St, Alderton SA xyz", 0, 50000014, "noise=4"},
+      {"9 Smiths St, Alderton SA please ring", 0, 50000014, "noise=4"},
+      {"9 Smiths St, Alderton SA please do ring", 0, 0, ""},
+      {"9 Smiths St, Alderton VIC please ring", 0, 0, ""},
+  };
+  ExpectLookups(rows);
+}
+
+TEST(WrittenOtherwise, LocalityFirstAndBrackets)
+{
+  const LookupRow rows[] = {
+      {"Alderton, 9 Smiths St", 0, 50000014, "locality_first=6"},
+      {"Alderton SA 5960, 9 Smiths St", 0, 50000014, "locality_first=6"},
+      {"5960 Alderton, 9 Smiths St SA", 0, 50000014, "place_order=1;locality_first=6"},
+      {"Alderton, 9 Smiths St VIC", 0, 0, ""},
+      {"Alderton, 9 Smths St", 0, 0, ""},
+      {"Alderton, 10 Smiths St", 0, 0, ""},
+      {"9 Smiths St (Rose Rise), Alderton", 0, 50000014, "noise=4"},
+      {"9 Smiths St (Rear), Alderton", 0, 50000014, "unit_behind_street=1;unknown_unit=20"},
+      {"9 Smiths St (Lot 5), Alderton", 0, 50000014, "unit_behind_street=1;unknown_unit=20"},
+      {"9 Smiths St (Shop B), Alderton", 0, 50000014, "unit_behind_street=1;unknown_unit=20"},
   };
   ExpectLookups(rows);
 }
