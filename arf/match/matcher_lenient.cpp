@@ -339,6 +339,7 @@ bool Matcher::IsConvincing(const Departures& departures) const
   if (departures.Sum() >= kPenaltyLimit) return false;
   if (departures.Has(Departure::Neighbour) && !departures.ChangesOnly(Departure::Neighbour)) return false;
   if (departures.Has(Departure::StateTypo) && GuessesLocality(departures)) return false;
+  if (departures.Has(Departure::LookAlike) && departures.Has(Departure::InsideRange)) return false;
   // "12AKing" may have been 12A King: letters at the place where words were taken apart must be right.
   const bool isMistyped = departures.Has(Departure::StreetTypo) || departures.Has(Departure::StreetTypoShort) ||
                           departures.Has(Departure::StreetTwoTypos) || departures.Has(Departure::StreetSound);

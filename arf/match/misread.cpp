@@ -63,20 +63,26 @@ bool IsPostcode(const Word& word)
   return word.isNumber && word.text.size() == kPostcodeDigits;
 }
 
-/**
- * The one state whose code or name is a typing error away from some words; empty when there are several or none. Codes
- * of two letters are too close to everything: they only speak against the others.
- */
-std::string_view StateWithTypo(std::string_view words)
+/** The states whose code or name is a typing error away from some words. */
+struct MistypedState
+{
+  std::string_view code;  ///< empty when there are several or none
+  std::size_t count = 0;
+  bool IsAmbiguous() const { return count > 0 && code.empty(); }
+};
+
+/** Codes of two letters are too close to everything: they only speak against the others. */
+MistypedState StateWithTypo(std::string_view words)
 {
   constexpr std::size_t kShortestCode = 3;
-  std::string_view found;
+  MistypedState found;
   for (const WordRow& row : StateRows()) {
     if (row.abbreviation == kOtherTerritories) continue;
     const bool isCode = IsOneTypoApart(words, row.abbreviation);
     if (!isCode && !IsOneTypoApart(words, row.full)) continue;
-    if (!found.empty() || (isCode && row.abbreviation.size() < kShortestCode)) return {};
-    found = row.abbreviation;
+    const bool saysLittle = isCode && row.abbreviation.size() < kShortestCode;
+    found.code = found.count > 0 || saysLittle ? std::string_view() : row.abbreviation;
+    ++found.count;
   }
   return found;
 }
@@ -88,14 +94,23 @@ std::string_view MisreadState(std::string_view word)
   return state.empty() ? StateCode(WithLetters(word, 'L').View()) : state;
 }
 
+/** "UNIT1", "UNIT1A", "SE12"; but "M1LL" and "WE5T" are hardly a marine berth and a warehouse. */
+bool IsUnit(std::string_view word)
+{
+  const std::size_t firstDigit = word.find_first_of("0123456789");
+  const std::size_t behindDigits = word.find_last_of("0123456789") + 1;
+  const bool mayBeUnit =
+      behindDigits == word.size() || (behindDigits + 1 == word.size() && firstDigit >= kFewestLetters);
+  return mayBeUnit && ReadCombined(word, Preference::Units).count > 0;
+}
+
 /** A word of a name in which digits stand for letters: "SM1THS", "5MITHS". */
 bool HasDigitsForLetters(const Word& word)
 {
   if (!word.hasDigit || word.isNumber) return false;
   const auto digits = static_cast<std::size_t>(std::count_if(word.text.begin(), word.text.end(), IsDigit));
   const std::size_t letters = word.text.size() - digits;
-  const bool isUnit = ReadCombined(word.text, Preference::Units).count > 0;
-  return letters >= kFewestLetters && digits < letters && !isUnit && !WithLetters(word.text, 'I').Empty();
+  return letters >= kFewestLetters && digits < letters && !IsUnit(word.text) && !WithLetters(word.text, 'I').Empty();
 }
 
 /** Copies words from one text to the other, each as it is or as it is meant. */
@@ -111,7 +126,8 @@ class Rereading
   Departures Run()
   {
     const PlaceWords country = ReadPlaceBefore(words_, 0, end_, {});
-    if (country.isCountry) end_ -= country.count;
+    const bool isState = end_ > 2 && !StateWithTypo(words_.Text(end_ - 2, end_)).code.empty();  // "Souht Australia"
+    if (country.isCountry && !isState) end_ -= country.count;
     if (end_ < 2) return {};
     FindSurplus();
     FindPostcode();
@@ -157,21 +173,35 @@ class Rereading
 
   void FindState()
   {
-    if (EndsInState(end_) || EndsInState(placeStart_)) return;
-    for (std::size_t count = kLongestState; count > 0; --count) {
-      if (placeStart_ < count + 1) continue;
-      const std::size_t start = placeStart_ - count;
-      const bool hasDigit = words_.HasDigit({start, placeStart_});
-      if (hasDigit && count > 1) continue;
-      const std::string_view written = words_.Text(start, placeStart_);
-      const bool isType = placeStart_ == end_ && !ExpandStreetType(written).empty();
-      meantState_ = hasDigit ? MisreadState(written) : isType ? "" : StateWithTypo(written);
-      if (meantState_.empty()) continue;
-      departures_.Add(hasDigit ? Departure::LookAlike : Departure::StateTypo);
-      state_ = {start, placeStart_};
-      placeStart_ = start;
-      return;
-    }
+    const std::size_t end = postcode_ + 1 == end_ || IsPostcode(words_[end_ - 1]) ? end_ - 1 : end_;
+    for (std::size_t count = kLongestState; count > 1; --count)
+      if (end > count) TakeState({end - count, end}, StateWithTypo(words_.Text(end - count, end)).code);
+    if (!state_.Empty() || EndsInState(end_) || EndsInState(placeStart_) || placeStart_ < 2) return;
+    const Word& word = words_[placeStart_ - 1];
+    const WordRange range{placeStart_ - 1, placeStart_};
+    if (word.hasDigit) return TakeState(range, MisreadState(word.text));
+    const bool isBeforePostcode = placeStart_ < end_;
+    const MistypedState state = StateWithTypo(word.text);
+    if (!isBeforePostcode && !ExpandStreetType(word.text).empty()) return;
+    TakeState(range, state.code);
+    // What may be several states says nothing, and a postcode behind it says all.
+    if (state.IsAmbiguous() && isBeforePostcode && word.text.size() > 1) LeaveStateOut(range);
+  }
+
+  void TakeState(WordRange range, std::string_view code)
+  {
+    if (code.empty() || !state_.Empty()) return;
+    departures_.Add(words_.HasDigit(range) ? Departure::LookAlike : Departure::StateTypo);
+    meantState_ = code;
+    state_ = range;
+    placeStart_ = std::min(placeStart_, range.first);
+  }
+
+  void LeaveStateOut(WordRange range)
+  {
+    departures_.Add(Departure::StateTypo);
+    state_ = range;
+    placeStart_ = range.first;
   }
 
   /** Names stand behind the last number. */
@@ -197,11 +227,12 @@ class Rereading
   /** The number of words that were copied. */
   std::size_t Copy(std::size_t i)
   {
-    AppendJoint(out_, words_[i]);
     if (i == state_.first && !state_.Empty()) {
+      if (!meantState_.empty()) AppendJoint(out_, words_[i]);
       out_.Append(meantState_);
       return state_.last - state_.first;
     }
+    AppendJoint(out_, words_[i]);
     const bool isName = i >= namesStart_ && i < placeStart_ && HasDigitsForLetters(words_[i]);
     if (i == postcode_ && !meantPostcode_.Empty())
       out_.Append(meantPostcode_.View());
@@ -218,7 +249,7 @@ class Rereading
   std::size_t end_;
   std::size_t placeStart_ = 0;  ///< state and postcode
   std::size_t namesStart_ = 0;
-  std::size_t postcode_ = 0;
+  std::size_t postcode_ = kNoIndex;
   ShortText meantPostcode_;
   WordRange state_;
   std::string_view meantState_;

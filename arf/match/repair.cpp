@@ -7,6 +7,7 @@
 #include "arf/match/postal_words.h"
 #include "arf/match/premise.h"
 #include "arf/tables/states.h"
+#include "arf/tables/street_suffixes.h"
 #include "arf/tables/street_types.h"
 
 namespace arf {
@@ -180,6 +181,20 @@ class WordRepair
 
   bool IsType(std::size_t i) const { return words_[i].text.size() > 1 && !ExpandStreetType(words_[i].text).empty(); }
 
+  /** Whether the words before `i` may end a street: "Street", "Street West". */
+  bool EndsStreet(std::size_t i) const
+  {
+    return IsType(i - 1) || (i > 2 && IsType(i - 2) && !ExpandStreetSuffix(words_[i - 1].text).empty());
+  }
+
+  /** A state that is not the beginning of a name, as in "Victoria Park". */
+  bool IsStateAlone(std::size_t i, std::size_t end) const
+  {
+    constexpr std::size_t kLongestCode = 3;
+    const bool goesOn = i + 1 < end && words_[i + 1].before != Joint::Break && !words_[i + 1].hasDigit;
+    return IsState(i) && (words_[i].text.size() <= kLongestCode || !goesOn);
+  }
+
   /** The number of "Smith Street 12, Sydney" or "Smith Street 12-14, Sydney" when there is no other before it. */
   WordRange NumberBehindStreet(std::size_t end) const
   {
@@ -189,7 +204,7 @@ class WordRepair
     const bool isRange =
         i + 1 < end && words_[i + 1].before == Joint::Dash && ReadHouseNumber(words_[i + 1].text, number);
     const std::size_t next = i + 1 + isRange;
-    const bool isBehind = i > 1 && next < end && IsType(i - 1) && !words_[next].hasDigit && !IsState(next) &&
+    const bool isBehind = i > 1 && next < end && EndsStreet(i) && !words_[next].hasDigit && !IsState(next) &&
                           words_[i].before == Joint::Space && ReadHouseNumber(words_[i].text, number);
     return isBehind ? WordRange{i, next} : WordRange{};
   }
@@ -256,7 +271,9 @@ class WordRepair
     if (isBeside && words_[first].before != Joint::Break) return StreetBesideAt(first, end);
     const bool stopsAtBreak = !isVia || choice_.detour == Detour::ToBreak;
     std::size_t i = first + 1;
-    while (i < end && !words_[i].hasDigit && !IsState(i) && (!stopsAtBreak || words_[i].before != Joint::Break)) ++i;
+    while (i < end && !words_[i].hasDigit && !IsStateAlone(i, end) &&
+           (!stopsAtBreak || words_[i].before != Joint::Break))
+      ++i;
     if (i == first + 1) return 0;
     if (isVia && choice_.detour == Detour::WordOnly) return MayPrecedeLocality(first) ? 1 : 0;
     return i - first;
@@ -265,11 +282,11 @@ class WordRepair
   /** Behind a street, "near High St" without brackets: up to the next break or, where there is none, to a type. */
   std::size_t StreetBesideAt(std::size_t first, std::size_t end) const
   {
-    if (!IsType(first - 1)) return 0;
+    if (!EndsStreet(first)) return 0;
     std::size_t type = 0;
     std::size_t i = first + 1;
-    for (; i < end && !words_[i].hasDigit && !IsState(i) && words_[i].before != Joint::Break; ++i)
-      if (i > first + 1 && IsType(i)) type = i + 1 - first;
+    for (; i < end && !words_[i].hasDigit && !IsStateAlone(i, end) && words_[i].before != Joint::Break; ++i)
+      if (i > first + 1 && type == 0 && IsType(i)) type = i + 1 - first;
     const bool isBeforePlace = i < end && words_[i].before == Joint::Break && !words_[i].hasDigit && !IsState(i);
     return isBeforePlace && i > first + 1 ? i - first : type;
   }

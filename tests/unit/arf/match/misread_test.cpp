@@ -39,7 +39,13 @@ TEST(Misread, PutRight)
       {"9 Elm St Dubbo NWS", "9 ELM ST DUBBO NSW", state},
       {"9 Elm St Dubbo 2830 NWS", "9 ELM ST DUBBO 2830 NSW", state},
       {"9 Elm St Dubbo NSWW 2830 Australia", "9 ELM ST DUBBO NSW 2830", state},
-      {"9 Elm St Dubbo NS 2830", "", {}},  // or NT
+      {"9 Elm St Dubbo NS", "", {}},  // or NT
+      {"9 Elm St Dubbo NS 2830", "9 ELM ST DUBBO 2830", state},
+      {"9 Elm St, Lyons CT 2606 Australia", "9 ELM ST, LYONS 2606", state},
+      {"9 Elm St Burra Souht Australia", "9 ELM ST BURRA SA", state},
+      {"9 Elm St Burra South Austrlia 5417 Australia", "9 ELM ST BURRA SA 5417", state},
+      {"9 Elm St Lyons Austrlian Capital Territory 2606", "9 ELM ST LYONS ACT 2606", state},
+      {"9 Elm St Lyons Australian Capital Territory 2606", "", {}},
       {"9 Elm St Seymour Victria", "9 ELM ST SEYMOUR VIC", state},
       {"9 Elm St Cairns Qeensland 4870", "9 ELM ST CAIRNS QLD 4870", state},
       {"9 Elm St Dubbo New South Wals", "9 ELM ST DUBBO NSW", state},
@@ -62,6 +68,8 @@ TEST(Misread, PutRight)
       {"9 5mith R0ad, Dubb0", "9 SMITH ROAD, DUBBO", alike},
       {"3/9 A5pen Place", "3/9 ASPEN PLACE", alike},
       {"3-9 Br1an St & Elm", "3-9 BRIAN ST & ELM", alike},
+      {"9 M1ll St & We5t Rd", "9 MILL ST & WEST RD", alike},
+      {"9 Elm St Shop5A Dubbo", "", {}},
       {"9 1st St", "", {}},
       {"9 21st St", "", {}},
       {"9 Sm7th St", "", {}},
