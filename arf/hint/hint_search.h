@@ -14,6 +14,7 @@
 #include <string_view>
 
 #include "arf/format/database.h"
+#include "arf/format/word_index.h"
 #include "arf/hint/hint.h"
 #include "arf/hint/mistyped_names.h"
 #include "arf/hint/name_tree.h"
@@ -23,7 +24,6 @@
 #include "arf/hint/tail_reading.h"
 #include "arf/hint/typed_text.h"
 #include "arf/match/postal_words.h"
-#include "arf/format/word_index.h"
 
 namespace arf {
 

@@ -20,9 +20,9 @@
 #include <vector>
 
 #include "arf/format/database.h"
+#include "arf/format/word_index.h"
 #include "arf/hint/postal_lists.h"
 #include "arf/match/input_text.h"
-#include "arf/format/word_index.h"
 #include "arf/spatial/point_filter.h"
 
 namespace arf {
