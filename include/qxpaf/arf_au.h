@@ -47,17 +47,19 @@ enum PafAuStatus
 
   /* Properties. */
 
-  /** No property of that name. Remedy: ask for "Properties", which lists them. */
+  /** No property of that name, or none with a value in this database. Remedy: ask for "Properties", which lists them.
+   */
   PAF_AU_ERR_UNKNOWN_PROPERTY = 20,
   /** The property can only be read. Remedy: none is needed, its value is fixed. */
   PAF_AU_ERR_READ_ONLY_PROPERTY = 21,
-  /** The property does not take this value. Remedy: see the description, which names the rule. */
+  /** The property does not take this value, or a newer database does not know what it was set to. Remedy: see the
+      description, which names the rule. */
   PAF_AU_ERR_PROPERTY_VALUE = 22,
 
   /* Layout. */
 
-  /** The address does not fit the lines that the format option allows. Remedy: allow more or longer lines, or
-      PAF_AU_FORMAT_ABBREVIATE. */
+  /** The address does not fit the lines that the format option allows, or 32 lines of 512 bytes. Remedy: allow more or
+      longer lines, or PAF_AU_FORMAT_ABBREVIATE. */
   PAF_AU_ERR_LAYOUT = 23,
 
   /* Opening; the text that comes with the code names the file. */
@@ -111,9 +113,10 @@ enum PafAuStatus
   PAF_AU_ERR_NO_PLACES = 62,
   /** No address lies within the range. Remedy: raise the property "LatLongSearchRange", or look at the filters. */
   PAF_AU_ERR_NOTHING_NEAR = 63,
-  /** pafGetSearchStatistics does not know the kind. Remedy: Polygon, Radius, Postcode, Locality or State. */
+  /** pafGetSearchStatistics does not know the kind, or the second text is of another kind. Remedy: Polygon, Radius,
+      Postcode, Locality or State, with a text of that kind. */
   PAF_AU_ERR_BAD_STATISTICS = 64,
-  /** One of the kinds of codes is not in the data. Remedy: see the list in the description. */
+  /** One of the kinds of codes is not in the data, or another argument is refused. Remedy: see the description. */
   PAF_AU_ERR_BAD_CONCORDANCE = 65,
 
   /** A fault of the plug-in itself. Remedy: report it with the input that led to it. */
