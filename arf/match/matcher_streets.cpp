@@ -61,12 +61,6 @@ PremiseText NumberText(const Premise& premise)
   return text;
 }
 
-bool IsEmpty(const Premise& premise)
-{
-  return !premise.HasNumber() && premise.lot.Empty() && !premise.unit.Written() && !premise.level.Written() &&
-         premise.building.Empty();
-}
-
 /** The words behind the last one with a digit: what is most likely meant as the street. */
 WordRange BehindDigits(const InputText& input, WordRange body)
 {
@@ -256,7 +250,7 @@ void Matcher::SearchPremise(const Reading& reading, const Street& street, const 
   if (departures.Sum() >= kPenaltyLimit || Exhausted()) return;
   const Premise& premise = reading.premise;
   if (stage_ == Stage::Alike && !premise.HasNumber() && premise.lot.Empty()) return;
-  if (IsEmpty(premise) && street.points.count != 1) return FailStreet(Fault::NumberMissing, reading, street.index, {});
+  if (premise.IsEmpty() && street.points.count != 1) return FailStreet(Fault::NumberMissing, reading, street.index, {});
   const PointSearch search = SearchPoints(data_, input_, street, premise, rules_);
   visited_ += search.visited;
   if (stage_ == Stage::AsWritten && search.numberExists) seen_.number = true;

@@ -44,6 +44,11 @@ struct Premise
   Departures departures;
 
   bool HasNumber() const { return numberFirst != 0; }
+  /** Whether nothing was written before the street. */
+  bool IsEmpty() const
+  {
+    return !HasNumber() && lot.Empty() && !unit.Written() && !level.Written() && building.Empty();
+  }
 };
 
 class Premises

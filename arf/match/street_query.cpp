@@ -12,12 +12,6 @@ namespace {
 constexpr std::size_t kLongestStreetName = 8;   // words
 constexpr std::uint32_t kMaxVisited = 250'000;  // streets and addresses
 
-bool IsBare(const Premise& premise)
-{
-  return !premise.HasNumber() && premise.lot.Empty() && !premise.unit.Written() && !premise.level.Written() &&
-         premise.building.Empty();
-}
-
 class StreetQuery
 {
  public:
@@ -65,7 +59,7 @@ class StreetQuery
   {
     return std::any_of(premises.begin(), premises.end(), [&](const Premise& premise) {
       if (premise.lenientOnly || visited_ > kMaxVisited) return false;
-      if (IsBare(premise)) return true;
+      if (premise.IsEmpty()) return true;
       const PointSearch search = SearchPoints(data_, text_, street, premise, Rules::Strict);
       visited_ += search.visited;
       return !search.found.Empty() || !search.units.Empty();
