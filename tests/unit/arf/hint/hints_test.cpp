@@ -145,6 +145,14 @@ TEST_F(HintsTest, TypesSuffixesAndPostalDeliveries)
   EXPECT_THAT(Popups("12 king st e mel"), testing::Contains("12 KING STREET EAST, MELBOURNE VIC 3000|A|1|30000102|0"));
   EXPECT_THAT(Popups("4 factory cl"), ElementsAre("4 FACTORY CLOSE, DARWIN NT 0800|A|1|30000157|0"));
   EXPECT_THAT(Popups("gpo box c96 sy"), ElementsAre("GPO BOX C96, SYDNEY NSW 2001|A|1|30000082|0"));
+  for (const char* typed : {"gpo b", "gpo box, syd"})
+    EXPECT_THAT(Popups(typed),
+                ElementsAre("GPO BOX, SYDNEY NSW 2001|S|2||0", "GPO BOX C96, SYDNEY NSW 2001|A|1|30000082|0",
+                            "GPO BOX 99, SYDNEY NSW 2001|A|1|30000081|0"))
+        << typed;
+  EXPECT_THAT(Popups("gpo box 9"), ElementsAre("GPO BOX 99, SYDNEY NSW 2001|A|1|30000081|0"));
+  EXPECT_THAT(Addresses("gpo b"),
+              ElementsAre("GPO BOX C96, SYDNEY NSW 2001|A|1|30000082|0", "GPO BOX 99, SYDNEY NSW 2001|A|1|30000081|0"));
   EXPECT_THAT(Popups("po box 123", "2001"), ElementsAre("PO BOX 123, SYDNEY NSW 2001|A|1|30000080|0"));
 }
 
