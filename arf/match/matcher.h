@@ -162,6 +162,7 @@ class Matcher
   void SearchWithoutCity();
   void SearchMisread(std::string_view text);
   void SearchMeant(std::string_view meant, const Departures& departures, Stage last);
+  void EndMeant(std::string_view text, const Seen& seen);
   bool IsLeftOut(std::string_view inner);
   void ReadLocalityLeniently(const Tail& tail, std::size_t start);
   void TryNames(const WrittenPlace& written, Place& place);

@@ -411,23 +411,32 @@ void Matcher::SearchMisread(std::string_view text)
   RepairedText& meant = repairBuffer_.repaired;
   RepairedText& other = repairBuffer_.withoutLinks;
   Departures departures;
-  input_.Read(text);
-  PutRight(input_, 'I', meant, departures);
-  PutRight(input_, 'L', other, departures);
-  if (!departures.Empty()) {
+  if (!PutRight(input_, 'I', meant, departures).empty()) {
+    PutRight(input_, 'L', other, departures);
     const Stage last = departures.Has(Departure::LookAlike) ? Stage::AsWritten : Stage::Alike;
     SearchMeant(meant.View(), departures, last);
     // The digit 1 may have been either letter, so one of them alone proves nothing.
     const bool isFirst = decision_.HasCandidates();
     if (other.View() != meant.View()) SearchMeant(other.View(), departures, last);
-    if (isFirst) input_.Read(meant.View());
+    if (decision_.HasCandidates()) {
+      if (isFirst) input_.Read(meant.View());
+      return;
+    }
+    EndMeant(text, seen);
   }
-  if (!decision_.HasCandidates() && input_.Read(text) == InputFault::None && !PutLocalityLast(input_, meant).empty())
+  if (!PutLocalityLast(input_, meant).empty()) {
     SearchMeant(meant.View(), Departure::LocalityFirst, Stage::AsWritten);
+    if (decision_.HasCandidates()) return;
+    EndMeant(text, seen);
+  }
   std::string_view inner;
-  if (!decision_.HasCandidates() && !LeaveBracketsOut(text, meant, inner).empty() && IsLeftOut(inner))
-    SearchMeant(meant.View(), Departure::Noise, Stage::AsWritten);
-  if (decision_.HasCandidates()) return;
+  if (LeaveBracketsOut(text, meant, inner).empty()) return;
+  if (IsLeftOut(inner)) SearchMeant(meant.View(), Departure::Noise, Stage::AsWritten);
+  if (!decision_.HasCandidates()) EndMeant(text, seen);
+}
+
+void Matcher::EndMeant(std::string_view text, const Seen& seen)
+{
   input_.Read(text);  // what was noted of it are views
   seen_ = seen;
   quiet_ = false;

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "arf/format/word_index.h"
+#include "arf/match/canonical_words.h"
 #include "arf/match/matcher.h"
 #include "arf/match/occupancy_words.h"
 #include "arf/match/postal_words.h"
@@ -121,7 +122,7 @@ void Matcher::SearchStreetsOf(const Place& place)
 {
   const StreetEndings endings(input_, place.body);
   for (const StreetEnding& ending : endings) SearchEnding(place, ending);
-  if (decision_.HasCandidates() || seen_.street) return;
+  if (decision_.HasCandidates() || seen_.street || place.departures.Has(Departure::Neighbour)) return;
   for (const StreetEnding& ending : endings) SearchSpelledOut(place, ending);
 }
 
@@ -144,9 +145,13 @@ void Matcher::SearchSpelledOut(const Place& place, const StreetEnding& ending)
   const std::size_t first = place.body.first;
   std::size_t start = ending.nameEnd - std::min(kLongestStreetName, ending.nameEnd - first);
   for (; start < ending.nameEnd; ++start) {
-    const bool isTypeTwice = start + 1 == ending.nameEnd && !ending.type.empty();  // "Gren Rd" is no GREEN ROAD
-    if (isTypeTwice || !MayStartName(input_, first, start)) continue;
-    for (const NameHit& hit : engine_.StreetNames().FindSpelledOut(input_, {start, ending.nameEnd}))
+    if (!MayStartName(input_, first, start)) continue;
+    // "Gren Rd" is no GREEN ROAD, and "Smith St" hardly a SMITH STREET without a type.
+    const bool isOneWord = start + 1 == ending.nameEnd;
+    if (isOneWord && !ending.type.empty()) continue;
+    const bool mayEndShort = isOneWord || !ending.type.empty() || IsArticle(input_[start].text);
+    const std::size_t end = ending.nameEnd - !mayEndShort;
+    for (const NameHit& hit : engine_.StreetNames().FindSpelledOut(input_, {start, ending.nameEnd}, end))
       if (hit.fit != NameFit::Article || stage_ == Stage::Alike) SearchName(place, ending, start, hit);
   }
 }

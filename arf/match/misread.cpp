@@ -12,10 +12,11 @@ namespace arf {
 namespace {
 
 constexpr std::size_t kPostcodeDigits = 4;
-constexpr std::size_t kFewestDigits = 2;   // of a postcode that has letters
-constexpr std::size_t kFewestLetters = 3;  // of a word that has digits
-constexpr std::size_t kMostSurplus = 2;    // words behind a state
-constexpr std::size_t kLongestState = 3;   // words
+constexpr std::size_t kFewestDigits = 2;    // of a postcode that has letters
+constexpr std::size_t kFewestLetters = 3;   // of a word that has digits
+constexpr std::size_t kMostSurplus = 2;     // words behind a state
+constexpr std::size_t kLongestState = 3;    // words
+constexpr std::size_t kShortestOfName = 4;  // letters that the last word of a long state name has at least
 constexpr std::string_view kOtherTerritories = "OT";
 
 struct LookAlike
@@ -71,6 +72,12 @@ struct MistypedState
   bool IsAmbiguous() const { return count > 0 && code.empty(); }
 };
 
+/** The same with a quick test before. */
+bool AreOneTypoApart(std::string_view words, std::string_view name)
+{
+  return words.size() <= name.size() + 1 && name.size() <= words.size() + 1 && IsOneTypoApart(words, name);
+}
+
 /** Codes of two letters are too close to everything: they only speak against the others. */
 MistypedState StateWithTypo(std::string_view words)
 {
@@ -78,8 +85,8 @@ MistypedState StateWithTypo(std::string_view words)
   MistypedState found;
   for (const WordRow& row : StateRows()) {
     if (row.abbreviation == kOtherTerritories) continue;
-    const bool isCode = IsOneTypoApart(words, row.abbreviation);
-    if (!isCode && !IsOneTypoApart(words, row.full)) continue;
+    const bool isCode = AreOneTypoApart(words, row.abbreviation);
+    if (!isCode && !AreOneTypoApart(words, row.full)) continue;
     const bool saysLittle = isCode && row.abbreviation.size() < kShortestCode;
     found.code = found.count > 0 || saysLittle ? std::string_view() : row.abbreviation;
     ++found.count;
@@ -174,7 +181,8 @@ class Rereading
   void FindState()
   {
     const std::size_t end = postcode_ + 1 == end_ || IsPostcode(words_[end_ - 1]) ? end_ - 1 : end_;
-    for (std::size_t count = kLongestState; count > 1; --count)
+    const bool mayEndName = words_[end - 1].text.size() >= kShortestOfName;
+    for (std::size_t count = kLongestState; count > 1 && mayEndName; --count)
       if (end > count) TakeState({end - count, end}, StateWithTypo(words_.Text(end - count, end)).code);
     if (!state_.Empty() || EndsInState(end_) || EndsInState(placeStart_) || placeStart_ < 2) return;
     const Word& word = words_[placeStart_ - 1];

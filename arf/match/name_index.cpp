@@ -11,14 +11,15 @@
 namespace arf {
 namespace {
 
-/** A word's canonical form within a name: words beside the name are none of its initials ("5 N Shore Rd"). */
-std::string_view CanonicalWithin(const InputText& input, WordRange words, std::size_t i)
+/**
+ * What a word of a name may stand for: the street type that it is short for, or a compass point where it looked like an
+ * initial beside the name ("5 N Shore Rd").
+ */
+std::string_view SpelledOut(const Word& word)
 {
-  const Word& word = input[i];
-  if (word.text.size() != 1) return word.canonical;
-  const bool isInitial = (i > words.first && AreInitials(word.text, input[i - 1].text)) ||
-                         (i + 1 < words.last && AreInitials(word.text, input[i + 1].text));
-  return isInitial ? word.text : CanonicalWord(word.text);
+  if (word.text.size() > 1) return SpelledOutType(word.text);
+  const std::string_view canonical = CanonicalWord(word.text);
+  return canonical == word.canonical ? std::string_view() : canonical;
 }
 
 }  // namespace
@@ -42,44 +43,45 @@ NameIndex::NameIndex(const Database& database, const NameDictionary& dictionary)
   if (signatures.size() == (database.*dictionary.count)()) signatures_ = signatures;
 }
 
-NameHits NameIndex::Find(const InputText& input, WordRange words) const
+/** @param written  gives the name as written; called only where one of the data has the hash */
+template <class Written>
+NameHits NameIndex::FindHash(std::uint32_t hash, const Written& written) const
 {
-  if (slots_.size() < 2) return FindWithoutTable(input, words);
   NameHits hits;
-  const bool hasArticle = words.last - words.first > 1 && IsArticle(input[words.first].text);
-  std::uint32_t hash = kHashStart;
-  for (std::size_t i = words.first + hasArticle; i < words.last; ++i)
-    hash = HashCanonical(hash, CanonicalWithin(input, words, i));
-  FindHash(hits, hash, input.Text(words));
+  const std::size_t mask = slots_.size() / 2 - 1;
+  std::size_t i = hash & mask;
+  // A table without a free slot is none of the builder's; the search ends all the same.
+  for (std::size_t probes = 0; probes <= mask && slots_[2 * i + 1] != layout::kFreeSlot; ++probes, i = (i + 1) & mask)
+    if (slots_[2 * i] == hash) AddIfSame(hits, written(), slots_[2 * i + 1]);
   return hits;
 }
 
-NameHits NameIndex::FindSpelledOut(const InputText& input, WordRange words) const
+NameHits NameIndex::Find(const InputText& input, WordRange words) const
+{
+  if (slots_.size() < 2) return FindWithoutTable(input, words);
+  const bool hasArticle = words.last - words.first > 1 && IsArticle(input[words.first].text);
+  std::uint32_t hash = kHashStart;
+  for (std::size_t i = words.first + hasArticle; i < words.last; ++i) hash = HashCanonical(hash, input[i].canonical);
+  return FindHash(hash, [&] { return input.Text(words); });
+}
+
+NameHits NameIndex::FindSpelledOut(const InputText& input, WordRange words, std::size_t end) const
 {
   NameHits hits;
   if (slots_.size() < 2) return hits;
-  for (std::size_t i = words.first; i < words.last; ++i) {
-    const std::string_view full = SpelledOutType(input[i].text);
+  for (std::size_t i = words.first; i < end; ++i) {
+    const std::string_view full = SpelledOut(input[i]);
     if (full.empty()) continue;
     FixedText<255> name;
     for (std::size_t j = words.first; j < words.last; ++j) {
       if (j > words.first) name.Append(" ");
       name.Append(i == j ? full : input[j].text);
     }
-    NameHits found;
-    FindHash(found, CanonicalName(name.View()).Hash(), name.View());
-    for (const NameHit& hit : found) hits.Add({hit.name, std::max(hit.fit, NameFit::Variant)});
+    const std::uint32_t hash = CanonicalName(name.View()).Hash();
+    for (const NameHit& hit : FindHash(hash, [&] { return name.View(); }))
+      hits.Add({hit.name, std::max(hit.fit, NameFit::Variant)});
   }
   return hits;
-}
-
-void NameIndex::FindHash(NameHits& hits, std::uint32_t hash, std::string_view written) const
-{
-  const std::size_t mask = slots_.size() / 2 - 1;
-  std::size_t i = hash & mask;
-  // A table without a free slot is none of the builder's; the search ends all the same.
-  for (std::size_t probes = 0; probes <= mask && slots_[2 * i + 1] != layout::kFreeSlot; ++probes, i = (i + 1) & mask)
-    if (slots_[2 * i] == hash) AddIfSame(hits, written, slots_[2 * i + 1]);
 }
 
 NameHits NameIndex::FindWithoutTable(const InputText& input, WordRange words) const

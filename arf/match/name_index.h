@@ -73,15 +73,16 @@ class NameIndex
   NameIndex(const Database& database, const NameDictionary& dictionary);
 
   NameHits Find(const InputText& input, WordRange words) const;
-  /** With one of the words, which is a street type's short form, written out: "The Pde" for "THE PARADE". */
-  NameHits FindSpelledOut(const InputText& input, WordRange words) const;
+  /** With one of the words before `end`, which is a street type's short form, written out: "The Pde", "High St Rd". */
+  NameHits FindSpelledOut(const InputText& input, WordRange words, std::size_t end) const;
 
   std::string_view Name(std::uint32_t name) const { return (database_.*dictionary_.name)(name); }
   /** One for each name of the dictionary; empty when the file has none. */
   std::span<const std::uint32_t> Signatures() const { return signatures_; }
 
  private:
-  void FindHash(NameHits& hits, std::uint32_t hash, std::string_view written) const;
+  template <class Written>
+  NameHits FindHash(std::uint32_t hash, const Written& written) const;
   NameHits FindWithoutTable(const InputText& input, WordRange words) const;
   void AddIfSame(NameHits& hits, std::string_view written, std::uint32_t name) const;
 

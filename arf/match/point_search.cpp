@@ -43,17 +43,10 @@ std::string_view TakeWord(std::string_view& text)
   return word;
 }
 
-/** Whether a word is a street type's short form, as in "Flinders St Station". */
-bool HasShortForm(std::string_view words)
-{
-  while (!words.empty())
-    if (!SpelledOutType(TakeWord(words)).empty()) return true;
-  return false;
-}
-
-/** Whether two names are the same word for word, short forms of street types written out. */
+/** Whether two names are the same word for word, short forms of street types written out: "Flinders St Station". */
 bool SameSpelledOut(std::string_view stored, std::string_view written)
 {
+  if (written.empty() || stored.front() != written.front()) return false;
   while (!stored.empty() && !written.empty()) {
     const std::string_view a = TakeWord(stored), b = TakeWord(written);
     if (CanonicalWord(a) != CanonicalWord(b) && a != SpelledOutType(b)) return false;
@@ -69,8 +62,7 @@ class PremiseComparison
       : premise_(premise),
         lenient_(rules == Rules::Lenient),
         buildingWords_(input.Text(premise.building)),
-        building_(buildingWords_),
-        hasShortForm_(HasShortForm(buildingWords_))
+        building_(buildingWords_)
   {
   }
 
@@ -110,8 +102,7 @@ class PremiseComparison
   {
     if (point.building.empty()) return false;
     const KeyBuffer stored(point.building);
-    return CanonicalName(stored.View()).View() == building_.View() ||
-           (hasShortForm_ && SameSpelledOut(stored.View(), buildingWords_));
+    return CanonicalName(stored.View()).View() == building_.View() || SameSpelledOut(stored.View(), buildingWords_);
   }
 
  private:
@@ -197,7 +188,6 @@ class PremiseComparison
   bool lenient_;
   std::string_view buildingWords_;
   CanonicalName building_;
-  bool hasShortForm_;
 };
 
 /** Whether two points have the same number and unit. */

@@ -52,6 +52,12 @@ bool IsLink(std::string_view token)
          token.substr(0, 4) == "www.";
 }
 
+bool MayHaveLink(std::string_view text)
+{
+  constexpr auto kNone = std::string_view::npos;
+  return text.find('@') != kNone || text.find(':') != kNone || text.find("www.") != kNone;
+}
+
 /** The characters before the next gap. */
 std::string_view FirstToken(std::string_view text)
 {
@@ -80,6 +86,7 @@ bool IsBeforeLink(std::string_view text)
 /** Copies a text without its e-mail and web addresses and what announces them; false when it has none. */
 bool RemoveLinks(std::string_view text, RepairedText& out)
 {
+  if (!MayHaveLink(text)) return false;
   bool found = false;
   out.Clear();
   while (!text.empty()) {
@@ -372,14 +379,6 @@ class WordRepair
 };
 
 }  // namespace
-
-void AppendJoint(RepairedText& text, const Word& word)
-{
-  if (text.Empty()) return;
-  const Joint joint = word.before;
-  text.Append(joint == Joint::Break ? ", " : joint == Joint::Slash ? "/" : joint == Joint::Dash ? "-" : " ");
-  if (word.afterAnd) text.Append("& ");
-}
 
 bool HasDetour(const InputText& words)
 {

@@ -24,7 +24,13 @@ struct RepairBuffer
 };
 
 /** What stood before a word, between it and the text so far. */
-void AppendJoint(RepairedText& text, const Word& word);
+inline void AppendJoint(RepairedText& text, const Word& word)
+{
+  if (text.Empty()) return;
+  const Joint joint = word.before;
+  text.Append(joint == Joint::Break ? ", " : joint == Joint::Slash ? "/" : joint == Joint::Dash ? "-" : " ");
+  if (word.afterAnd) text.Append("& ");
+}
 
 /** Whose the letter behind the digits of "12AKing" is. */
 enum class StuckLetter : std::uint8_t
