@@ -459,8 +459,11 @@ bool Matcher::IsLeftOut(std::string_view inner)
   if (input_.Read(inner) != InputFault::None || input_.Count() == 0) return false;
   const WordRange words{0, input_.Count()};
   const auto isUnit = [&](Preference preference) {
-    for (std::size_t end = 1; end <= words.last; ++end)
+    for (std::size_t end = 1; end <= words.last; ++end) {
       if (ReadOccupancyBefore(input_, 0, end, preference).count > 0) return true;
+      if (ReadDesignator(input_, 0, end, preference).count == end) return true;  // "Unit Two"
+      if (input_[end - 1].text.size() == 1) return true;
+    }
     return false;
   };
   return !isUnit(Preference::Units) && !isUnit(Preference::Levels) &&

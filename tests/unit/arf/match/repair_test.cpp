@@ -53,6 +53,7 @@ TEST(Repair, Rows)
       {"12 Smith St near Victoria", ""},
       {"Smith St West 12, Sydney", "12 SMITH ST WEST SYDNEY"},
       {"West 12, Sydney", ""},
+      {"6 & 8 Smith St, via Dubbo, Sydney", "6 & 8 SMITH ST SYDNEY"},
       {"12 Smith St near Sydney", ""},
       {"12 Smith near High St, Sydney", ""},
       {"12 St near, Sydney", ""},

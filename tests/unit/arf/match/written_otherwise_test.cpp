@@ -160,6 +160,12 @@ TEST(WrittenOtherwise, LocalityFirstAndBrackets)
       {"Alderton, 10 Smiths St", 0, 0, ""},
       {"9 Smiths St (Rose Rise), Alderton", 0, 50000014, "noise=4"},
       {"9 Smiths St (Rear), Alderton", 0, 50000014, "unit_behind_street=1;unknown_unit=20"},
+      {"9 Smiths St (Unit Two), Alderton", 0, 0, ""},
+      {"9 Smiths St (B), Alderton", 0, 0, ""},
+      {"9 Smiths St (the front door, 2nd floor), Alderton", 0, 0, ""},
+      {"9 Smiths St (leave with the neighbours), Alderton", 0, 50000014, "noise=4"},
+      {"9 Smiths St (Alderton), Beech", 0, 0, ""},
+      {"9 Smiths St (SA), Alderton VIC", 0, 0, ""},
       {"9 Smiths St (Lot 5), Alderton", 0, 50000014, "unit_behind_street=1;unknown_unit=20"},
       {"9 Smiths St (Shop B), Alderton", 0, 50000014, "unit_behind_street=1;unknown_unit=20"},
   };
