@@ -1,9 +1,9 @@
 /**
  * Finds the address that an input means. An input is read in every way that could make sense, from its end: state and
  * postcode, locality, street, number and unit; each reading is looked up, and a Decision chooses. A lenient search that
- * finds nothing as it was written then takes localities and streets with names like those written, and after that words
- * that are no part of an address out of the text. All memory is in the object itself, so that a search allocates
- * nothing. For one thread at a time.
+ * finds nothing as it was written then takes localities and streets with names like those written, after that words
+ * that are no part of an address out of the text, and at last reads it as misread. All memory is in the object itself,
+ * so that a search allocates nothing. For one thread at a time.
  */
 #ifndef QXPAF_ARF_MATCH_MATCHER_H
 #define QXPAF_ARF_MATCH_MATCHER_H

@@ -59,8 +59,8 @@ bool HasDetour(const InputText& words);
 
 /**
  * Leaves out e-mail and web addresses, telephone numbers, numbers of companies and of seven digits and more, "via" and
- * "(near …)" with a place, and words behind state and postcode; takes "12SmithSt" and "Richmond3121" apart; puts
- * a number that stands behind the street in front of it.
+ * "(near …)" with a place, "near" with a street, names like "7-Eleven", and words behind state and postcode; takes
+ * "12SmithSt" and "Richmond3121" apart; puts a number or range that stands behind the street in front of it.
  *
  * @param words       the text as read; overwritten while working, so that the caller reads what he needs again
  * @param departures  receives what was done
