@@ -49,6 +49,7 @@ LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
   }
   Search();
   if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text, Stage::AsWritten);
+  if (!Strict() && !decision_.HasCandidates()) SearchLocalityFirst(text);
   if (!Strict()) SearchLeniently();
   SearchBuildings();
   SearchCorners();

@@ -160,6 +160,7 @@ class Matcher
   void SearchRepaired(std::string_view text, Stage last);
   void SearchRepaired(std::string_view text, Stage last, Detour detour);
   void SearchWithoutCity();
+  void SearchLocalityFirst(std::string_view text);
   void SearchMisread(std::string_view text);
   void SearchMeant(std::string_view meant, const Departures& departures, Stage last);
   void EndMeant(std::string_view text, const Seen& seen);

@@ -403,7 +403,16 @@ void Matcher::SearchWithoutCity()
   seen_ = seen;
 }
 
-/** Guesses at what the text was before signs were mistaken and its parts put into another order, each by itself. */
+/** "Dubbo NSW 2830, 112 Smiths Road", where nothing is wrong but the order. */
+void Matcher::SearchLocalityFirst(std::string_view text)
+{
+  const Seen seen = seen_;
+  if (seen.number || PutLocalityLast(input_, repairBuffer_.repaired).empty()) return;
+  SearchMeant(repairBuffer_.repaired.View(), Departure::LocalityFirst, Stage::AsWritten);
+  if (!decision_.HasCandidates()) EndMeant(text, seen);
+}
+
+/** Guesses at what the text was before signs were mistaken or something was put in brackets, each by itself. */
 void Matcher::SearchMisread(std::string_view text)
 {
   const Seen seen = seen_;
@@ -422,11 +431,6 @@ void Matcher::SearchMisread(std::string_view text)
       if (isFirst) input_.Read(meant.View());
       return;
     }
-    EndMeant(text, seen);
-  }
-  if (!PutLocalityLast(input_, meant).empty()) {
-    SearchMeant(meant.View(), Departure::LocalityFirst, Stage::AsWritten);
-    if (decision_.HasCandidates()) return;
     EndMeant(text, seen);
   }
   std::string_view inner;

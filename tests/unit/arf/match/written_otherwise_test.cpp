@@ -156,6 +156,7 @@ TEST(WrittenOtherwise, LocalityFirstAndBrackets)
       {"Alderton SA 5960, 9 Smiths St", 0, 50000014, "locality_first=6"},
       {"5960 Alderton, 9 Smiths St SA", 0, 50000014, "place_order=1;locality_first=6"},
       {"Alderton, 9 Smiths St VIC", 0, 0, ""},
+      {"Alderton, 9 Smiths St Harbour", 0, 0, ""},
       {"Alderton, 9 Smths St", 0, 0, ""},
       {"Alderton, 10 Smiths St", 0, 0, ""},
       {"9 Smiths St (Rose Rise), Alderton", 0, 50000014, "noise=4"},
