@@ -59,6 +59,13 @@ bool ReadRunTogether(std::string_view word, WrittenPlace& place)
   return !place.state.empty() && ReadPostcode(word.substr(letters), place.postcode);
 }
 
+/** Whether a postcode may be of one of the states with the country's name in theirs; true when none is written. */
+bool IsPostcodeOf(std::string_view state, std::string_view postcode)
+{
+  constexpr std::string_view kOfSeveralStates = "0872";
+  return postcode.empty() || postcode == kOfSeveralStates || postcode.front() == (state == "SA" ? '5' : '6');
+}
+
 PlaceWords ReadPostcodeWord(const Word& word, const WrittenPlace& known)
 {
   PlaceWords found;
@@ -120,6 +127,9 @@ Tails::Tails(const InputText& input)
     shortestFirst[count_++] = tail;
     const PlaceWords words = ReadPlaceBefore(input, 0, tail.localityEnd, tail.place);
     if (words.count == 0) break;
+    const bool endsInCountry = words.count > 1 && ReadCountry(input[tail.localityEnd - 1]).isCountry;
+    if (endsInCountry && count_ + 1 < kMax && !IsPostcodeOf(words.place.state, tail.place.postcode.View()))
+      shortestFirst[count_++] = {tail.localityEnd - 1, tail.place, true};
     tail.localityEnd -= words.count;
     tail.place.Merge(words.place);
   }

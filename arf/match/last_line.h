@@ -50,6 +50,7 @@ struct Tail
 {
   std::size_t localityEnd = 0;
   WrittenPlace place;
+  bool isOtherReading = false;  ///< of "WEST AUSTRALIA 4341", which is no postcode of that state, WEST is no part
 };
 
 /** All ways, the one that cuts most first; the last cuts nothing, because state names may end localities' names. */
@@ -61,7 +62,7 @@ class Tails
   const Tail* end() const { return tails_.data() + count_; }
 
  private:
-  static constexpr std::size_t kMax = 5;
+  static constexpr std::size_t kMax = 6;
   std::array<Tail, kMax> tails_;
   std::size_t count_ = 0;
 };

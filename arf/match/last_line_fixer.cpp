@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "arf/match/canonical_words.h"
+#include "arf/match/locality_wordings.h"
 #include "arf/match/one_typo.h"
 #include "arf/match/penalties.h"
 
@@ -17,17 +19,9 @@ constexpr Departures kMistyped = Departure::LocalityTypo;
 constexpr Departures kWrongPlace = Departure::PostcodeDiffers;
 static_assert(kMistyped.Sum() < kWrongPlace.Sum());
 
-/** A name without its spaces. */
-FixedText<255> Compact(std::string_view key)
-{
-  FixedText<255> text;
-  while (!key.empty()) {
-    const std::size_t space = std::min(key.find(' '), key.size());
-    text.Append(key.substr(0, space));
-    key.remove_prefix(std::min(space + 1, key.size()));
-  }
-  return text;
-}
+/** What replaces something that was written. */
+constexpr Departure kReplacing[] = {Departure::LocalityTypo, Departure::PostcodeDiffers, Departure::LocalityOrder,
+                                    Departure::LocalityPart};
 
 }  // namespace
 
@@ -36,7 +30,6 @@ LastLineAnswer LastLineFixer::Fix(std::string_view text)
   candidates_ = {};
   failure_ = {};
   reading_ = {};
-  nameIsKnown_ = false;
   if (input_.Read(text) != InputFault::None)
     failure_.fault = Fault::TooLong;
   else
@@ -62,7 +55,8 @@ void LastLineFixer::Collect()
   }
   reading_.place = barest.place;
   if (reading_.locality.Empty()) reading_.locality = barest.name;
-  if (!nameIsKnown_ && candidates_.Empty()) CollectTypos(barest);
+  if (candidates_.Empty()) CollectOtherWordings(barest);
+  if (candidates_.Empty()) CollectTypos(barest);
   if (!candidates_.Empty() || failure_.fault != Fault::None) return;
   const bool something = !barest.place.Empty();
   failure_.fault = something ? Fault::LocalityUnknown : Fault::NothingRecognised;
@@ -83,11 +77,23 @@ void LastLineFixer::CollectFrom(const Line& line)
 
 void LastLineFixer::CollectName(const Line& line)
 {
-  for (const NameHit& hit : engine_.LocalityNames().Find(input_, line.name)) {
-    nameIsKnown_ = true;
-    const Departures departures = LocalityDepartures(hit.fit);
-    for (const std::uint32_t locality : data_.LocalitiesNamed(hit.name)) Add(line, locality, departures);
+  CollectHits(line, engine_.LocalityNames().Find(input_, line.name), {});
+}
+
+/** "East Kew" for "KEW EAST". */
+void LastLineFixer::CollectOtherWordings(const Line& line)
+{
+  for (const LocalityWording& wording : LocalityWordings(input_, line.name)) {
+    CollectHits(line, engine_.LocalityNames().Find(wording.name.View()), wording.departure);
+    if (wording.departure == Departure::LocalityPart && !candidates_.Empty()) return;  // the likeliest is the first
   }
+}
+
+void LastLineFixer::CollectHits(const Line& line, const NameHits& hits, const Departures& departures)
+{
+  for (const NameHit& hit : hits)
+    for (const std::uint32_t locality : data_.LocalitiesNamed(hit.name))
+      Add(line, locality, departures + LocalityDepartures(hit.fit));
 }
 
 /** Nothing but a postcode, or a postcode and a state. */
@@ -119,7 +125,7 @@ void LastLineFixer::Add(const Line& line, std::uint32_t index, const Departures&
 void LastLineFixer::CollectTypos(const Line& line)
 {
   if (line.name.Empty()) return;
-  const FixedText<255> written = Compact(input_.Text(line.name));
+  const CanonicalName written(input_.Text(line.name));
   if (written.View().size() < kShortestMistyped || input_.HasDigit(line.name)) return;
   if (!line.place.postcode.Empty()) {
     for (const std::uint32_t locality : data_.LocalitiesOfPostcode(line.place.postcode.View()))
@@ -134,7 +140,7 @@ void LastLineFixer::CollectTypo(const Line& line, std::string_view written, std:
   constexpr std::size_t kMostSpaces = kLongestName;
   const std::string_view key = data_.LocalityName(name);
   if (key.size() + 1 < written.size() || key.size() > written.size() + 1 + kMostSpaces) return;
-  if (!IsOneTypoApart(Compact(key).View(), written)) return;
+  if (!IsOneTypoApart(CanonicalName(key).View(), written)) return;
   for (const std::uint32_t locality : data_.LocalitiesNamed(name)) Add(line, locality, kMistyped);
 }
 
@@ -142,9 +148,9 @@ LastLineAnswer LastLineFixer::Answer()
 {
   if (candidates_.count == 1) {
     failure_ = {};
-    return {
-        Verdict::Found, candidates_.ordinals[0],
-        candidates_.departures.Has(Departure::LocalityTypo) || candidates_.departures.Has(Departure::PostcodeDiffers)};
+    const bool changed = std::any_of(std::begin(kReplacing), std::end(kReplacing),
+                                     [&](Departure kind) { return candidates_.departures.Has(kind); });
+    return {Verdict::Found, candidates_.ordinals[0], changed};
   }
   if (candidates_.count > 1) {
     failure_ = {};

@@ -1,6 +1,6 @@
 /**
  * Corrects a last line: finds the one locality that is meant by a name, a state and a postcode in any order, of which
- * one may be missing or wrong, or by a name with one typing error.
+ * one may be missing or wrong, or by a name whose words were said otherwise, or with one typing error.
  */
 #ifndef QXPAF_ARF_MATCH_LAST_LINE_FIXER_H
 #define QXPAF_ARF_MATCH_LAST_LINE_FIXER_H
@@ -44,6 +44,8 @@ class LastLineFixer
   void Collect();
   void CollectFrom(const Line& line);
   void CollectName(const Line& line);
+  void CollectOtherWordings(const Line& line);
+  void CollectHits(const Line& line, const NameHits& hits, const Departures& departures);
   void CollectPostcode(const Line& line);
   void CollectTypos(const Line& line);
   void CollectTypo(const Line& line, std::string_view written, std::uint32_t name);
@@ -56,7 +58,6 @@ class LastLineFixer
   PointSet candidates_;  ///< places of localities, not of addresses
   Failure failure_;
   Reading reading_;
-  bool nameIsKnown_ = false;
 };
 
 }  // namespace arf

@@ -48,6 +48,7 @@ LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
     return Answer();
   }
   Search();
+  if (!Strict()) SearchOtherWordings();
   if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text, Stage::AsWritten);
   if (!Strict() && !decision_.HasCandidates()) SearchLocalityFirst(text);
   if (!Strict()) SearchLeniently();
@@ -130,7 +131,6 @@ void Matcher::ReadLocality(const Tail& tail, std::size_t start, PlaceStep step)
 void Matcher::ReadKnownLocality(const Tail& tail, WordRange words, std::span<const std::uint32_t> named,
                                 const Departures& departures, PlaceStep step)
 {
-  seen_.locality = true;
   Place place;
   place.reading.locality = words;
   place.body = {0, words.first};
@@ -153,8 +153,12 @@ void Matcher::TryLocality(const WrittenPlace& written, Place& place, std::span<c
 {
   place.reading.place = written;
   place.count = 0;
-  for (const std::uint32_t locality : named)
-    if (written.Fits(data_.LocalityAt(locality))) AddLocality(place, locality);
+  for (const std::uint32_t index : named) {
+    const Locality locality = data_.LocalityAt(index);
+    if (!written.StateFits(locality)) continue;
+    seen_.locality = true;
+    if (written.PostcodeFits(locality)) AddLocality(place, index);
+  }
   if (place.count > 0) return (this->*step)(place);
   if (!Worthwhile(Fault::PlaceContradicts) || named.empty()) return;
   Failure failure;
@@ -174,7 +178,7 @@ void Matcher::AddLocality(Place& place, std::uint32_t locality)
 
 void Matcher::FailWithoutPlace(const Tail& tail)
 {
-  if (decision_.HasCandidates()) return;
+  if (decision_.HasCandidates() || !decision_.GoesFurther(Fault::LocalityUnknown)) return;
   Failure failure;
   const bool something = !tail.place.Empty() || LooksLikeStreet(input_);
   failure.fault = something ? Fault::LocalityUnknown : Fault::NothingRecognised;

@@ -68,6 +68,8 @@ class Matcher
     WordRange body;
     Departures departures;
     Reading reading;
+    bool isNamed = false;        ///< the words are the name of some locality, perhaps of another
+    bool ownsDirection = false;  ///< the word before the locality's belongs to its name, and is no suffix of a street
     std::span<const std::uint32_t> Localities() const { return {localities.data(), count}; }
   };
 
@@ -131,6 +133,7 @@ class Matcher
   void ReadKnownLocality(const Tail& tail, WordRange words, std::span<const std::uint32_t> named,
                          const Departures& departures, PlaceStep step);
   void TryLocality(const WrittenPlace& written, Place& place, std::span<const std::uint32_t> named, PlaceStep step);
+  bool IsLocality(const WrittenPlace& written, const NameHits& hits) const;
   void AddLocality(Place& place, std::uint32_t locality);
   LookupAnswer Answer();
   bool AreOneAddress(const PointSet& points) const;
@@ -156,6 +159,9 @@ class Matcher
   static bool AddTrailing(const Trailing& trailing, Premise& premise);
 
   // A lenient search beyond what was written; matcher_lenient.cpp.
+  void SearchOtherWordings();
+  void ReadOtherWordings(const Tail& tail, WordRange words);
+  bool EndsName(const Tail& tail, std::size_t start) const;
   void SearchLeniently();
   void SearchRepaired(std::string_view text, Stage last);
   void SearchRepaired(std::string_view text, Stage last, Detour detour);
@@ -167,6 +173,7 @@ class Matcher
   bool IsLeftOut(std::string_view inner);
   void ReadLocalityLeniently(const Tail& tail, std::size_t start);
   void TryNames(const WrittenPlace& written, Place& place);
+  void TryOtherWordings(const WrittenPlace& written, Place& place);
   void TryKnownName(const WrittenPlace& written, Place& place, const NameHit& hit);
   void TryLikeNames(const WrittenPlace& written, Place& place);
   void TryLikeName(const WrittenPlace& written, Place& place, const WrittenName& name, std::uint32_t stored);
@@ -175,12 +182,14 @@ class Matcher
   std::uint32_t LocalityAround(const Tail& tail) const;
   void TryLocalities(const WrittenPlace& written, Place& place, std::span<const std::uint32_t> localities,
                      const Departures& departures);
+  bool HasNamesakeOfPostcode(const WrittenPlace& written, std::span<const std::uint32_t> localities) const;
   void TrySurroundings(const WrittenPlace& written, const Place& place);
   void TryWithoutLocality(const Tail& tail);
   void SearchLikeNames(const Place& place, const StreetEnding& ending, std::size_t start);
   void SearchLikeNamesIn(const Place& place, const StreetEnding& ending, Reading& reading, const WrittenName& written,
                          std::uint32_t locality, std::optional<Premises>& premises);
-  std::optional<Departures> CompareType(const StreetEnding& ending, const Street& street, IndexRange sameName) const;
+  std::optional<Departures> CompareType(const Place& place, const StreetEnding& ending, const Street& street,
+                                        IndexRange sameName) const;
   bool HasSuffixed(const Street& street, IndexRange sameName) const;
   bool StateFits(const WrittenPlace& written, std::uint32_t locality) const;
   bool IsConvincing(const Departures& departures) const;

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "arf/format/partition_point.h"
+#include "arf/match/locality_wordings.h"
 #include "arf/match/matcher.h"
 #include "arf/match/misread.h"
 #include "arf/match/occupancy_words.h"
@@ -13,6 +14,7 @@ namespace arf {
 namespace {
 
 constexpr std::size_t kLongestLikeName = 5;  // words
+constexpr std::size_t kLongestWorded = 6;    // words
 constexpr std::size_t kShortestPart = 4;     // letters of a name that stands for a longer one
 constexpr std::uint32_t kMostContaining = 16;
 
@@ -71,17 +73,62 @@ bool GuessesLocality(const Departures& departures)
 
 }  // namespace
 
+/** "East Kew" for "KEW EAST": names whose words were said otherwise, with streets and numbers as written. */
+void Matcher::SearchOtherWordings()
+{
+  if (decision_.HasCandidates() || seen_.street || Exhausted()) return;
+  for (const Tail& tail : Tails(input_)) {
+    const std::size_t end = tail.localityEnd;
+    for (std::size_t start = end > kLongestWorded ? end - kLongestWorded : 0; start + 1 < end; ++start)
+      ReadOtherWordings(tail, {start, end});
+    if (decision_.HasCandidates()) return;
+  }
+}
+
+void Matcher::ReadOtherWordings(const Tail& tail, WordRange words)
+{
+  const LocalityWordings wordings(input_, words);
+  if (wordings.Empty() || IsLocality(tail.place, engine_.LocalityNames().Find(input_, words))) return;
+  for (const LocalityWording& wording : wordings)
+    for (const NameHit& hit : engine_.LocalityNames().Find(wording.name.View()))
+      if (hit.fit != NameFit::Article)
+        ReadKnownLocality(tail, words, data_.LocalitiesNamed(hit.name), LocalityDepartures(hit.fit) + wording.departure,
+                          &Matcher::SearchStreets);
+}
+
+/** Whether a name is that of a locality that state and postcode allow. */
+bool Matcher::IsLocality(const WrittenPlace& written, const NameHits& hits) const
+{
+  for (const NameHit& hit : hits)
+    for (const std::uint32_t locality : data_.LocalitiesNamed(hit.name))
+      if (hit.fit != NameFit::Article && written.Fits(data_.LocalityAt(locality))) return true;
+  return false;
+}
+
+/** Whether the words from `start` on are the end of a name that is said with a direction in front. */
+bool Matcher::EndsName(const Tail& tail, std::size_t start) const
+{
+  if (start == 0 || !IsDirection(input_[start - 1])) return false;
+  for (const LocalityWording& wording : LocalityWordings(input_, {start - 1, tail.localityEnd}))
+    if (wording.departure == Departure::LocalityOrder &&
+        IsLocality(tail.place, engine_.LocalityNames().Find(wording.name.View())))
+      return true;
+  return false;
+}
+
 void Matcher::SearchLeniently()
 {
   // A number that is there, or nothing but ways of writing, needs no guess.
   if (decision_.IsAsWritten() || seen_.number || Exhausted() || input_.Count() == 0) return;
   stage_ = Stage::Alike;
   const Tails tails(input_);
-  const Tail& tail = *tails.begin();
-  const std::size_t end = tail.localityEnd;
-  for (std::size_t start = end > kLongestLikeName ? end - kLongestLikeName : 0; start < end; ++start)
-    ReadLocalityLeniently(tail, start);
-  if (!seen_.locality) TryWithoutLocality(tail);
+  for (const Tail& tail : tails) {
+    if (&tail != tails.begin() && (!tail.isOtherReading || decision_.HasCandidates())) continue;
+    const std::size_t end = tail.localityEnd;
+    for (std::size_t start = end > kLongestLikeName ? end - kLongestLikeName : 0; start < end; ++start)
+      ReadLocalityLeniently(tail, start);
+    if (!seen_.locality) TryWithoutLocality(tail);
+  }
   stage_ = Stage::AsWritten;
 }
 
@@ -92,6 +139,7 @@ void Matcher::ReadLocalityLeniently(const Tail& tail, std::size_t start)
   place.reading.locality = {start, tail.localityEnd};
   place.body = {0, start};
   if (input_.HasDigit(place.reading.locality) || input_.HasInnerBreak(place.reading.locality)) return;
+  place.ownsDirection = EndsName(tail, start);
   TryNames(tail.place, place);
   const PlaceWords before = ReadPlaceBefore(input_, 0, start, tail.place);
   if (before.count == 0 || before.isCountry) return;
@@ -111,11 +159,24 @@ void Matcher::TryNames(const WrittenPlace& written, Place& place)
 {
   if (place.body.Empty()) return;
   place.reading.place = written;
-  for (const NameHit& hit : engine_.LocalityNames().Find(input_, place.reading.locality))
-    TryKnownName(written, place, hit);
+  const NameHits hits = engine_.LocalityNames().Find(input_, place.reading.locality);
+  for (const NameHit& hit : hits) TryKnownName(written, place, hit);
+  place.isNamed = !hits.Empty();
+  if (!IsLocality(written, hits)) TryOtherWordings(written, place);
   if (seen_.street) return;  // nothing is wrong with the names
   TryLikeNames(written, place);
   TryNamesThatContain(written, place);
+}
+
+void Matcher::TryOtherWordings(const WrittenPlace& written, Place& place)
+{
+  const Departures before = place.departures;
+  for (const LocalityWording& wording : LocalityWordings(input_, place.reading.locality)) {
+    place.departures = before + wording.departure;
+    for (const NameHit& hit : engine_.LocalityNames().Find(wording.name.View()))
+      if (hit.fit != NameFit::Article) TryKnownName(written, place, hit);
+  }
+  place.departures = before;
 }
 
 void Matcher::TryKnownName(const WrittenPlace& written, Place& place, const NameHit& hit)
@@ -137,12 +198,26 @@ bool Matcher::StateFits(const WrittenPlace& written, std::uint32_t locality) con
          written.StateFits(data_.LocalityAt(locality));
 }
 
-/** Searches those of some localities whose state is not another than written; a postcode may be, at its price. */
+/** Whether the postcode is that of one of the localities, which is in another state than written. */
+bool Matcher::HasNamesakeOfPostcode(const WrittenPlace& written, std::span<const std::uint32_t> localities) const
+{
+  if (written.state.empty() || written.postcode.Empty()) return false;
+  return std::any_of(localities.begin(), localities.end(), [&](std::uint32_t index) {
+    const Locality locality = data_.LocalityAt(index);
+    return written.PostcodeFits(locality) && !written.StateFits(locality);
+  });
+}
+
+/**
+ * Searches those of some localities whose state is not another than written; a postcode may be, at its price,
+ * unless it is that of a namesake: then nothing tells which of state and postcode is wrong.
+ */
 void Matcher::TryLocalities(const WrittenPlace& written, Place& place, std::span<const std::uint32_t> localities,
                             const Departures& departures)
 {
+  const bool isElsewhere = HasNamesakeOfPostcode(written, localities);
   for (const std::uint32_t index : localities) {
-    if (!StateFits(written, index)) continue;
+    if (!StateFits(written, index) || (isElsewhere && !written.PostcodeFits(data_.LocalityAt(index)))) continue;
     Place one = place;
     one.count = 1;
     one.localities[0] = index;
@@ -175,7 +250,8 @@ void Matcher::TryLikeNames(const WrittenPlace& written, Place& place)
 void Matcher::TryLikeName(const WrittenPlace& written, Place& place, const WrittenName& name, std::uint32_t stored)
 {
   const Likeness likeness = name.Compare(data_.LocalityName(stored));
-  if (seen_.locality && likeness != Likeness::OneTypo && likeness != Likeness::OneTypoShort) return;
+  const bool isName = seen_.locality || place.isNamed;
+  if (isName && likeness != Likeness::OneTypo && likeness != Likeness::OneTypoShort) return;
   if (const std::optional<Departure> departure = DepartureOf(likeness, kLocalityLikeness))
     TryLocalities(written, place, data_.LocalitiesNamed(stored), place.departures + *departure);
 }
@@ -297,7 +373,7 @@ void Matcher::SearchLikeNamesIn(const Place& place, const StreetEnding& ending, 
     compared = name;
     if (!departure) continue;
     const Street street = data_.StreetAt(i);
-    const std::optional<Departures> type = CompareType(ending, street, data_.StreetsOf(streets, name));
+    const std::optional<Departures> type = CompareType(place, ending, street, data_.StreetsOf(streets, name));
     const bool isTypo = departure == Departure::StreetTypo || departure == Departure::StreetTypoShort;
     if (!type || type->Has(Departure::StreetTypeDiffers) || (!isTypo && type->HasChange())) continue;
     if (!premises) premises.emplace(input_, WordRange{place.body.first, reading.streetName.first});
@@ -306,7 +382,7 @@ void Matcher::SearchLikeNamesIn(const Place& place, const StreetEnding& ending, 
 }
 
 /** How a street's type and suffix depart from those written; nothing when the street cannot be meant. */
-std::optional<Departures> Matcher::CompareType(const StreetEnding& ending, const Street& street,
+std::optional<Departures> Matcher::CompareType(const Place& place, const StreetEnding& ending, const Street& street,
                                                IndexRange sameName) const
 {
   Departures departures;
@@ -319,7 +395,8 @@ std::optional<Departures> Matcher::CompareType(const StreetEnding& ending, const
   }
   if (street.suffix == ending.suffix) return departures;
   if (!street.suffix.empty() && !ending.suffix.empty()) return std::nullopt;
-  if (street.suffix.empty() && HasSuffixed(street, sameName)) return std::nullopt;
+  const bool isOfStreet = !ending.isApart && !place.ownsDirection;
+  if (street.suffix.empty() && (!isOfStreet || HasSuffixed(street, sameName))) return std::nullopt;
   departures.Add(ending.suffix.empty() ? Departure::SuffixMissing : Departure::SuffixAdded);
   return departures;
 }
@@ -372,6 +449,7 @@ void Matcher::SearchRepaired(std::string_view text, Stage last, Detour detour)
     seen_ = {};
     if (input_.Read(repaired) == InputFault::None) {
       ForEachPlace(&Matcher::SearchStreets);
+      SearchOtherWordings();
       if (last == Stage::Alike) SearchLeniently();
     }
     if (decision_.HasCandidates()) return;

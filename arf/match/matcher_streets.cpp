@@ -172,7 +172,7 @@ void Matcher::SearchName(const Place& place, const StreetEnding& ending, std::si
     for (std::uint32_t i = streets.first; i < streets.first + streets.count; ++i) {
       const Street street = data_.StreetAt(i);
       if (stage_ == Stage::Alike) {
-        if (const auto type = CompareType(ending, street, streets))
+        if (const auto type = CompareType(place, ending, street, streets))
           SearchStreet(reading, *premises, i, departures + *type);
       } else if (street.type == ending.type && street.suffix == ending.suffix) {
         seen_.street = true;
@@ -254,7 +254,9 @@ void Matcher::SearchPremise(const Reading& reading, const Street& street, const 
 {
   if (departures.Sum() >= kPenaltyLimit || Exhausted()) return;
   const Premise& premise = reading.premise;
-  if (stage_ == Stage::Alike && !premise.HasNumber() && premise.lot.Empty()) return;
+  const bool isGuess = stage_ == Stage::Alike || departures.HasChange();
+  if (isGuess && !premise.HasNumber() && premise.lot.Empty())
+    return FailStreet(Fault::NumberMissing, reading, street.index, {});
   if (premise.IsEmpty() && street.points.count != 1) return FailStreet(Fault::NumberMissing, reading, street.index, {});
   const PointSearch search = SearchPoints(data_, input_, street, premise, rules_);
   visited_ += search.visited;

@@ -58,11 +58,17 @@ NameHits NameIndex::FindHash(std::uint32_t hash, const Written& written) const
 
 NameHits NameIndex::Find(const InputText& input, WordRange words) const
 {
-  if (slots_.size() < 2) return FindWithoutTable(input, words);
+  if (slots_.size() < 2) return FindWithoutTable(input.Text(words));
   const bool hasArticle = words.last - words.first > 1 && IsArticle(input[words.first].text);
   std::uint32_t hash = kHashStart;
   for (std::size_t i = words.first + hasArticle; i < words.last; ++i) hash = HashCanonical(hash, input[i].canonical);
   return FindHash(hash, [&] { return input.Text(words); });
+}
+
+NameHits NameIndex::Find(std::string_view key) const
+{
+  if (slots_.size() < 2) return FindWithoutTable(key);
+  return FindHash(CanonicalName(key).Hash(), [key] { return key; });
 }
 
 NameHits NameIndex::FindSpelledOut(const InputText& input, WordRange words, std::size_t end) const
@@ -84,10 +90,10 @@ NameHits NameIndex::FindSpelledOut(const InputText& input, WordRange words, std:
   return hits;
 }
 
-NameHits NameIndex::FindWithoutTable(const InputText& input, WordRange words) const
+NameHits NameIndex::FindWithoutTable(std::string_view written) const
 {
   NameHits hits;
-  if (const auto name = (database_.*dictionary_.find)(input.Text(words))) hits.Add({*name, NameFit::Exact});
+  if (const auto name = (database_.*dictionary_.find)(written)) hits.Add({*name, NameFit::Exact});
   return hits;
 }
 

@@ -73,6 +73,8 @@ class NameIndex
   NameIndex(const Database& database, const NameDictionary& dictionary);
 
   NameHits Find(const InputText& input, WordRange words) const;
+  /** @param key  upper case, single-spaced */
+  NameHits Find(std::string_view key) const;
   /** With one of the words before `end`, which is a street type's short form, written out: "The Pde", "High St Rd". */
   NameHits FindSpelledOut(const InputText& input, WordRange words, std::size_t end) const;
 
@@ -83,7 +85,7 @@ class NameIndex
  private:
   template <class Written>
   NameHits FindHash(std::uint32_t hash, const Written& written) const;
-  NameHits FindWithoutTable(const InputText& input, WordRange words) const;
+  NameHits FindWithoutTable(std::string_view written) const;
   void AddIfSame(NameHits& hits, std::string_view written, std::uint32_t name) const;
 
   const Database& database_;

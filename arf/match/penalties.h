@@ -63,7 +63,8 @@ enum class Departure : std::uint8_t
   LocalityTypoShort,
   LocalityTwoTypos,
   LocalitySound,
-  LocalityPart,     ///< "Darwin" for "DARWIN CITY"
+  LocalityPart,     ///< "Darwin" for "DARWIN CITY", "Sydney CBD" for "SYDNEY"
+  LocalityOrder,    ///< "East Kew" for "KEW EAST"
   LocalityMissing,  ///< nothing but the postcode says where
   Neighbour,        ///< the street is not in the locality written but in one beside it
   PostcodeDigit,    ///< one digit of the postcode is wrong, or two are swapped
@@ -135,6 +136,7 @@ inline constexpr std::array<DepartureRow, kDepartureCount> kDepartureRows = {{
     {Departure::LocalityTwoTypos, "locality_two_typos", 24},
     {Departure::LocalitySound, "locality_sounds_alike", 18},
     {Departure::LocalityPart, "locality_part", 16},
+    {Departure::LocalityOrder, "locality_word_order", 6},
     {Departure::LocalityMissing, "locality_missing", 30},
     {Departure::Neighbour, "neighbour", 14},
     {Departure::PostcodeDigit, "postcode_digit", 12},

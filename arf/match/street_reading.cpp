@@ -52,18 +52,21 @@ StreetEndings::StreetEndings(const InputText& input, WordRange range) : first_(r
   };
   const TableReadings suffixes(input, first_, end, kLongestSuffix, ExpandStreetSuffix);
   const TableReadings types = typesBefore(end);
+  const auto isApart = [&](const TableWords& suffix) { return input[suffix.start].before == Joint::Break; };
   for (const TableWords& suffix : suffixes) {
-    for (const TableWords& type : typesBefore(suffix.start)) Add(type.start, type.full, suffix.full);
+    for (const TableWords& type : typesBefore(suffix.start))
+      Add({type.start, type.full, suffix.full, isApart(suffix), false});
   }
-  for (const TableWords& type : types) Add(type.start, type.full, {});
-  for (const TableWords& suffix : suffixes) Add(suffix.start, {}, suffix.full);
-  Add(end, {}, {});
-  if (types.Empty() && suffixes.Empty() && !input[end - 1].hasDigit) Add(end - 1, input[end - 1].text, {}, true);
+  for (const TableWords& type : types) Add({type.start, type.full, {}, false, false});
+  for (const TableWords& suffix : suffixes) Add({suffix.start, {}, suffix.full, isApart(suffix), false});
+  Add({end, {}, {}, false, false});
+  const bool mayGuess = types.Empty() && suffixes.Empty() && !input[end - 1].hasDigit;
+  if (mayGuess) Add({end - 1, input[end - 1].text, {}, false, true});
 }
 
-void StreetEndings::Add(std::size_t nameEnd, std::string_view type, std::string_view suffix, bool isGuess)
+void StreetEndings::Add(const StreetEnding& ending)
 {
-  if (nameEnd > first_) endings_[count_++] = {nameEnd, type, suffix, isGuess};
+  if (ending.nameEnd > first_) endings_[count_++] = ending;
 }
 
 /** With what a unit or level without a number ends. */

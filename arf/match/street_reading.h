@@ -20,6 +20,7 @@ struct StreetEnding
   std::size_t nameEnd = 0;
   std::string_view type;    ///< full form
   std::string_view suffix;  ///< full form
+  bool isApart = false;     ///< a break stands before the suffix
   bool isGuess = false;     ///< the type is just the last word, for types that the data has and the tables have not
 };
 
@@ -35,7 +36,7 @@ class StreetEndings
   const StreetEnding* end() const { return endings_.data() + count_; }
 
  private:
-  void Add(std::size_t nameEnd, std::string_view type, std::string_view suffix, bool isGuess = false);
+  void Add(const StreetEnding& ending);
   std::size_t first_;
   std::array<StreetEnding, kMax> endings_;
   std::size_t count_ = 0;
