@@ -64,7 +64,8 @@ bool IsArticle(std::string_view word)
 
 bool AreInitials(std::string_view word, std::string_view neighbour)
 {
-  return word.size() == 1 && neighbour.size() == 1;
+  const auto isLetter = [](std::string_view text) { return text.size() == 1 && (text[0] < '0' || text[0] > '9'); };
+  return isLetter(word) && isLetter(neighbour);
 }
 
 CanonicalName::CanonicalName(std::string_view key)

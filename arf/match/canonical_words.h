@@ -26,7 +26,9 @@ std::span<const CanonicalRow> CanonicalRows();
 /** The canonical form of a word of a match key; the word itself when it has no other. */
 std::string_view CanonicalWord(std::string_view word);
 
-/** Whether a word next to another is one of several initials, which stand for themselves: the E of "J.E." is no EAST.
+/**
+ * Whether a word next to another is one of several initials, which stand for themselves: the E of "J.E." is no EAST,
+ * but that of "5 E" is.
  */
 bool AreInitials(std::string_view word, std::string_view neighbour);
 

@@ -127,7 +127,7 @@ Tails::Tails(const InputText& input)
     shortestFirst[count_++] = tail;
     const PlaceWords words = ReadPlaceBefore(input, 0, tail.localityEnd, tail.place);
     if (words.count == 0) break;
-    const bool endsInCountry = words.count > 1 && ReadCountry(input[tail.localityEnd - 1]).isCountry;
+    const bool endsInCountry = words.count > 1 && input[tail.localityEnd - 1].text.starts_with("AUST");
     if (endsInCountry && count_ + 1 < kMax && !IsPostcodeOf(words.place.state, tail.place.postcode.View()))
       shortestFirst[count_++] = {tail.localityEnd - 1, tail.place, true};
     tail.localityEnd -= words.count;

@@ -1,11 +1,8 @@
 #include "arf/match/locality_wordings.h"
 
-#include <algorithm>
-
 namespace arf {
 namespace {
 
-constexpr std::string_view kDirections[] = {"CENTRAL", "EAST", "LOWER", "NORTH", "SOUTH", "UPPER", "WEST"};
 constexpr std::string_view kMiddle = "CBD";
 constexpr std::string_view kCity = "CITY";
 constexpr std::string_view kPortOrPoint = "PT";
@@ -14,7 +11,26 @@ constexpr std::string_view kPortOrPoint = "PT";
 
 bool IsDirection(const Word& word)
 {
-  return std::find(std::begin(kDirections), std::end(kDirections), word.canonical) != std::end(kDirections);
+  const std::string_view text = word.canonical;
+  switch (text.size()) {
+    case 4:
+      return text == "EAST" || text == "WEST";
+    case 5:
+      return text == "NORTH" || text == "SOUTH" || text == "UPPER" || text == "LOWER";
+    case 7:
+      return text == "CENTRAL";
+    default:
+      return false;
+  }
+}
+
+bool HasWordings(const InputText& input)
+{
+  for (std::size_t i = 0; i < input.Count(); ++i) {
+    const Word& word = input[i];
+    if (word.text == kMiddle || word.text == kCity || word.text == kPortOrPoint || IsDirection(word)) return true;
+  }
+  return false;
 }
 
 LocalityWordings::LocalityWordings(const InputText& input, WordRange words)

@@ -43,6 +43,9 @@ class LocalityWordings
 /** Whether a word says where in a place something is, so that it may stand on either side of the place's name. */
 bool IsDirection(const Word& word);
 
+/** Whether some words of a text have other wordings at all. */
+bool HasWordings(const InputText& input);
+
 }  // namespace arf
 
 #endif

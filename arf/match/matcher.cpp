@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <tuple>
 
+#include "arf/match/locality_wordings.h"
 #include "arf/tables/street_types.h"
 
 namespace arf {
@@ -48,13 +49,15 @@ LookupAnswer Matcher::Lookup(std::string_view text, Rules rules)
     return Answer();
   }
   Search();
-  if (!Strict()) SearchOtherWordings();
+  mayBeWorded_ = !Strict() && !decision_.IsAsWritten() && HasWordings(input_);
+  SearchOtherWordings();
   if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text, Stage::AsWritten);
   if (!Strict() && !decision_.HasCandidates()) SearchLocalityFirst(text);
   if (!Strict()) SearchLeniently();
   SearchBuildings();
   SearchCorners();
   if (!Strict() && !decision_.HasCandidates()) SearchRepaired(text, Stage::Alike);
+  if (!Strict() && !decision_.HasCandidates()) SearchLongerNames();
   if (!Strict() && !decision_.HasCandidates()) SearchWithoutCity();
   if (!Strict() && !decision_.HasCandidates()) SearchMisread(text);
   return Answer();
@@ -69,8 +72,35 @@ LookupAnswer Matcher::Answer()
     const bool isPrimary = best.departures.Has(Departure::UnknownUnit);
     return {Verdict::Found, best.ordinals[0], best.departures.HasChange(), isPrimary, best.departures};
   }
-  if (decision_.HasCandidates()) decision_.Close();
+  if (decision_.HasCandidates())
+    decision_.Close();
+  else
+    BlameLargest();
   return {VerdictOf(decision_.Deepest().fault), 0, false, false, {}};
+}
+
+/** Of namesakes that all lack the street the one with the most addresses is the likeliest to be meant. */
+void Matcher::BlameLargest()
+{
+  Failure failure = decision_.Deepest();
+  const Reading reading = decision_.Chosen();
+  if (failure.fault != Fault::StreetUnknown && failure.fault != Fault::StreetMissing) return;
+  const auto addresses = [&](std::uint32_t locality) {
+    const IndexRange streets = data_.LocalityStreets(locality);
+    if (streets.count == 0) return 0U;
+    const IndexRange last = data_.StreetAt(streets.first + streets.count - 1).points;
+    return last.first + last.count - data_.StreetAt(streets.first).points.first;
+  };
+  std::uint32_t most = addresses(failure.locality);
+  for (const NameHit& hit : engine_.LocalityNames().Find(input_, reading.locality)) {
+    if (hit.name != data_.LocalityNameIndex(failure.locality)) continue;
+    for (const std::uint32_t other : data_.LocalitiesNamed(hit.name)) {
+      if (!reading.place.Fits(data_.LocalityAt(other)) || addresses(other) <= most) continue;
+      most = addresses(other);
+      failure.locality = other;
+    }
+  }
+  decision_.Fail(failure, reading);
 }
 
 /** Registers have some addresses more than once, with nothing but the identifier to tell them apart. */

@@ -165,7 +165,9 @@ class Matcher
   void SearchLeniently();
   void SearchRepaired(std::string_view text, Stage last);
   void SearchRepaired(std::string_view text, Stage last, Detour detour);
+  void SearchLongerNames();
   void SearchWithoutCity();
+  void SearchBeforeCity(const Tail& tail, Stage last);
   void SearchLocalityFirst(std::string_view text);
   void SearchMisread(std::string_view text);
   void SearchMeant(std::string_view meant, const Departures& departures, Stage last);
@@ -176,6 +178,7 @@ class Matcher
   void TryOtherWordings(const WrittenPlace& written, Place& place);
   void TryKnownName(const WrittenPlace& written, Place& place, const NameHit& hit);
   void TryLikeNames(const WrittenPlace& written, Place& place);
+  void TryLikeNamesAnywhere(const WrittenPlace& written, Place& place, const WrittenName& name);
   void TryLikeName(const WrittenPlace& written, Place& place, const WrittenName& name, std::uint32_t stored);
   void TryNamesThatContain(const WrittenPlace& written, Place& place);
   IndexRange LocalityNamesFrom(std::string_view text) const;
@@ -205,6 +208,7 @@ class Matcher
 
   void DescribeBody(WordRange body, Reading& reading) const;
   void FailWithoutPlace(const Tail& tail);
+  void BlameLargest();
   void FailPlace(Fault fault, const Place& place, WordRange written);
   void FailStreet(Fault fault, const Reading& reading, std::uint32_t street, std::string_view written);
   void FailAlias(const Reading& reading, std::uint32_t street, std::uint32_t alias);
@@ -223,7 +227,8 @@ class Matcher
   Stage stage_ = Stage::AsWritten;
   Departures repaired_;  ///< what was done to the text as a whole
   Trailing trailing_;
-  bool quiet_ = false;  ///< faults are those of the text as it was written
+  bool mayBeWorded_ = false;  ///< some words have other wordings
+  bool quiet_ = false;        ///< faults are those of the text as it was written
   std::uint32_t visited_ = 0;
   std::uint32_t compared_ = 0;
   Seen seen_;

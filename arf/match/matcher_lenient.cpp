@@ -9,6 +9,8 @@
 #include "arf/match/matcher.h"
 #include "arf/match/misread.h"
 #include "arf/match/occupancy_words.h"
+#include "arf/tables/cities.h"
+#include "arf/tables/street_types.h"
 
 namespace arf {
 namespace {
@@ -76,7 +78,7 @@ bool GuessesLocality(const Departures& departures)
 /** "East Kew" for "KEW EAST": names whose words were said otherwise, with streets and numbers as written. */
 void Matcher::SearchOtherWordings()
 {
-  if (decision_.HasCandidates() || seen_.street || Exhausted()) return;
+  if (!mayBeWorded_ || decision_.HasCandidates() || seen_.street || Exhausted()) return;
   for (const Tail& tail : Tails(input_)) {
     const std::size_t end = tail.localityEnd;
     for (std::size_t start = end > kLongestWorded ? end - kLongestWorded : 0; start + 1 < end; ++start)
@@ -139,7 +141,7 @@ void Matcher::ReadLocalityLeniently(const Tail& tail, std::size_t start)
   place.reading.locality = {start, tail.localityEnd};
   place.body = {0, start};
   if (input_.HasDigit(place.reading.locality) || input_.HasInnerBreak(place.reading.locality)) return;
-  place.ownsDirection = EndsName(tail, start);
+  place.ownsDirection = mayBeWorded_ && EndsName(tail, start);
   TryNames(tail.place, place);
   const PlaceWords before = ReadPlaceBefore(input_, 0, start, tail.place);
   if (before.count == 0 || before.isCountry) return;
@@ -162,7 +164,7 @@ void Matcher::TryNames(const WrittenPlace& written, Place& place)
   const NameHits hits = engine_.LocalityNames().Find(input_, place.reading.locality);
   for (const NameHit& hit : hits) TryKnownName(written, place, hit);
   place.isNamed = !hits.Empty();
-  if (!IsLocality(written, hits)) TryOtherWordings(written, place);
+  if (mayBeWorded_ && !IsLocality(written, hits)) TryOtherWordings(written, place);
   if (seen_.street) return;  // nothing is wrong with the names
   TryLikeNames(written, place);
   TryNamesThatContain(written, place);
@@ -240,7 +242,11 @@ void Matcher::TryLikeNames(const WrittenPlace& written, Place& place)
     }
     if (decision_.HasCandidates()) return;
   }
-  if (seen_.locality) return;  // the name written is one already
+  if (!seen_.locality) TryLikeNamesAnywhere(written, place, name);  // otherwise the name written is one already
+}
+
+void Matcher::TryLikeNamesAnywhere(const WrittenPlace& written, Place& place, const WrittenName& name)
+{
   const NamesByLength& names = engine_.LocalitiesByLength();
   compared_ += names.Count();
   if (compared_ > kMaxCompared) return;
@@ -461,21 +467,51 @@ void Matcher::SearchRepaired(std::string_view text, Stage last, Detour detour)
   repaired_ = {};
 }
 
+/** "Souht Kew VIC", where KEW is a locality of the state too: the name may be a longer one with a typing error. */
+void Matcher::SearchLongerNames()
+{
+  const Tail tail = *Tails(input_).begin();
+  if (!seen_.locality || seen_.street || tail.place.state.empty() || Exhausted()) return;
+  const std::size_t end = tail.localityEnd;
+  stage_ = Stage::Alike;
+  for (std::size_t start = end > kLongestLikeName ? end - kLongestLikeName : 1; start + 1 < end; ++start) {
+    Place place;
+    place.reading.locality = {start, end};
+    place.reading.place = tail.place;
+    place.body = {0, start};
+    const bool isStreet = !ExpandStreetType(input_[start].text).empty();
+    if (isStreet || input_.HasDigit(place.reading.locality) || input_.HasInnerBreak(place.reading.locality)) continue;
+    const WrittenName name(input_.Text(place.reading.locality));
+    if (name.IsComparable()) TryLikeNamesAnywhere(tail.place, place, name);
+  }
+  stage_ = Stage::AsWritten;
+}
+
 /** "12 Smith St, Richmond, Melbourne VIC": a city behind the locality. State or postcode must confirm the locality. */
 void Matcher::SearchWithoutCity()
 {
-  Tail tail = *Tails(input_).begin();
-  const WordRange city = input_.LastPart(tail.localityEnd);
-  const std::size_t end = tail.localityEnd = city.first;
-  if (tail.place.Empty() || end == 0 || city.Empty() || input_.HasDigit(city)) return;
-  const Seen seen = seen_;
+  const Tail tail = *Tails(input_).begin();
+  const std::size_t end = tail.localityEnd;
+  const WordRange city = input_.LastPart(end);
+  if (tail.place.Empty() || city.Empty()) return;
+  if (!input_.HasDigit(city)) SearchBeforeCity({city.first, tail.place}, Stage::Alike);
+  for (std::size_t start = end > kLongestLikeName ? end - kLongestLikeName : 1; start < end; ++start)
+    if (!decision_.HasCandidates() && IsCity(input_.Text(start, end), tail.place.state))
+      SearchBeforeCity({start, tail.place}, Stage::AsWritten);
+}
+
+/** @param last  Stage::AsWritten leaves typing errors as they are */
+void Matcher::SearchBeforeCity(const Tail& tail, Stage last)
+{
+  const std::size_t end = tail.localityEnd;
   const std::size_t first = end > kLongestLikeName ? end - kLongestLikeName : 0;
+  const Seen seen = seen_;
   quiet_ = true;
   repaired_ = Departure::SurplusPlace;
   seen_ = {};
   for (std::size_t start = first; start < end; ++start) ReadLocality(tail, start, &Matcher::SearchStreets);
-  stage_ = Stage::Alike;
-  if (seen_.locality && !decision_.HasCandidates())
+  stage_ = last;
+  if (last == Stage::Alike && seen_.locality && !decision_.HasCandidates())
     for (std::size_t start = first; start < end; ++start) ReadLocalityLeniently(tail, start);
   stage_ = Stage::AsWritten;
   seen_ = seen;

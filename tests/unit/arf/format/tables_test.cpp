@@ -7,6 +7,7 @@
 #include <string>
 
 #include "arf/format/fold.h"
+#include "arf/tables/cities.h"
 #include "arf/tables/level_types.h"
 #include "arf/tables/postal_types.h"
 #include "arf/tables/states.h"
@@ -190,6 +191,15 @@ TEST(Tables, KnowTheStates)
   }
   EXPECT_EQ(arf::StateCode("N S W"), "NSW");
   EXPECT_EQ(arf::StateCode("NEW ZEALAND"), "");
+}
+
+TEST(Tables, KnowTheCities)
+{
+  EXPECT_TRUE(arf::IsCity("GOLD COAST", "QLD"));
+  EXPECT_TRUE(arf::IsCity("PERTH", ""));
+  EXPECT_FALSE(arf::IsCity("PERTH", "TAS"));
+  EXPECT_FALSE(arf::IsCity("COAST", "QLD"));
+  EXPECT_FALSE(arf::IsCity("", ""));
 }
 
 }  // namespace

@@ -92,6 +92,11 @@ class OtherWordings : public testing::Test
                 "50000050,1,KING,STREET,,BELLING,NSW,2985\n"
                 "50000051,1,KING,STREET,,TARROW CITY,QLD,4986\n"
                 "50000052,1,KING,STREET,,CITY,ACT,2699\n"
+                "50000053,2,KING,STREET,,SOUTH BELLING,NSW,2986\n"
+                "50000054,3,KING,STREET,,THE CREST,NSW,2987\n"
+                "50000055,3,KING,STREET,,PERTH,WA,6999\n"
+                "50000056,4,NORTH BAY,ROAD,,BELLING,NSW,2985\n"
+                "50000057,4,BAY,ROAD,,BELLING,TAS,7999\n"
                 "50000060,1,DAM,ROAD,,LINDEN WEST,QLD,4987\n"
                 "50000061,2,DAM,ROAD,,LINDEN,WA,6987\n");
     engine_ = arf_test::OpenEngine(arf_test::BuildDatabaseFrom(*dir_, dir_->Path("places.csv"))).release();
@@ -245,7 +250,7 @@ TEST_F(OtherWordings, PortsAndTheMiddleOfTowns)
       {"1 Quay St, Pt Tanner SA 5981", "1 QUAY STREET, PORT TANNER SA 5981 (locality_variant=1)"},
       {"1 Quay St Pt Tanner", "1 QUAY STREET, PORT TANNER SA 5981 (locality_variant=1)"},
       {"1 Quay St, Pt Merrow SA", "1 QUAY STREET, POINT MERROW SA 5982 (locality_variant=1)"},
-      {"1 King St Belling CBD", "1 KING STREET, BELLING NSW 2985 (locality_part=16)"},
+      {"1 King St Belling CBD NSW", "1 KING STREET, BELLING NSW 2985 (locality_part=16)"},
       {"1 King St, Belling City NSW 2985", "1 KING STREET, BELLING NSW 2985 (locality_part=16)"},
       {"1 King St, Tarrow CBD", "1 KING STREET, TARROW CITY QLD 4986 (locality_part=16)"},
       {"1 King St, City QLD 4986", "1 KING STREET, TARROW CITY QLD 4986 (locality_part=16)"},
@@ -254,6 +259,59 @@ TEST_F(OtherWordings, PortsAndTheMiddleOfTowns)
       {"1 King St, Belling CBD VIC", "locality"},
   };
   for (const Row& row : rows) EXPECT_EQ(Answer(row.written), row.answer) << row.written;
+}
+
+/** The last word is a locality of the state, and the words before it belong to a longer name. */
+TEST_F(OtherWordings, LongerNamesWithATypingError)
+{
+  const Row rows[] = {
+      {"2 King St, Souht Belling NSW", "2 KING STREET, SOUTH BELLING NSW 2986 (locality_typo=12)"},
+      {"2 King St Suth Belling NSW", "2 KING STREET, SOUTH BELLING NSW 2986 (locality_typo=12)"},
+      {"2 King St Souht Belling", "street"},
+      {"2 King St, Souht Belling TAS", "street"},
+      {"9 King St, Souht Belling NSW", "street"},
+      {"2 King St, Shout Beling NSW", "locality"},
+  };
+  for (const Row& row : rows) EXPECT_EQ(Answer(row.written), row.answer) << row.written;
+}
+
+TEST_F(OtherWordings, CityBehindTheLocality)
+{
+  const Row rows[] = {
+      {"1 King St Belling Sydney NSW", "1 KING STREET, BELLING NSW 2985 (surplus_place=12)"},
+      {"1 King St Belling Sydney 2985", "1 KING STREET, BELLING NSW 2985 (surplus_place=12)"},
+      {"3 King St The Crest Wagga Wagga NSW 2987", "3 KING STREET, THE CREST NSW 2987 (surplus_place=12)"},
+      {"1 King St, Belling Central Coast NSW", "1 KING STREET, BELLING NSW 2985 (surplus_place=12)"},
+      {"3 King St Perth WA", "3 KING STREET, PERTH WA 6999 ()"},
+      // nothing confirms the locality, or the city is of another state, or none
+      {"1 King St Belling Sydney", "locality"},
+      {"1 King St Belling Perth NSW", "locality"},
+      {"1 King St Belling Sydney 2986", "locality"},
+      {"1 King St Belling Kelburn NSW", "locality"},
+      // street and number must be as written
+      {"1 Kinng St Belling Sydney NSW", "locality"},
+      {"7 King St Belling Sydney NSW", "locality"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(Answer(row.written), row.answer) << row.written;
+    EXPECT_EQ(Answer(row.written, Rules::Strict).find("surplus"), std::string::npos) << row.written;
+  }
+}
+
+/** Of places of one name that all lack the street the largest is named. */
+TEST_F(OtherWordings, FailuresNameTheLargestNamesake)
+{
+  EXPECT_EQ(Answer("1 Foo St Belling"), "street");
+  EXPECT_EQ(Description(), "\"FOO ST\" was not found in BELLING NSW 2985.");
+  Answer("1 Foo St Belling TAS");
+  EXPECT_EQ(Description(), "\"FOO ST\" was not found in BELLING TAS 7999.");
+  Answer("Belling");
+  EXPECT_EQ(Description(), "No street was written for BELLING NSW 2985.");
+}
+
+TEST_F(OtherWordings, ALetterBehindADigitIsNoInitial)
+{
+  EXPECT_EQ(Answer("4 N Bay Rd Belling"), "4 NORTH BAY ROAD, BELLING NSW 2985 (street_variant=1)");
 }
 
 TEST_F(OtherWordings, StateOrCountryBehindADirection)
@@ -280,7 +338,8 @@ TEST_F(OtherWordings, LastLines)
       {"East Kelburn NSW", "locality"},
       {"Pt Tanner", "PORT TANNER SA 5981"},
       {"Pt Merrow", "POINT MERROW SA 5982"},
-      {"Belling CBD", "BELLING NSW 2985 changed"},
+      {"Belling CBD", "several"},
+      {"Belling CBD NSW", "BELLING NSW 2985 changed"},
       {"Tarrow CBD QLD", "TARROW CITY QLD 4986 changed"},
       {"Hawthree VIC", "HAWTREE VIC 3985 changed"},
       {"Hawthree", "HAWTHREE QLD 4985"},
