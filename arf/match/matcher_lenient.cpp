@@ -79,12 +79,14 @@ bool GuessesLocality(const Departures& departures)
 void Matcher::SearchOtherWordings()
 {
   if (!mayBeWorded_ || decision_.HasCandidates() || seen_.street || Exhausted()) return;
+  const bool seenLocality = seen_.locality;
   for (const Tail& tail : Tails(input_)) {
     const std::size_t end = tail.localityEnd;
     for (std::size_t start = end > kLongestWorded ? end - kLongestWorded : 0; start + 1 < end; ++start)
       ReadOtherWordings(tail, {start, end});
     if (decision_.HasCandidates()) return;
   }
+  seen_.locality = seenLocality;  // the words may be the end of a name with a typing error
 }
 
 void Matcher::ReadOtherWordings(const Tail& tail, WordRange words)
@@ -163,7 +165,7 @@ void Matcher::TryNames(const WrittenPlace& written, Place& place)
   place.reading.place = written;
   const NameHits hits = engine_.LocalityNames().Find(input_, place.reading.locality);
   for (const NameHit& hit : hits) TryKnownName(written, place, hit);
-  place.isNamed = !hits.Empty();
+  place.isNamed = !hits.Empty();  // or has such a wording
   if (mayBeWorded_ && !IsLocality(written, hits)) TryOtherWordings(written, place);
   if (seen_.street) return;  // nothing is wrong with the names
   TryLikeNames(written, place);
@@ -176,7 +178,10 @@ void Matcher::TryOtherWordings(const WrittenPlace& written, Place& place)
   for (const LocalityWording& wording : LocalityWordings(input_, place.reading.locality)) {
     place.departures = before + wording.departure;
     for (const NameHit& hit : engine_.LocalityNames().Find(wording.name.View()))
-      if (hit.fit != NameFit::Article) TryKnownName(written, place, hit);
+      if (hit.fit != NameFit::Article) {
+        place.isNamed = true;
+        TryKnownName(written, place, hit);
+      }
   }
   place.departures = before;
 }

@@ -76,6 +76,7 @@ class OtherWordings : public testing::Test
                 "50000005,6,REED,STREET,EAST,KELBURN,VIC,3990\n"
                 "50000006,6,REED,STREET,,KELBURN EAST,VIC,3991\n"
                 "50000010,3,OAK,ROAD,,WEST HARLOW,NSW,2981\n"
+                "50000015,5,OAK,ROAD,,GLEN HARLOW WEST,NSW,2988\n"
                 "50000011,4,ASH,LANE,,UPPER MOUNT TARN,QLD,4981\n"
                 "50000012,6,ELM,COURT,,NORTH DURRA,NSW,2982\n"
                 "50000013,6,ELM,COURT,,DURRA NORTH,NSW,2989\n"
@@ -184,6 +185,9 @@ TEST_F(OtherWordings, DirectionOnTheOtherSide)
       {"4 Ash Lane Mt Tarn Upper", "4 ASH LANE, UPPER MOUNT TARN QLD 4981 (locality_variant=1;locality_word_order=6)"},
       {"7 Fern St, East Kelburn VIC ph 0412 345 678",
        "7 FERN STREET, KELBURN EAST VIC 3991 (locality_word_order=6;noise=4)"},
+      // the last words say another place, and are the end of a name with a typing error
+      {"5 Oak Rd, Glen Harlow Wesst NSW", "5 OAK ROAD, GLEN HARLOW WEST NSW 2988 (locality_typo=12)"},
+      {"5 Oak Rd Glenn Harlow West", "5 OAK ROAD, GLEN HARLOW WEST NSW 2988 (locality_typo=12)"},
       // the one written wins
       {"6 Elm Ct North Durra", "6 ELM COURT, NORTH DURRA NSW 2982 ()"},
       {"6 Elm Ct Durra North", "6 ELM COURT, DURRA NORTH NSW 2989 ()"},
