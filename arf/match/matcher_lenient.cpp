@@ -58,6 +58,18 @@ constexpr LikenessCosts kLocalityLikeness = {Departure::LocalityTypo, Departure:
 constexpr LikenessCosts kStreetLikeness = {Departure::StreetTypo, Departure::StreetTypoShort, Departure::StreetTwoTypos,
                                            Departure::StreetSound};
 
+bool IsStreetType(const Word& word)
+{
+  return !ExpandStreetType(word.text).empty();
+}
+
+/** Whether words stand behind a street or a break and may be a name, of which the last word is a name too. */
+bool MayStartLongerName(const InputText& input, WordRange words)
+{
+  const bool isBehindStreet = input[words.first].before == Joint::Break || IsStreetType(input[words.first - 1]);
+  return isBehindStreet && !IsStreetType(input[words.first]) && !input.HasDigit(words) && !input.HasInnerBreak(words);
+}
+
 std::optional<Departure> DepartureOf(Likeness likeness, const LikenessCosts& costs)
 {
   if (likeness == Likeness::None) return std::nullopt;
@@ -475,8 +487,9 @@ void Matcher::SearchRepaired(std::string_view text, Stage last, Detour detour)
 /** "Souht Kew VIC", where KEW is a locality of the state too: the name may be a longer one with a typing error. */
 void Matcher::SearchLongerNames()
 {
+  if (!seen_.locality || seen_.street || Exhausted()) return;
   const Tail tail = *Tails(input_).begin();
-  if (!seen_.locality || seen_.street || tail.place.state.empty() || Exhausted()) return;
+  if (tail.place.state.empty()) return;
   const std::size_t end = tail.localityEnd;
   stage_ = Stage::Alike;
   for (std::size_t start = end > kLongestLikeName ? end - kLongestLikeName : 1; start + 1 < end; ++start) {
@@ -484,8 +497,8 @@ void Matcher::SearchLongerNames()
     place.reading.locality = {start, end};
     place.reading.place = tail.place;
     place.body = {0, start};
-    const bool isStreet = !ExpandStreetType(input_[start].text).empty();
-    if (isStreet || input_.HasDigit(place.reading.locality) || input_.HasInnerBreak(place.reading.locality)) continue;
+    if (!MayStartLongerName(input_, place.reading.locality)) continue;
+    if (!engine_.LocalityNames().Find(input_, place.reading.locality).Empty()) return;
     const WrittenName name(input_.Text(place.reading.locality));
     if (name.IsComparable()) TryLikeNamesAnywhere(tail.place, place, name);
   }
@@ -500,9 +513,10 @@ void Matcher::SearchWithoutCity()
   const WordRange city = input_.LastPart(end);
   if (tail.place.Empty() || city.Empty()) return;
   if (!input_.HasDigit(city)) SearchBeforeCity({city.first, tail.place}, Stage::Alike);
-  for (std::size_t start = end > kLongestLikeName ? end - kLongestLikeName : 1; start < end; ++start)
-    if (!decision_.HasCandidates() && IsCity(input_.Text(start, end), tail.place.state))
-      SearchBeforeCity({start, tail.place}, Stage::AsWritten);
+  const std::string_view known = CityAtEnd(input_.Text(0, end), tail.place.state);
+  if (known.empty() || decision_.HasCandidates()) return;
+  const auto words = static_cast<std::size_t>(std::count(known.begin(), known.end(), ' ')) + 1;
+  SearchBeforeCity({end - words, tail.place}, Stage::AsWritten);
 }
 
 /** @param last  Stage::AsWritten leaves typing errors as they are */

@@ -1,8 +1,5 @@
 #include "arf/tables/cities.h"
 
-#include <algorithm>
-#include <iterator>
-
 namespace arf {
 namespace {
 
@@ -24,10 +21,16 @@ constexpr City kCities[] = {
 
 }  // namespace
 
-bool IsCity(std::string_view upper, std::string_view state)
+std::string_view CityAtEnd(std::string_view upper, std::string_view state)
 {
-  return std::any_of(std::begin(kCities), std::end(kCities),
-                     [&](const City& city) { return city.name == upper && (state.empty() || city.state == state); });
+  if (upper.empty()) return {};
+  for (const City& city : kCities) {
+    if (upper.back() != city.name.back() || !upper.ends_with(city.name)) continue;
+    if (!state.empty() && city.state != state) continue;
+    const std::size_t before = upper.size() - city.name.size();
+    if (before == 0 || upper[before - 1] == ' ') return city.name;
+  }
+  return {};
 }
 
 }  // namespace arf

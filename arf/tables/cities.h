@@ -10,12 +10,12 @@
 namespace arf {
 
 /**
- * Whether a name is that of a city in a state.
+ * The city whose name some words end with, empty when there is none.
  *
  * @param upper  upper case, single-spaced, without punctuation
- * @param state  "NSW"; empty for any
+ * @param state  "NSW", the state of the city; empty for any
  */
-bool IsCity(std::string_view upper, std::string_view state);
+std::string_view CityAtEnd(std::string_view upper, std::string_view state);
 
 }  // namespace arf
 

@@ -195,11 +195,12 @@ TEST(Tables, KnowTheStates)
 
 TEST(Tables, KnowTheCities)
 {
-  EXPECT_TRUE(arf::IsCity("GOLD COAST", "QLD"));
-  EXPECT_TRUE(arf::IsCity("PERTH", ""));
-  EXPECT_FALSE(arf::IsCity("PERTH", "TAS"));
-  EXPECT_FALSE(arf::IsCity("COAST", "QLD"));
-  EXPECT_FALSE(arf::IsCity("", ""));
+  EXPECT_EQ(arf::CityAtEnd("ROBINA GOLD COAST", "QLD"), "GOLD COAST");
+  EXPECT_EQ(arf::CityAtEnd("GOLD COAST", ""), "GOLD COAST");
+  EXPECT_EQ(arf::CityAtEnd("PERTH", "TAS"), "");
+  EXPECT_EQ(arf::CityAtEnd("NEWPERTH", "WA"), "");
+  EXPECT_EQ(arf::CityAtEnd("PERTH ROAD", "WA"), "");
+  EXPECT_EQ(arf::CityAtEnd("", ""), "");
 }
 
 }  // namespace
