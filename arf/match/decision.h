@@ -33,8 +33,8 @@ enum class Fault : std::uint8_t
   NothingRecognised,
   LocalityUnknown,      ///< no name of a locality was found where one should stand
   PlaceContradicts,     ///< state or postcode are not those of the locality
-  StreetMissing,        ///< nothing is left that could be a street
   StreetUnknown,        ///< no street of that name in the locality
+  StreetMissing,        ///< nothing is left that could be a street: all of it names the locality
   StreetTypeDiffers,    ///< the name is there, with another type or suffix
   NumberMissing,        ///< no number was written, and the street alone does not decide
   NumberUnknown,        ///< no such number in the street

@@ -126,7 +126,7 @@ void Matcher::Search()
 /** Looks at every address of the localities, therefore last. */
 void Matcher::SearchBuildings()
 {
-  if (decision_.HasCandidates() || !seen_.locality || decision_.Deepest().fault > Fault::StreetUnknown) return;
+  if (decision_.HasCandidates() || !seen_.locality || decision_.Deepest().fault > Fault::StreetMissing) return;
   ForEachPlace(&Matcher::SearchBuilding);
 }
 

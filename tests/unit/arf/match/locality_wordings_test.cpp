@@ -302,6 +302,20 @@ TEST_F(OtherWordings, CityBehindTheLocality)
   }
 }
 
+TEST_F(OtherWordings, NothingButALocality)
+{
+  const Row rows[] = {
+      {"South Belling", "No street was written for SOUTH BELLING NSW 2986."},
+      {"East Kelburn", "No street was written for KELBURN EAST VIC 3991."},
+      {"East Kelburn VIC 3991", "No street was written for KELBURN EAST VIC 3991."},
+      {"West Kelburn", "\"WEST\" was not found in KELBURN VIC 3990."},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(Answer(row.written), "street") << row.written;
+    EXPECT_EQ(Description(), row.answer) << row.written;
+  }
+}
+
 /** Of places of one name that all lack the street the largest is named. */
 TEST_F(OtherWordings, FailuresNameTheLargestNamesake)
 {
