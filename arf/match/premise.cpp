@@ -348,8 +348,9 @@ class PremiseParser
   }
 
   /** Whether the number is that of a box or bag before a street: "PO Box 12 Smith St" is no house. */
-  bool IsPostalNumber(std::size_t number) const
+  bool IsPostalNumber(std::size_t number)
   {
+    if (Designator(number).count > 0) return false;  // "LB" is a lobby too
     const std::size_t type = PostalTypeBefore(input_, first_, number);
     if (type == number) return false;
     const bool isBox = number - type == 1 && input_[type].text == "BOX";  // may end a name, "Juke Box"
