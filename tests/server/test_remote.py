@@ -76,6 +76,32 @@ class RemoteTest(Case):
         self.assertEqual(status, 2, out)
         self.assertIn("DOES NOT ANSWER", out)
 
+    def test_what_a_server_cannot_do_is_said(self):
+        remote = self.remote_environment(self.start_sample())
+        for command in (["search", "parliament", "sydney"], ["concord", "Postcode", "Locality"]):
+            with self.subTest(command=command):
+                status, out, err = self.run_paf(command, remote)
+                self.assertEqual((status, out), (2, ""))
+                self.assertIn(f"a socket server cannot answer paf {command[0]}", err)
+
+    def test_texts_are_not_cut(self):
+        server = self.start_sample()
+        local, remote = self.environment("local.conf", self.local_lines), self.remote_environment(server)
+        address = "6 macquarie st sydney"
+        fits = address + " " * (230 - len(address))
+        self.assertEqual(self.run_paf(["lookup", fits], remote), self.run_paf(["lookup", fits], local))
+        for command in ("lookup", "validate", "fix", "format", "hint"):
+            with self.subTest(command=command):
+                status, out, err = self.run_paf([command, " " * 240 + address], remote)
+                self.assertEqual(status, 2)
+                self.assertIn("bytes too long for a socket server", out + err)
+        rows = pathlib.Path(self.directory, "in.csv")
+        rows.write_text(f"address\n{address}\n{'x' * 300}\n{address}\n", encoding="utf-8")
+        status, _, err = self.run_paf(["batch", "in.csv", "out.csv", "-t", "1"], remote)
+        self.assertEqual((status, err), (1, ""))
+        results = [line.split(",")[3] for line in pathlib.Path(self.directory, "out.csv").read_text().splitlines()]
+        self.assertEqual(results, ["paf_result", "matched", "refused", "matched"])
+
     def converse(self, server):
         conversation = subprocess.Popen([PAF, "lookup"], cwd=self.directory, env=self.remote_environment(server),
                                         stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True, bufsize=1)

@@ -123,6 +123,15 @@ std::string OpenAdvice(const std::string& database, int status)
   return StatusAdvice(database, status);
 }
 
+void RefuseInRemoteMode(const std::string& command)
+{
+  if (IsRemoteConfigured()) {
+    throw Failure("a socket server cannot answer paf " + command +
+                  ", and the configuration names one. Ask where the database is, with a\nconfiguration without "
+                  "PindleSvr/TcpHost= and PindleSvr/TcpPort=.");
+  }
+}
+
 void OpenOrExplain(Session& session, const std::string& database)
 {
   const Reply reply = session.Open(database);

@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "exit_code.h"
+#include "qxpaf/arf_au.h"
 #include "qxpaf/paf.h"
 #include "record.h"
 
@@ -16,7 +17,8 @@ constexpr std::string_view kAddedBehind = "paf_description";
 /** The status can only be an answer about this one row; anything else would fail for all that follow. */
 bool IsAboutTheRow(int status)
 {
-  return status == 0 || IsAboutTheQuestion(status) || status == PAF_ERR_BUFFER_TOO_SMALL;
+  return status == 0 || IsAboutTheQuestion(status) || status == PAF_ERR_BUFFER_TOO_SMALL ||
+         status == PAF_ERR_SERVER_INPUT_TOO_LONG;
 }
 
 /** Asks again once: a connection to a server that broke is mended by the next call. */
@@ -75,7 +77,8 @@ void BatchLayout::AppendBroken(const BatchRow& row, std::string& out) const
 Outcome BatchLayout::AppendLookedUp(Session& session, const BatchRow& row, std::string& out) const
 {
   Reply reply = AskTwice([&] { return session.Lookup(row.address, strict); });
-  const int findStatus = session.FindStatus();
+  const bool isAsked = reply.status != PAF_ERR_SERVER_INPUT_TOO_LONG;
+  const int findStatus = isAsked ? session.FindStatus() : int{PAF_AU_FIND_NOT_SEARCHED};
   std::string dpid;
   if (reply.status == 0) {
     dpid = reply.text;

@@ -64,6 +64,7 @@ unsigned long PrintAll(Session& session, const ConcordOptions& options)
 
 int Run(const ConcordOptions& options)
 {
+  RefuseInRemoteMode("concord");
   Session session;
   OpenOrExplain(session, options.query.database);
   const Reply begun = session.BeginConcordance(options.from, options.code, options.to, options.minimum);

@@ -21,6 +21,7 @@ struct SearchOptions
 
 int Run(const SearchOptions& options)
 {
+  RefuseInRemoteMode("search");
   Session session;
   OpenOrExplain(session, options.query.database);
   ApplyFilters(session, options.filters);

@@ -7,13 +7,16 @@
 #include <system_error>
 #include <vector>
 
+#include "configuration.h"
 #include "qxpaf/arf_au.h"
 #include "qxpaf/paf.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kResultSize = 2048;  // the longest answer of any call used here, terminator included
+constexpr std::size_t kResultSize = 2048;     // the longest answer of any call used here, terminator included
+constexpr std::size_t kLongestRequest = 255;  // to a socket server, in bytes
+constexpr std::size_t kServerIdDigits = 4;
 
 std::string Description(int status)
 {
@@ -89,12 +92,32 @@ Reply Session::Open(const std::string& database)
   const int status = pafOpenArfId(&id, 0, LibraryName(database).c_str());
   if (status == 0) {
     id_ = id;
+    isRemote_ = IsRemoteConfigured();
   }
   return MakeReply(status, "");
 }
 
+/** The refusal of a call whose request would be cut; nothing when it fits, or when there is no server. */
+std::optional<Reply> Session::RefusalOf(std::string_view function,
+                                        std::initializer_list<std::string_view> arguments) const
+{
+  std::size_t size = function.size() + 1 + kServerIdDigits;
+  for (const std::string_view argument : arguments) {
+    size += 1 + argument.size();
+  }
+  if (!isRemote_ || size <= kLongestRequest) {
+    return std::nullopt;
+  }
+  return Reply{PAF_ERR_SERVER_INPUT_TOO_LONG, "",
+               "The text is " + std::to_string(size - kLongestRequest) +
+                   " bytes too long for a socket server. Shorten it, or ask a database on this machine."};
+}
+
 Reply Session::Lookup(const std::string& address, bool strict)
 {
+  if (const auto refusal = RefusalOf(strict ? "pafGetDpidId" : "pafGetDpidNonAmasId", {address})) {
+    return *refusal;
+  }
   return AskInPlace(address, [&](char* text, int size) { return pafLookupAddress(id_, text, size, strict ? 1 : 0); });
 }
 
@@ -105,6 +128,9 @@ Reply Session::Address(long dpid)
 
 Reply Session::FixLastLine(const std::string& line)
 {
+  if (const auto refusal = RefusalOf("pafFixLastLineId", {line})) {
+    return *refusal;
+  }
   return AskInPlace(line, [&](char* text, int size) { return pafFixLastLineId(id_, text, size); });
 }
 
@@ -112,6 +138,9 @@ Reply Session::Validate(const std::string& address, bool strict, char& verdict)
 {
   const std::string question = WithoutNul(address);
   const int flags = strict ? PAF_AU_VALIDATE_STRICT : PAF_AU_VALIDATE_LENIENT;
+  if (const auto refusal = RefusalOf("pafValidateFullAddressId", {std::to_string(flags), address})) {
+    return *refusal;
+  }
   return Ask(
       [&](char* out, int size) { return pafValidateFullAddressId(id_, question.c_str(), out, size, flags, &verdict); });
 }
@@ -119,6 +148,9 @@ Reply Session::Validate(const std::string& address, bool strict, char& verdict)
 Reply Session::Format(const std::string& address, long option)
 {
   const std::string question = WithoutNul(address);
+  if (const auto refusal = RefusalOf("pafFormatAddressId", {std::to_string(option), address})) {
+    return *refusal;
+  }
   std::vector<char> out(std::max(2 * question.size(), kResultSize));
   const int status = pafFormatAddressId(id_, question.c_str(), out.data(), option, static_cast<int>(out.size()));
   return MakeReply(status, out.data());
@@ -136,11 +168,17 @@ Reply Session::Property(const std::string& name)
 
 Reply Session::SetProperty(const std::string& name, const std::string& value)
 {
+  if (const auto refusal = RefusalOf("pafSetPropertiesId", {name, value})) {
+    return *refusal;
+  }
   return Tell(pafSetPropertiesId(id_, name.c_str(), value.c_str()));
 }
 
 Reply Session::FirstRecord(const std::string& query)
 {
+  if (const auto refusal = RefusalOf("pafGetAddressId", {query})) {
+    return *refusal;
+  }
   return Ask([&](char* out, int size) { return pafGetAddressId(id_, query.c_str(), out, size); });
 }
 
@@ -196,6 +234,9 @@ Reply Session::NextCorrespondence(Correspondence& correspondence)
 
 Reply Session::FirstHint(const std::string& text, const std::string& place, int most)
 {
+  if (const auto refusal = RefusalOf("pafGetPopupHintId", {text, place, std::to_string(most)})) {
+    return *refusal;
+  }
   const std::string question = WithoutNul(text);
   return Ask(
       [&](char* out, int size) { return pafGetPopupHintId(id_, question.c_str(), place.c_str(), most, out, size); });

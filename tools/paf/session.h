@@ -2,7 +2,10 @@
 #ifndef PAF_TOOL_SESSION_H
 #define PAF_TOOL_SESSION_H
 
+#include <initializer_list>
+#include <optional>
 #include <string>
+#include <string_view>
 
 #include "reply.h"
 
@@ -21,7 +24,11 @@ struct Correspondence
   double percent = 0;      ///< addresses of total
 };
 
-/** Holds one instance; not to be used by two threads at once. */
+/**
+ * Holds one instance; not to be used by two threads at once.
+ *
+ * A text that the library would cut on its way to a socket server is refused with PAF_ERR_SERVER_INPUT_TOO_LONG.
+ */
 class Session
 {
  public:
@@ -81,7 +88,10 @@ class Session
   Reply NextHint();
 
  private:
+  std::optional<Reply> RefusalOf(std::string_view function, std::initializer_list<std::string_view> arguments) const;
+
   int id_ = 0;
+  bool isRemote_ = false;
 };
 
 }  // namespace tool

@@ -96,6 +96,14 @@ TEST_F(BatchRows, MissedRowsHaveTheReasonAndNoAddress)
   EXPECT_EQ(tally_.Of(Outcome::NoNumber), 1U);
 }
 
+/** The find status belongs to the row before: the server was not asked. */
+TEST_F(BatchRows, TextsThatAServerWouldGetCutAreRefused)
+{
+  Script().lookup = [](const std::string&, bool) { return Reply{PAF_ERR_SERVER_INPUT_TOO_LONG, "", "too long"}; };
+  EXPECT_EQ(Output({1, "a,b,c", "9 High St", ""}), "a,b,c,,4502,refused,8,,,too long\n");
+  EXPECT_EQ(tally_.Of(Outcome::Refused), 1U);
+}
+
 TEST_F(BatchRows, BrokenRowsAreOneFieldAndNobodyIsAsked)
 {
   Script().lookup = nullptr;
