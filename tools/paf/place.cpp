@@ -29,6 +29,15 @@ double Degrees(const std::string& text, double most, const std::string& place)
   return degrees;
 }
 
+std::string WithoutByteOrderMark(std::string text)
+{
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  if (text.starts_with(kMark)) {
+    text.erase(0, kMark.size());
+  }
+  return text;
+}
+
 }  // namespace
 
 double GeoPlace::MetresTo(double otherLatitude, double otherLongitude) const
@@ -56,7 +65,7 @@ std::string ReadFile(const std::string& path)
   std::ostringstream text;
   if (path == "-") {
     text << std::cin.rdbuf();
-    return text.str();
+    return WithoutByteOrderMark(text.str());
   }
   std::ifstream file(path, std::ios::binary);
   if (file.is_open() && file.peek() != std::ifstream::traits_type::eof()) {
@@ -65,7 +74,7 @@ std::string ReadFile(const std::string& path)
   if (!file.is_open() || file.bad()) {
     throw Failure(path + ": " + std::strerror(errno));
   }
-  return text.str();
+  return WithoutByteOrderMark(text.str());
 }
 
 }  // namespace tool

@@ -21,7 +21,8 @@ struct GeoPlace
 /** Reads "LAT,LON", or the two in two texts; throws Failure when that is not what stands there. */
 GeoPlace ParsePlace(const std::vector<std::string>& texts);
 
-/** All of a file, or of standard input when the path is "-"; throws Failure when it cannot be read. */
+/** All of a file, or of standard input when the path is "-"; throws Failure when it cannot be read. A UTF-8
+    byte-order mark at the beginning is left out. */
 std::string ReadFile(const std::string& path);
 
 }  // namespace tool

@@ -78,6 +78,15 @@ TEST(ReadFile, GivesAllBytes)
   EXPECT_EQ(ReadFile(dir.Write("large", large)), large);
 }
 
+TEST(ReadFile, LeavesOutAByteOrderMark)
+{
+  const test_support::TempDir dir;
+  EXPECT_EQ(ReadFile(dir.Write("marked", "\xEF\xBB\xBF-37,144")), "-37,144");
+  EXPECT_EQ(ReadFile(dir.Write("mark", "\xEF\xBB\xBF")), "");
+  EXPECT_EQ(ReadFile(dir.Write("half", "\xEF\xBB")), "\xEF\xBB");
+  EXPECT_EQ(ReadFile(dir.Write("behind", "1\xEF\xBB\xBF")), "1\xEF\xBB\xBF");
+}
+
 TEST(ReadFile, SaysWhyItCannot)
 {
   const test_support::TempDir dir;
