@@ -9,6 +9,7 @@ paf near --json -37.2,144.2
 echo "-37,144; -37,145; -38,145; -38,144" >list
 echo "POLYGON((144 -37, 145 -37, 145 -38, 144 -38, 144 -37), (144.05 -37.05, 144.15 -37.05, 144.15 -37.15, 144.05 -37.15, 144.05 -37.05))" >hole
 paf polygon list
+printf '\357\273\277-37,144; -37,145; -38,145; -38,144' | paf polygon - --limit 1
 paf polygon list --near -37.1,144.1 --limit 1
 paf polygon - <hole
 paf polygon hole --codes Postcode=2999; echo "exit status $?"

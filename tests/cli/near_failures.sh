@@ -17,8 +17,13 @@ echo "POLYGON((144 -37, 145 -37" >half
   fails polygon half
   fails polygon nofile
   fails polygon half --near here
+  fails stats polygon half
+  fails near 0,0 --range 5
   fails stats postcode 1234
   fails stats continent Australia
   fails concord Locality Planet
 } 2>&1
-paf polygon empty >/dev/null; echo "exit status $?"
+paf polygon half --json 2>/dev/null; echo "exit status $?"
+paf stats polygon half --json 2>/dev/null; echo "exit status $?"
+paf stats postcode 1234 --json 2>/dev/null; echo "exit status $?"
+paf polygon empty 2>/dev/null; echo "exit status $?"

@@ -38,6 +38,17 @@ void AddDistance(const GeoPlace& place, Answer& answer)
   }
 }
 
+/** The first reply, with the option in the words where the plug-in has the property. */
+Reply FirstReply(Session& session, const NearOptions& options, const GeoPlace& place)
+{
+  Reply reply = session.FirstRecord(NearestQuery(place.latitudeText, place.longitudeText));
+  if (reply.status == PAF_AU_ERR_NOTHING_NEAR) {
+    reply.description = "There is no address within " + (options.range.empty() ? "100" : options.range) +
+                        " metres. Give a larger --range, or look at the filters.";
+  }
+  return reply;
+}
+
 int Run(const NearOptions& options)
 {
   const GeoPlace place = ParsePlace(options.place);
@@ -51,7 +62,7 @@ int Run(const NearOptions& options)
   AnswerWriter writer(std::cout, options.query.json);
   const Enumeration found{place.latitudeText + "," + place.longitudeText, [&] { return session.NextRecord(); },
                           options.limit, [&](Answer& answer) { AddDistance(place, answer); }};
-  return WriteAll(found, session.FirstRecord(NearestQuery(place.latitudeText, place.longitudeText)), writer);
+  return WriteAll(found, FirstReply(session, options, place), writer);
 }
 
 }  // namespace

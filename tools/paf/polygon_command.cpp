@@ -5,8 +5,10 @@
 #include "answer.h"
 #include "command.h"
 #include "enumeration.h"
+#include "exit_code.h"
 #include "filters.h"
 #include "place.h"
+#include "qxpaf/arf_au.h"
 
 namespace tool {
 namespace {
@@ -32,7 +34,14 @@ int Run(const PolygonOptions& options)
   ApplyFilters(session, options.filters);
   AnswerWriter writer(std::cout, options.query.json);
   const Enumeration found{options.file, [&] { return session.NextInPolygon(); }, options.limit, {}};
-  return WriteBegun(found, session.BeginPolygon(polygon, options.middle), writer);
+  const Reply begun = session.BeginPolygon(polygon, options.middle);
+  if (begun.status == PAF_AU_ERR_BAD_POLYGON) {
+    if (options.query.json) {
+      writer.Write(RecordAnswer(options.file, begun));
+    }
+    throw Failure(options.file + ": " + StatusText(begun));
+  }
+  return WriteBegun(found, begun, writer);
 }
 
 }  // namespace

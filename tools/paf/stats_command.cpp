@@ -10,6 +10,7 @@
 #include "inputs.h"
 #include "json.h"
 #include "place.h"
+#include "qxpaf/arf_au.h"
 #include "record.h"
 
 namespace tool {
@@ -58,15 +59,32 @@ void Print(const StatsOptions& options, const Counts& counts)
   if (options.query.json) {
     std::cout << ToText({{"kind", options.kind},
                          {"area", JoinWords(options.area)},
+                         {"status", 0},
                          {"addresses", counts.addresses},
                          {"streets", counts.streets},
-                         {"localities", counts.localities}})
+                         {"localities", counts.localities},
+                         {"description", ""}})
               << '\n';
     return;
   }
   std::cout << counts.addresses << (counts.addresses == 1 ? " address in " : " addresses in ") << counts.streets
             << (counts.streets == 1 ? " street of " : " streets of ") << counts.localities
             << (counts.localities == 1 ? " locality\n" : " localities\n");
+}
+
+int PrintFailure(const StatsOptions& options, const Reply& reply)
+{
+  const std::string area = JoinWords(options.area);
+  if (options.query.json) {
+    std::cout << ToText({{"kind", options.kind},
+                         {"area", area},
+                         {"status", reply.status},
+                         {"description", reply.description}})
+              << '\n';
+  }
+  const bool isFileWrong = reply.status == PAF_AU_ERR_BAD_POLYGON;
+  std::cerr << "paf: " << (isFileWrong ? area + ": " : "") << StatusText(reply) << '\n';
+  return isFileWrong ? kExitFailed : ExitStatusOf(reply);
 }
 
 int Run(const StatsOptions& options)
@@ -77,8 +95,7 @@ int Run(const StatsOptions& options)
   ApplyFilters(session, options.filters);
   const Reply reply = session.Statistics(options.kind, area, options.range);
   if (reply.status != 0) {
-    std::cerr << "paf: " << StatusText(reply) << '\n';
-    return ExitStatusOf(reply);
+    return PrintFailure(options, reply);
   }
   const Counts counts = CountsOf(Record(reply.text));
   Print(options, counts);
