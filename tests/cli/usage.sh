@@ -24,3 +24,9 @@ check stats
 check concord Locality
 check hint --limit x
 paf --version
+paf frobnicate x 2>&1
+paf --frobnicate 2>&1
+for command in "list x" "near 0,0" "polygon x" "search x" "concord Postcode Locality" "hint x"; do
+  paf $command --limit -1 2>&1 | head -n 1
+done
+paf hint x --limit 1001 2>&1 | head -n 1

@@ -3,6 +3,15 @@
 #include <cstdlib>
 
 namespace tool {
+namespace {
+
+/** The parser takes "-1" for a very large number. */
+std::string CheckCount(const std::string& text)
+{
+  return text.find_first_not_of("0123456789") == std::string::npos ? "" : "must be a number, 0 or more";
+}
+
+}  // namespace
 
 std::string DefaultDatabase()
 {
@@ -25,9 +34,13 @@ void AddJsonOption(CLI::App& app, bool& json)
   app.add_flag("--json", json, "Print one JSON document instead of lines of text");
 }
 
-void AddLimitOption(CLI::App& app, unsigned long& limit)
+CLI::Option* AddLimitOption(CLI::App& app, unsigned long& limit, const std::string& what)
 {
-  app.add_option("-n,--limit", limit, "Stop after so many addresses")->option_text("COUNT");
+  const std::string otherwise =
+      limit == 0 ? "; 0, as without this option: all" : ", otherwise " + std::to_string(limit) + "; 0: all";
+  return app.add_option("-n,--limit", limit, "Stop after so many " + what + otherwise)
+      ->option_text("COUNT")
+      ->check(CheckCount);
 }
 
 }  // namespace tool

@@ -46,7 +46,8 @@ std::string DefaultDatabase();
 
 void AddQueryOptions(CLI::App& app, QueryOptions& options);
 void AddJsonOption(CLI::App& app, bool& json);
-void AddLimitOption(CLI::App& app, unsigned long& limit);
+/** Takes a number from 0, which is no limit; without the option `limit` stays what it is. `what` is counted. */
+CLI::Option* AddLimitOption(CLI::App& app, unsigned long& limit, const std::string& what = "addresses");
 
 }  // namespace tool
 

@@ -91,7 +91,7 @@ Command AddConcordCommand(CLI::App& program)
   app->add_option("--minimum", options->minimum, "Leave out what is less than so many percent of the first area")
       ->option_text("PERCENT")
       ->check(CLI::Range(0, 100));
-  app->add_option("-n,--limit", options->limit, "Stop after so many lines")->option_text("COUNT");
+  AddLimitOption(*app, options->limit, "lines");
   AddQueryOptions(*app, options->query);
   app->footer("Prints both codes, the addresses that have both, and their share of the first area's, one line a pair.");
   return {app, [options] { return Run(*options); }};

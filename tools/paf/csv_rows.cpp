@@ -130,6 +130,9 @@ bool CsvRows::Next(CsvRow& row)
     return false;
   }
   row.line = line_;
+  if (TakeBlankRow(row)) {
+    return true;
+  }
   if (!Parse(row)) {
     ResetParser();
     row.fields.clear();
@@ -150,10 +153,27 @@ void CsvRows::DropConsumed()
 
 void CsvRows::PassBlankLines()
 {
+  if (columns_ == 1) {
+    return;
+  }
   for (std::string_view line = LineAt(position_); !line.empty() && IsBlank(line, csv_get_delim(&parser_));
        line = LineAt(position_)) {
     Consume(line.size());
   }
+}
+
+/** The parser passes over blank lines, so that rows of one empty field are taken without it. */
+bool CsvRows::TakeBlankRow(CsvRow& row)
+{
+  const std::string_view line = LineAt(position_);
+  if (columns_ != 1 || !IsBlank(line, csv_get_delim(&parser_))) {
+    return false;
+  }
+  row.fault.clear();
+  row.fields.assign(1, "");
+  row.text = WithoutLineEnd(line);
+  Consume(line.size());
+  return true;
 }
 
 /** Takes the row at the position apart and moves behind it; false, with the fault, when it is broken. */

@@ -23,7 +23,8 @@ struct CsvRow
 };
 
 /**
- * Reads rows whose number of fields is that of the first row. Blank lines are passed over.
+ * Reads rows whose number of fields is that of the first row. Blank lines are passed over, but
+ * behind a first row of one field each is a row with an empty one.
  *
  * A row that goes over several lines and turns out to be broken is given up after its first line, so that a quote
  * that nobody closed takes no other row with it.
@@ -63,6 +64,7 @@ class CsvRows
  private:
   std::string_view LineAt(std::size_t from);
   bool ReadMore();
+  bool TakeBlankRow(CsvRow& row);
   bool Parse(CsvRow& row);
   bool ParseLine(std::string_view line, CsvRow& row);
   void ResetParser();

@@ -15,12 +15,16 @@
 namespace tool {
 namespace {
 
+constexpr int kMostHints = 1000;
+
 struct HintOptions
 {
   QueryOptions query;
   std::vector<std::string> words;
   std::string place;
-  int limit = 10;
+  unsigned long limit = 10;
+
+  int Most() const { return limit == 0 ? kMostHints : static_cast<int>(limit); }
 };
 
 Json ToJson(const Hint& hint)
@@ -46,7 +50,7 @@ class HintWriter
   void Write(const std::string& text)
   {
     std::vector<Hint> hints;
-    const Reply reply = ReadHints(session_, text, options_.place, options_.limit, hints);
+    const Reply reply = ReadHints(session_, text, options_.place, options_.Most(), hints);
     const int status = reply.status == 0 && hints.empty() ? kExitNotFound : ExitStatusOf(reply);
     exitStatus_ = std::max(exitStatus_, status);
     if (json_) {
@@ -87,7 +91,7 @@ class HintWriter
 
 int RunInTerminal(Session& session, const HintOptions& options)
 {
-  const std::optional<Hint> hint = ChooseHint(session, options.place, options.limit);
+  const std::optional<Hint> hint = ChooseHint(session, options.place, options.Most());
   if (!hint) {
     return kExitNotFound;
   }
@@ -124,9 +128,7 @@ Command AddHintCommand(CLI::App& program)
       ->option_text("PREFIX");
   app->add_option("--place", options->place, "Only hints in this place: locality, state, postcode")
       ->option_text("LAST_LINE");
-  app->add_option("-n,--limit", options->limit, "At most so many hints, otherwise 10")
-      ->option_text("COUNT")
-      ->check(CLI::Range(1, 1000));
+  AddLimitOption(*app, options->limit, "hints")->check(CLI::Range(0, kMostHints));
   AddQueryOptions(*app, options->query);
   app->footer(
       "Prints text, kind (locality, street, building, address), number of addresses and DPID, separated by TABs;\n"

@@ -14,7 +14,7 @@ void CatchInterruption()
 {
   struct sigaction remember = {};
   remember.sa_handler = [](int) { interrupted = true; };
-  for (const int signal : {SIGINT, SIGTERM}) {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
     struct sigaction before = {};
     sigaction(signal, nullptr, &before);
     if (before.sa_handler != SIG_IGN) {

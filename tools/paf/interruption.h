@@ -1,4 +1,4 @@
-/** Ctrl-C and the TERM signal as a request to stop cleanly. */
+/** Ctrl-C, the TERM signal and the end of the terminal as a request to stop cleanly. */
 #ifndef PAF_TOOL_INTERRUPTION_H
 #define PAF_TOOL_INTERRUPTION_H
 
@@ -6,7 +6,7 @@
 
 namespace tool {
 
-/** From here on SIGINT and SIGTERM are remembered instead of ending the program; ignored ones stay ignored. */
+/** From here on SIGINT, SIGTERM and SIGHUP are remembered instead of ending the program; ignored ones stay ignored. */
 void CatchInterruption();
 
 bool IsInterrupted();

@@ -57,6 +57,13 @@ int Main(int argc, char** argv)
   const std::vector<tool::Command> commands = AddCommands(program);
   try {
     program.parse(argc, argv);
+  } catch (const CLI::RequiredError& error) {
+    const std::vector<std::string> words = program.remaining();
+    if (program.get_subcommands().empty() && !words.empty()) {
+      throw tool::Failure("there is no " + std::string(words.front().starts_with('-') ? "option" : "command") + " \"" +
+                          words.front() + "\"; run paf --help for those that there are");
+    }
+    return program.exit(error) == 0 ? tool::kExitFound : tool::kExitFailed;
   } catch (const CLI::ParseError& error) {
     return program.exit(error) == 0 ? tool::kExitFound : tool::kExitFailed;
   }

@@ -76,8 +76,7 @@ Command AddNearCommand(CLI::App& program)
       ->expected(1, 2)
       ->required();
   app->add_option("-r,--range", options->range, "Metres around the place, otherwise 100")->option_text("METRES");
-  app->add_option("-n,--limit", options->limit, "Stop after so many addresses, otherwise 10; 0: none")
-      ->option_text("COUNT");
+  AddLimitOption(*app, options->limit);
   AddFilterOptions(*app, options->filters);
   AddQueryOptions(*app, options->query);
   app->footer("Prints DPID, address and distance, one line an address.");

@@ -40,8 +40,7 @@ Command AddSearchCommand(CLI::App& program)
   app->add_option("words", options->words, "Words of street, locality, building, number, postcode")
       ->option_text("WORDS...")
       ->required();
-  app->add_option("-n,--limit", options->limit, "Stop after so many addresses, otherwise 10; 0: none")
-      ->option_text("COUNT");
+  AddLimitOption(*app, options->limit);
   AddFilterOptions(*app, options->filters);
   AddQueryOptions(*app, options->query);
   return {app, [options] { return Run(*options); }};

@@ -106,7 +106,19 @@ TEST_F(CsvRowsTest, KnowsLineEndsOfTheHeader)
 
 TEST_F(CsvRowsTest, PassesBlankLinesAndCountsThem)
 {
-  EXPECT_EQ(RowsOf("\n \t\r\na\n\n\n1\n\n\r\n"), (std::vector<KeptRow>{{3, "a", {"a"}, ""}, {6, "1", {"1"}, ""}}));
+  EXPECT_EQ(RowsOf("\n \t\r\na,b\n\n\n1,2\n\n\r\n"),
+            (std::vector<KeptRow>{{3, "a,b", {"a", "b"}, ""}, {6, "1,2", {"1", "2"}, ""}}));
+}
+
+TEST_F(CsvRowsTest, ABlankLineIsARowWhereThereIsOneColumn)
+{
+  EXPECT_EQ(RowsOf("\na\n\n1\n \t\r\n\"\"\n\n"), (std::vector<KeptRow>{{2, "a", {"a"}, ""},
+                                                                       {3, "", {""}, ""},
+                                                                       {4, "1", {"1"}, ""},
+                                                                       {5, " \t", {""}, ""},
+                                                                       {6, "\"\"", {""}, ""},
+                                                                       {7, "", {""}, ""}}));
+  EXPECT_EQ(RowsOf("a"), (std::vector<KeptRow>{{1, "a", {"a"}, ""}}));
 }
 
 /** Where the delimiter is white space, a line of delimiters is a row of empty fields. */

@@ -18,15 +18,16 @@ int AfterSignal(int signal)
 }
 
 /** Each in a process of its own, because an interruption cannot be taken back. */
-TEST(InterruptionDeathTest, IsRememberedFromBothSignals)
+TEST(InterruptionDeathTest, IsRememberedFromEachOfTheSignals)
 {
   EXPECT_EXIT(_exit(AfterSignal(SIGINT)), testing::ExitedWithCode(1), "");
   EXPECT_EXIT(_exit(AfterSignal(SIGTERM)), testing::ExitedWithCode(1), "");
+  EXPECT_EXIT(_exit(AfterSignal(SIGHUP)), testing::ExitedWithCode(1), "");
 }
 
 TEST(InterruptionDeathTest, OtherSignalsEndTheProgram)
 {
-  EXPECT_EXIT(_exit(AfterSignal(SIGHUP)), testing::KilledBySignal(SIGHUP), "");
+  EXPECT_EXIT(_exit(AfterSignal(SIGUSR1)), testing::KilledBySignal(SIGUSR1), "");
 }
 
 int AfterIgnoredSignal(int signal)
@@ -39,6 +40,7 @@ TEST(InterruptionDeathTest, WhoeverStartsTheProgramMayHaveItIgnoreThem)
 {
   EXPECT_EXIT(_exit(AfterIgnoredSignal(SIGINT)), testing::ExitedWithCode(2), "");
   EXPECT_EXIT(_exit(AfterIgnoredSignal(SIGTERM)), testing::ExitedWithCode(2), "");
+  EXPECT_EXIT(_exit(AfterIgnoredSignal(SIGHUP)), testing::ExitedWithCode(2), "");
 }
 
 }  // namespace

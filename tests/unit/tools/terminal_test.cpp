@@ -165,6 +165,7 @@ int LeavesWhenSignalled(int signal)
 TEST(TerminalDeathTest, ASignalToEndIsLeaving)
 {
   EXPECT_EXIT(_exit(LeavesWhenSignalled(SIGTERM)), testing::ExitedWithCode(7), "");
+  EXPECT_EXIT(_exit(LeavesWhenSignalled(SIGHUP)), testing::ExitedWithCode(7), "");
   EXPECT_EXIT(_exit(LeavesWhenSignalled(SIGINT)), testing::ExitedWithCode(7), "");
 }
 
