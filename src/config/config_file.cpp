@@ -56,12 +56,6 @@ std::string FindConfigFile()
   return found;
 }
 
-const char* WithoutByteOrderMark(const char* text)
-{
-  constexpr std::string_view kMark = "\xEF\xBB\xBF";
-  return std::string_view(text).starts_with(kMark) ? text + kMark.size() : text;
-}
-
 std::string_view TrimConfigLine(const char* piece)
 {
   std::string_view line = piece;

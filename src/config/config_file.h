@@ -38,13 +38,12 @@ std::string FindConfigFile();
 /**
  * Reads a file in lines: each is a piece of at most `longest` characters, without its line feed, a carriage return
  * directly before that, and leading white space. A longer line of the file comes as several. A piece ends at a zero
- * byte. A UTF-8 byte-order mark before the first line is passed over.
+ * byte.
  */
 template <std::size_t longest>
 class ConfigLineReader
 {
  public:
-  /** @param file  at its beginning */
   explicit ConfigLineReader(FILE* file) : file_(file) {}
 
   /** The next line, possibly empty, valid until the next call. @return false at the end of the file or on an error */
@@ -52,12 +51,8 @@ class ConfigLineReader
 
  private:
   FILE* file_;
-  bool isFirst_ = true;
   char piece_[longest + 1];
 };
-
-/** The text behind a UTF-8 byte-order mark; all of it when it does not begin with one. */
-const char* WithoutByteOrderMark(const char* text);
 
 /** A line as it is matched: see ConfigLineReader. */
 std::string_view TrimConfigLine(const char* piece);
@@ -66,8 +61,7 @@ template <std::size_t longest>
 bool ConfigLineReader<longest>::Next(std::string_view& line)
 {
   if (std::fgets(piece_, static_cast<int>(sizeof piece_), file_) == nullptr) return false;
-  line = TrimConfigLine(isFirst_ ? WithoutByteOrderMark(piece_) : piece_);
-  isFirst_ = false;
+  line = TrimConfigLine(piece_);
   return true;
 }
 

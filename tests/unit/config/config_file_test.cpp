@@ -55,22 +55,6 @@ INSTANTIATE_TEST_SUITE_P(Rows, ConfigLine,
                                          TrimRow{" \t \r\n", ""}, TrimRow{" ", ""}, TrimRow{"", ""},
                                          TrimRow{"\xC2\xA0x\n", "\xC2\xA0x"}, TrimRow{"# x=1\n", "# x=1"}));
 
-TEST(ConfigLineReader, PassesOverAByteOrderMarkAtTheBeginning)
-{
-  EXPECT_THAT(LinesOf<1023>("\xEF\xBB\xBF"
-                            "a=1\n\xEF\xBB\xBF"
-                            "b=2\n"),
-              ElementsAre("a=1",
-                          "\xEF\xBB\xBF"
-                          "b=2"));
-  EXPECT_THAT(LinesOf<1023>("\xEF\xBB\xBF \r\na=1"), ElementsAre("", "a=1"));
-  EXPECT_THAT(LinesOf<1023>("\xEF\xBB\xBF"), ElementsAre(""));
-  EXPECT_THAT(LinesOf<1023>("\xEF\xBB"
-                            "a=1"),
-              ElementsAre("\xEF\xBB"
-                          "a=1"));
-}
-
 TEST(ConfigLineReader, GivesEveryLineBlankOnesToo)
 {
   EXPECT_THAT(LinesOf<1023>("a=1\n\n  b=2\r\n \nc=3"), ElementsAre("a=1", "", "b=2", "", "c=3"));

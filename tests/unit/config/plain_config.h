@@ -42,11 +42,6 @@ inline string WithSlashes(string key)
   return key;
 }
 
-inline string WithoutMark(const string& piece)
-{
-  return piece.compare(0, 3, "\xEF\xBB\xBF") == 0 ? piece.substr(3) : piece;
-}
-
 /** One piece as a line: up to a zero byte, without line end, without leading white space. */
 inline string Line(string piece)
 {
@@ -66,11 +61,11 @@ inline std::vector<string> Lines(const string& content, std::size_t longest)
   for (const char c : content) {
     piece += c;
     if (c == '\n' || piece.size() == longest) {
-      lines.push_back(Line(lines.empty() ? WithoutMark(piece) : piece));
+      lines.push_back(Line(piece));
       piece.clear();
     }
   }
-  if (!piece.empty()) lines.push_back(Line(lines.empty() ? WithoutMark(piece) : piece));
+  if (!piece.empty()) lines.push_back(Line(piece));
   return lines;
 }
 

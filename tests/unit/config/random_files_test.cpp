@@ -35,7 +35,7 @@ class RandomConfig
 
   string File()
   {
-    string content = OneOf({"", "", "\xEF\xBB\xBF"});
+    string content;
     for (std::size_t lines = Below(12); lines > 0; --lines) content += FileLine();
     return content;
   }
