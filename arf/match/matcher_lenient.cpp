@@ -498,7 +498,7 @@ void Matcher::SearchLongerNames()
     place.reading.place = tail.place;
     place.body = {0, start};
     if (!MayStartLongerName(input_, place.reading.locality)) continue;
-    if (!engine_.LocalityNames().Find(input_, place.reading.locality).Empty()) return;
+    if (!engine_.LocalityNames().Find(input_, place.reading.locality).Empty()) break;
     const WrittenName name(input_.Text(place.reading.locality));
     if (name.IsComparable()) TryLikeNamesAnywhere(tail.place, place, name);
   }
