@@ -36,7 +36,7 @@ class HintSearch
         streetTree_(NameTree::OfStreets(database)),
         tails_(database),
         postalLists_(database),
-        wordIndex_(database.Section(layout::SectionId::BuildingNames))
+        wordIndex_(database.Words())
   {
   }
 
@@ -144,7 +144,7 @@ class HintSearch
   NameTree streetTree_;
   TailReader tails_;
   PostalLists postalLists_;
-  WordIndex wordIndex_;
+  const WordIndex& wordIndex_;
   MistypedNames mistypedNames_;
   std::array<std::optional<Premises>, kMaxPremiseWords + 1> premises_;  ///< by the number of their words; once read
   TypedText typed_;

@@ -6,6 +6,7 @@
 #include "arf/match/last_line.h"
 #include "arf/match/postal_words.h"
 #include "arf/match/premise.h"
+#include "arf/tables/postal_types.h"
 #include "arf/tables/states.h"
 #include "arf/tables/street_suffixes.h"
 #include "arf/tables/street_types.h"
@@ -111,7 +112,7 @@ struct StuckWord
   bool IsOne() const { return !first.empty(); }
 };
 
-/** "12SMITH", "RICHMOND3121"; ordinals and numbers with a letter or two are as they should be. */
+/** "12SMITH", "RICHMOND3121", "POBOX12"; ordinals and numbers with a letter or two are as they should be. */
 StuckWord TakeDigitsApart(std::string_view word, StuckLetter letter)
 {
   auto at = static_cast<std::size_t>(std::find_if_not(word.begin(), word.end(), IsDigit) - word.begin());
@@ -124,8 +125,11 @@ StuckWord TakeDigitsApart(std::string_view word, StuckLetter letter)
   }
   const auto digits = static_cast<std::size_t>(std::find_if(word.begin(), word.end(), IsDigit) - word.begin());
   const std::string_view number = word.substr(digits);
-  const bool isPostcode = number.size() == kPostcodeDigits && std::all_of(number.begin(), number.end(), IsDigit);
-  return digits >= kShortestStuckName && isPostcode ? StuckWord{word.substr(0, digits), number} : StuckWord{};
+  const std::string_view name = word.substr(0, digits);
+  const bool isNumber = !number.empty() && std::all_of(number.begin(), number.end(), IsDigit);
+  const bool isPostcode = isNumber && number.size() == kPostcodeDigits;
+  const bool mayBe = isPostcode || (isNumber && !ExpandPostalType(name).empty());
+  return digits >= kShortestStuckName && mayBe ? StuckWord{name, number} : StuckWord{};
 }
 
 /** "SMITHSTREET", "SMITHST" */

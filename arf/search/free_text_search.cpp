@@ -53,7 +53,7 @@ bool IsPostcode(const Word& word)
 }  // namespace
 
 FreeTextSearch::FreeTextSearch(const Database& database)
-    : database_(database), index_(database.Section(layout::SectionId::BuildingNames)), postalLists_(database)
+    : database_(database), index_(database.Words()), postalLists_(database)
 {
 }
 

@@ -187,7 +187,7 @@ class FreeTextSearch
   const AnsweredStreet* FindAnswered(std::uint32_t street) const;
 
   const Database& database_;
-  WordIndex index_;
+  const WordIndex& index_;
   PostalLists postalLists_;
   InputText input_;
   PointFilter* filter_ = nullptr;

@@ -160,6 +160,7 @@ TEST(Tables, KnowTheUsualPartsAndDeliveries)
     EXPECT_EQ(arf::ExpandPostalType(text), "PO BOX") << text;
   }
   EXPECT_EQ(arf::ExpandPostalType("POSTE RESTANTE"), "CARE PO");
+  EXPECT_EQ(arf::ExpandPostalType("C POST OFFICE"), "CARE PO");
 }
 
 TEST(Tables, KnowWhichDeliveriesHaveNumbers)

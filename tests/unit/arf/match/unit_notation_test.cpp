@@ -126,6 +126,7 @@ TEST(UnitNotation, AllRows)
       // The number of a box is no house's.
       {"PO Box 123", "31", "31"},
       {"PO Box No. 123", "31", "31"},
+      {"POBox123", "0", "31"},
       {"PO Box 123, Quarry Rd", "0", "31"},
       {"P.O. Box 123 Quarry Rd", "0", "31"},
       {"Locked Bag 123, Quarry Rd", "0", "0"},
