@@ -123,7 +123,7 @@ void Matcher::Search()
   if (!seen_.locality) FailWithoutPlace(*Tails(input_).begin());
 }
 
-/** Looks at every address of the localities, therefore last. */
+/** A building's name alone, where no street was found. */
 void Matcher::SearchBuildings()
 {
   if (decision_.HasCandidates() || !seen_.locality || decision_.Deepest().fault > Fault::StreetMissing) return;

@@ -151,6 +151,7 @@ class Matcher
   void SearchBuilding(const Place& place);
   void SearchBuildingIn(const Place& place, const Reading& reading, const NameHits& names, std::uint32_t locality);
   void AddStreetsOfBuilding(std::uint32_t name, std::uint32_t locality, StreetSet& streets) const;
+  NameHits BuildingsNamed(WordRange words) const;
   bool IsBuilding(WordRange words) const;
   bool MayBeMeant(const Premise& premise) const;
   bool SearchPostal(const Place& place);

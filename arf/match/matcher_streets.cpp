@@ -235,9 +235,16 @@ bool Matcher::MayBeMeant(const Premise& premise) const
   return isOpen && IsBuilding(premise.building);
 }
 
+/** Names of buildings as written, or with a street type's short form written out: "Harbour St Station". */
+NameHits Matcher::BuildingsNamed(WordRange words) const
+{
+  const NameHits names = engine_.BuildingNames().Find(input_, words);
+  return names.Empty() ? engine_.BuildingNames().FindSpelledOut(input_, words, words.last) : names;
+}
+
 bool Matcher::IsBuilding(WordRange words) const
 {
-  return !words.Empty() && !engine_.BuildingNames().Find(input_, words).Empty();
+  return !words.Empty() && !BuildingsNamed(words).Empty();
 }
 
 /** Gives a premise the unit or level that was written behind the street; false when it has one already. */
@@ -288,7 +295,7 @@ void Matcher::SearchBuilding(const Place& place)
   for (const Premise& premise : premises) {
     if (premise.HasNumber() || !premise.lot.Empty() || premise.building.Empty()) continue;
     reading.premise = premise;
-    const NameHits names = engine_.BuildingNames().Find(input_, premise.building);
+    const NameHits names = BuildingsNamed(premise.building);
     for (const std::uint32_t locality : place.Localities()) SearchBuildingIn(place, reading, names, locality);
   }
 }

@@ -40,7 +40,8 @@ constexpr const char* kAddresses =
     "31000042,STUDIO 54,,,,,,,,,,HARBOUR,AVENUE,,,FERNBANK,NSW,2991\n"
     "31000043,SHED 14,,,,,,10,,,,HARBOUR,AVENUE,,,FERNBANK,NSW,2991\n"
     "31000044,SHOW GROUND,,,,,,12,,,,HARBOUR,AVENUE,,,FERNBANK,NSW,2991\n"
-    "31000045,,,,,,,14,,,,HARBOUR,AVENUE,,,FERNBANK,NSW,2991\n";
+    "31000045,,,,,,,14,,,,HARBOUR,AVENUE,,,FERNBANK,NSW,2991\n"
+    "31000046,HARBOUR STREET STATION,,,,,,,,,,HARBOUR,AVENUE,,,FERNBANK,NSW,2991\n";
 
 const arf::Engine& Addresses()
 {
@@ -144,6 +145,11 @@ TEST(UnitNotation, AllRows)
       {"Shed 14, 10 Harbour Ave", "43", "43"},
       {"Show Ground, 12 Harbour Ave", "44", "44"},
       {"Shed 14, 14 Harbour Ave", "0", "45#"},
+      {"Harbour Street Station", "46", "46"},
+      {"Harbour St Station", "46", "46"},
+      {"Harbour St Station, Harbour Ave", "46", "46"},
+      {"Harbour St Station Harbour Ave", "46", "46"},
+      {"Harbour St Station 3 Harbour Ave", "0", "0"},
   };
   const auto matcher = std::make_unique<arf::Matcher>(Addresses());
   for (const NotationRow& row : rows) {
